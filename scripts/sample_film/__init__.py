@@ -1,0 +1,1 @@
+"""The pictures, sounds and documents of the sample film."""

@@ -1,0 +1,173 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <numeric>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include <kinovane/json.hpp>
+
+#include "common/json_failure.hpp"
+#include "common/json_table.hpp"
+#include "common/json_text.hpp"
+
+namespace kinovane::json {
+
+/// Writes a record into one growing text, member by member in the order that the format wants, without a tree.
+template <JSONFormat format> class Writer {
+  public:
+    template <class T> void value(const T& value) { put(value, nullptr); }
+
+    std::string take() { return std::move(document_); }
+
+  private:
+    static constexpr bool pretty = format == JSONFormat::pretty;
+
+    /// The way from the whole document to the value being written; a path is made of it only when something fails.
+    struct Cursor {
+        const Cursor* outer;
+        std::string_view key;
+        std::size_t index;
+        bool inList;
+    };
+
+    template <class R> static constexpr auto rowOrder() {
+        std::array<std::size_t, fieldCount<R>> order{};
+        std::iota(order.begin(), order.end(), std::size_t{0});
+        if constexpr (pretty) {
+            const auto keys = std::apply(
+                [](const auto&... row) { return std::array<std::string_view, fieldCount<R>>{row.key...}; },
+                Table<R>::fields);
+            std::sort(order.begin(), order.end(),
+                      [&](std::size_t left, std::size_t right) { return keys[left] < keys[right]; });
+        }
+        return order;
+    }
+
+    template <class T> void put(const T& value, const Cursor* cursor) {
+        if constexpr (std::is_same_v<T, std::string>) {
+            if (!appendString(document_, value))
+                fail(cursor, "the text is not UTF-8");
+        } else if constexpr (std::is_same_v<T, bool>) {
+            document_ += value ? "true" : "false";
+        } else if constexpr (std::is_same_v<T, std::int64_t>) {
+            appendInteger(document_, value);
+        } else if constexpr (std::is_same_v<T, double>) {
+            if (!std::isfinite(value))
+                fail(cursor, "the number is not finite");
+            appendReal(document_, value);
+        } else if constexpr (isList<T>) {
+            putList(value, cursor);
+        } else if constexpr (isMap<T>) {
+            putMap(value, cursor);
+        } else {
+            open('{');
+            [&]<std::size_t... at>(std::index_sequence<at...> /*rows*/) {
+                (putRow<std::get<at>(rowOrder<T>())>(value, cursor), ...);
+            }(std::make_index_sequence<fieldCount<T>>{});
+            close('}');
+        }
+    }
+
+    template <std::size_t index, class R> void putRow(const R& record, const Cursor* cursor) {
+        constexpr auto& row = std::get<index>(Table<R>::fields);
+        const auto& member = record.*row.member;
+        const auto putMember = [&](const auto& value) {
+            separate();
+            document_ += '"';
+            document_ += row.key;
+            document_ += pretty ? "\": " : "\":";
+            const Cursor inner{cursor, row.key, 0, false};
+            put(value, &inner);
+        };
+        if constexpr (!isOptional<std::remove_cvref_t<decltype(member)>>)
+            putMember(member);
+        else if (member)
+            putMember(*member);
+    }
+
+    template <class T> void putList(const T& list, const Cursor* cursor) {
+        open('[');
+        Cursor inner{cursor, {}, 0, true};
+        for (const auto& element : list) {
+            separate();
+            put(element, &inner);
+            ++inner.index;
+        }
+        close(']');
+    }
+
+    template <class T> void putMap(const T& map, const Cursor* cursor) {
+        open('{');
+        for (const auto& [key, value] : map) {
+            separate();
+            const Cursor inner{cursor, key, 0, false};
+            if (!appendString(document_, key))
+                fail(cursor, "a key is not UTF-8");
+            document_ += pretty ? ": " : ":";
+            put(value, &inner);
+        }
+        close('}');
+    }
+
+    void open(char bracket) {
+        document_ += bracket;
+        if constexpr (pretty)
+            ++depth_;
+        first_ = true;
+    }
+
+    void separate() {
+        if (!first_)
+            document_ += ',';
+        first_ = false;
+        newLine();
+    }
+
+    void close(char bracket) {
+        if constexpr (pretty)
+            --depth_;
+        if (!first_)
+            newLine();
+        document_ += bracket;
+        first_ = false;
+    }
+
+    void newLine() {
+        if constexpr (pretty) {
+            document_ += '\n';
+            document_.append(2 * depth_, ' ');
+        }
+    }
+
+    [[noreturn]] static void fail(const Cursor* cursor, std::string_view what) {
+        Failure failure(": " + std::string(what));
+        for (; cursor != nullptr; cursor = cursor->outer) {
+            if (cursor->inList)
+                failure.within(cursor->index);
+            else
+                failure.within(cursor->key);
+        }
+        throw JSONEncodingError(failure.path, failure.message());
+    }
+
+    std::string document_;
+    std::size_t depth_ = 0;
+    bool first_ = true; ///< Nothing stands in the innermost bracket yet.
+};
+
+template <class T> std::string encode(const T& value, JSONFormat format) {
+    const auto write = [&](auto writer) {
+        writer.value(value);
+        return writer.take();
+    };
+    return format == JSONFormat::pretty ? write(Writer<JSONFormat::pretty>())
+                                        : write(Writer<JSONFormat::compact>());
+}
+
+} // namespace kinovane::json

@@ -1,0 +1,93 @@
+#include "common/regular_file.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "common/file_location.hpp"
+
+namespace kinovane {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+[[noreturn]] void throwFileError(const char* what, const fs::path& location, std::error_code code) {
+    throw fs::filesystem_error(what, location, code);
+}
+
+[[noreturn]] void throwFileError(const char* what, const fs::path& location) {
+    throwFileError(what, location, std::error_code(errno, std::generic_category()));
+}
+
+Descriptor openForReading(const fs::path& location) {
+    if (holdsNUL(location.native()))
+        throwFileError("cannot open", location, make_error_code(std::errc::no_such_file_or_directory));
+    Descriptor descriptor(
+        retryInterrupted([&] { return ::open(location.c_str(), RegularFile::openFlags); }));
+    if (!descriptor)
+        throwFileError("cannot open", location);
+    return descriptor;
+}
+
+struct stat statusOf(int descriptor, const fs::path& location) {
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0)
+        throwFileError("cannot examine", location);
+    return status;
+}
+
+} // namespace
+
+const int RegularFile::openFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+
+RegularFile::RegularFile(const fs::path& location) : RegularFile(openForReading(location), location) {}
+
+RegularFile::RegularFile(Descriptor descriptor, const fs::path& location)
+    : descriptor_(std::move(descriptor)), location_(location) {
+    const struct stat status = statusOf(descriptor_.get(), location_);
+    if (S_ISDIR(status.st_mode))
+        throwFileError("cannot read", location_, make_error_code(std::errc::is_a_directory));
+    if (!S_ISREG(status.st_mode))
+        throwFileError("not a regular file", location_, make_error_code(std::errc::operation_not_supported));
+    size_ = static_cast<std::uint64_t>(status.st_size);
+}
+
+std::optional<RegularFile> RegularFile::from(Descriptor descriptor, const fs::path& location) {
+    const struct stat status = statusOf(descriptor.get(), location);
+    if (!S_ISREG(status.st_mode))
+        return std::nullopt;
+    return RegularFile(std::move(descriptor), location, static_cast<std::uint64_t>(status.st_size));
+}
+
+std::size_t RegularFile::read(std::span<std::byte> buffer) {
+    const auto count =
+        retryInterrupted([&] { return ::read(descriptor_.get(), buffer.data(), buffer.size()); });
+    if (count < 0)
+        throwFileError("cannot read", location_);
+    return static_cast<std::size_t>(count);
+}
+
+std::string readDocument(const fs::path& location) {
+    RegularFile file(location);
+    std::string text;
+    // The size only guides the first read; the file may grow or shrink while it is read.
+    std::size_t length = 0;
+    for (;;) {
+        if (std::max<std::uint64_t>(file.size(), length) > maximumDocumentSize)
+            throwFileError("cannot read", location, make_error_code(std::errc::file_too_large));
+        if (length == text.size())
+            text.resize(length == 0 ? static_cast<std::size_t>(file.size()) + 1 : 2 * length);
+        const std::size_t count = file.read(std::as_writable_bytes(std::span(text).subspan(length)));
+        if (count == 0)
+            break;
+        length += count;
+    }
+    text.resize(length);
+    return text;
+}
+
+} // namespace kinovane

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+
+#include "common/descriptor.hpp"
+#include "common/digest.hpp"
+
+namespace kinovane {
+
+/// A regular file, open for reading. Opening never blocks: a FIFO, socket, device or directory is refused.
+class RegularFile {
+  public:
+    /// Throws std::filesystem::filesystem_error.
+    explicit RegularFile(const std::filesystem::path& location);
+
+    /// Takes over a descriptor that was opened with `openFlags`, as above.
+    RegularFile(Descriptor descriptor, const std::filesystem::path& location);
+
+    /// Takes over a descriptor that was opened with `openFlags`; `location` is only for messages. Absent when the
+    /// descriptor is not a regular file's.
+    static std::optional<RegularFile> from(Descriptor descriptor, const std::filesystem::path& location);
+
+    /// How every file of a workspace is opened: without waiting for the other end of a FIFO, and closed in children.
+    static const int openFlags;
+
+    std::uint64_t size() const noexcept { return size_; }
+
+    /// Reads into `buffer` and returns how much was read; 0 at the end of the file.
+    /// Throws std::filesystem::filesystem_error.
+    std::size_t read(std::span<std::byte> buffer);
+
+  private:
+    RegularFile(Descriptor descriptor, std::filesystem::path location, std::uint64_t size) noexcept
+        : descriptor_(std::move(descriptor)), location_(std::move(location)), size_(size) {}
+
+    Descriptor descriptor_;
+    std::filesystem::path location_;
+    std::uint64_t size_ = 0;
+};
+
+/// The whole content of a regular file. Throws std::filesystem::filesystem_error, also for a file of more than
+/// `maximumDocumentSize` bytes.
+std::string readDocument(const std::filesystem::path& location);
+
+/// More than any document of a workspace can sensibly hold; what is larger is something else by mistake.
+inline constexpr std::uint64_t maximumDocumentSize = std::uint64_t{1} << 30U;
+
+/// How much of a file is read at once for its digest.
+inline constexpr std::size_t digestReadSize = std::size_t{1} << 20U;
+
+} // namespace kinovane

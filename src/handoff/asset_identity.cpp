@@ -1,0 +1,34 @@
+#include "handoff/asset_identity.hpp"
+
+#include <span>
+
+#include "common/json_writer.hpp"
+
+namespace kinovane {
+
+namespace {
+
+/// What the identifier is the digest of, as compact JSON.
+struct AssetIdentity {
+    std::string path;
+    std::string sha256;
+};
+
+} // namespace
+
+template <> struct json::Table<AssetIdentity> {
+    static constexpr std::tuple fields{
+        field("path", &AssetIdentity::path),
+        field("sha256", &AssetIdentity::sha256),
+    };
+};
+
+std::string stableAssetID(const FilmArtifact& artifact, Digest& digest) {
+    constexpr std::size_t digitsKept = 20;
+    const std::string identity = json::encode(AssetIdentity{artifact.path, artifact.sha256}, JSONFormat::compact);
+    digest.restart();
+    digest.update(std::as_bytes(std::span(identity)));
+    return "film_asset_" + digest.finish().substr(Digest::prefixLength, digitsKept);
+}
+
+} // namespace kinovane

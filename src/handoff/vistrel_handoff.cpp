@@ -1,0 +1,17 @@
+#include <kinovane/handoff.hpp>
+
+#include "common/json_instances.hpp"
+#include "handoff/handoff_tables.hpp"
+#include "workspace/plan_tables.hpp"
+#include "workspace/project_tables.hpp"
+
+namespace kinovane {
+
+KINOVANE_JSON_WRITABLE(VistrelHandoff)
+KINOVANE_JSON_WRITABLE(VistrelHandoffSource)
+KINOVANE_JSON_WRITABLE(VistrelHandoffProject)
+KINOVANE_JSON_WRITABLE(VistrelHandoffShot)
+KINOVANE_JSON_WRITABLE(VistrelHandoffAsset)
+KINOVANE_JSON_WRITABLE(VistrelImportReceipt)
+
+} // namespace kinovane

@@ -1,0 +1,193 @@
+#include "tooling/child_process.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <system_error>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <kinovane/tooling.hpp>
+
+#include "common/file_location.hpp"
+#include "tooling/child_environment.hpp"
+
+namespace kinovane {
+
+namespace {
+
+[[noreturn]] void failLaunch(std::string message) {
+    throw FilmToolError(FilmToolError::launchFailed{std::move(message)});
+}
+
+[[noreturn]] void failLaunch(int error) { failLaunch(std::generic_category().message(error)); }
+
+/// For the functions that return their error instead of setting errno.
+void require(int error) {
+    if (error != 0)
+        failLaunch(error);
+}
+
+// The operating system takes texts that end at the first NUL byte: what follows would be cut off without a word.
+void refuseUnpassableText(const std::string& executable, const std::vector<std::string>& arguments,
+                          const std::map<std::string, std::string>& environment) {
+    if (holdsNUL(executable) || std::any_of(arguments.begin(), arguments.end(), holdsNUL))
+        failLaunch("an argument holds a NUL byte");
+    for (const auto& [key, value] : environment) {
+        if (holdsNUL(key) || holdsNUL(value))
+            failLaunch("an environment variable holds a NUL byte");
+        if (key.empty() || key.find('=') != std::string::npos)
+            failLaunch("\"" + key + "\" cannot be the name of an environment variable");
+    }
+}
+
+constexpr const char* statusTaken =
+    "its exit status cannot be learned, because the application ignores the end of its child processes (SIGCHLD) or "
+    "waits for children that it did not start";
+
+// A program whose outcome could never be known had better not run at all.
+void refuseIgnoredChildren() {
+    struct sigaction action {};
+    if (::sigaction(SIGCHLD, nullptr, &action) == 0 &&
+        ((action.sa_flags & SA_NOCLDWAIT) != 0 || action.sa_handler == SIG_IGN))
+        failLaunch(statusTaken);
+}
+
+struct Pipe {
+    Descriptor readEnd;
+    Descriptor writeEnd;
+};
+
+/// Descriptors 0 to 2 are the child's; a pipe that got one of them, because the application had closed it, moves up.
+Descriptor aboveStandard(Descriptor descriptor) {
+    if (descriptor.get() > STDERR_FILENO)
+        return descriptor;
+    Descriptor moved(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    if (!moved)
+        failLaunch(errno);
+    return moved;
+}
+
+/// Close-on-exec from birth: a child that another thread starts at this moment must not inherit an end, or the end of
+/// the output would come only when that child ends too.
+Pipe openPipe() {
+    std::array<int, 2> ends{-1, -1};
+#ifdef __APPLE__
+    // There is no pipe2 here; POSIX_SPAWN_CLOEXEC_DEFAULT keeps the ends from this library's own children.
+    if (::pipe(ends.data()) != 0)
+        failLaunch(errno);
+    for (const int end : ends)
+        ::fcntl(end, F_SETFD, FD_CLOEXEC);
+#else
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+        failLaunch(errno);
+#endif
+    Descriptor readEnd(ends[0]);
+    Descriptor writeEnd(ends[1]);
+    return {aboveStandard(std::move(readEnd)), aboveStandard(std::move(writeEnd))};
+}
+
+class FileActions {
+  public:
+    FileActions() { require(::posix_spawn_file_actions_init(&actions_)); }
+    FileActions(const FileActions&) = delete;
+    FileActions& operator=(const FileActions&) = delete;
+    ~FileActions() { ::posix_spawn_file_actions_destroy(&actions_); }
+
+    /// Exactly standard input as it is and the two pipes.
+    void connect(int output, int errors) {
+        // An application without standard input must not pass on whatever it opens next under that number.
+        const bool open = ::fcntl(STDIN_FILENO, F_GETFD) >= 0;
+        require(open ? ::posix_spawn_file_actions_adddup2(&actions_, STDIN_FILENO, STDIN_FILENO)
+                     : ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+        require(::posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO));
+        require(::posix_spawn_file_actions_adddup2(&actions_, errors, STDERR_FILENO));
+#ifndef __APPLE__
+        require(::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
+#endif
+    }
+
+    const posix_spawn_file_actions_t* get() const { return &actions_; }
+
+  private:
+    posix_spawn_file_actions_t actions_{};
+};
+
+class Attributes {
+  public:
+    Attributes() { require(::posix_spawnattr_init(&attributes_)); }
+    Attributes(const Attributes&) = delete;
+    Attributes& operator=(const Attributes&) = delete;
+    ~Attributes() { ::posix_spawnattr_destroy(&attributes_); }
+
+    /// The application may block or ignore signals for its own reasons; a program expects to start without that.
+    void resetSignals() {
+        sigset_t none;
+        sigset_t all;
+        ::sigemptyset(&none);
+        ::sigfillset(&all);
+        require(::posix_spawnattr_setsigmask(&attributes_, &none));
+        require(::posix_spawnattr_setsigdefault(&attributes_, &all));
+        int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+#ifdef __APPLE__
+        flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
+#endif
+        require(::posix_spawnattr_setflags(&attributes_, static_cast<short>(flags)));
+    }
+
+    const posix_spawnattr_t* get() const { return &attributes_; }
+
+  private:
+    posix_spawnattr_t attributes_{};
+};
+
+} // namespace
+
+ChildProcess::ChildProcess(const std::string& executable, const std::vector<std::string>& arguments,
+                           const std::map<std::string, std::string>& environment) {
+    refuseUnpassableText(executable, arguments, environment);
+    refuseIgnoredChildren();
+
+    TextVector argumentTexts;
+    argumentTexts.add(executable);
+    for (const std::string& argument : arguments)
+        argumentTexts.add(argument);
+    TextVector environmentTexts = mergedEnvironment(environment);
+
+    Pipe output = openPipe();
+    Pipe errors = openPipe();
+    FileActions actions;
+    actions.connect(output.writeEnd.get(), errors.writeEnd.get());
+    Attributes attributes;
+    attributes.resetSignals();
+
+    require(::posix_spawn(&process_, executable.c_str(), actions.get(), attributes.get(), argumentTexts.data(),
+                          environmentTexts.data()));
+    output_ = std::move(output.readEnd);
+    errors_ = std::move(errors.readEnd);
+}
+
+ChildProcess::~ChildProcess() {
+    if (process_ < 0)
+        return;
+    // Output that nobody reads any more must not keep the child from ending.
+    output_.close();
+    errors_.close();
+    int status = 0;
+    retryInterrupted([&] { return ::waitpid(process_, &status, 0); });
+}
+
+std::int32_t ChildProcess::wait() {
+    int status = 0;
+    const pid_t ended = retryInterrupted([&] { return ::waitpid(process_, &status, 0); });
+    process_ = -1;
+    if (ended < 0)
+        failLaunch(statusTaken);
+    return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+} // namespace kinovane

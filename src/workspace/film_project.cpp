@@ -1,0 +1,35 @@
+#include <kinovane/workspace.hpp>
+
+#include "common/json_instances.hpp"
+#include "workspace/brief_form.hpp"
+#include "workspace/project_tables.hpp"
+
+namespace kinovane {
+
+std::string FilmReviewRequest::id() const { return shotId + ":" + recordedAt; }
+
+std::string FilmArtifact::id() const { return kind + ":" + path + ":" + sha256; }
+
+const std::string& FilmIssue::id() const noexcept { return code; }
+
+int FilmProof::completedCount() const noexcept {
+    int count = 0;
+    std::apply([&](const auto&... step) { ((count += this->*step.member ? 1 : 0), ...); },
+               json::Table<FilmProof>::fields);
+    return count;
+}
+
+KINOVANE_JSON_READABLE(FilmProject)
+KINOVANE_JSON_READABLE(FilmBrief)
+KINOVANE_JSON_WRITABLE(FilmApproval)
+KINOVANE_JSON_WRITABLE(FilmDepartmentTask)
+KINOVANE_JSON_WRITABLE(FilmShotState)
+KINOVANE_JSON_WRITABLE(FilmReviewRequest)
+KINOVANE_JSON_WRITABLE(FilmJob)
+KINOVANE_JSON_WRITABLE(FilmProductionConfiguration)
+KINOVANE_JSON_WRITABLE(FilmModelConfiguration)
+KINOVANE_JSON_WRITABLE(FilmArtifact)
+KINOVANE_JSON_WRITABLE(FilmProof)
+KINOVANE_JSON_WRITABLE(FilmIssue)
+
+} // namespace kinovane

@@ -1,0 +1,74 @@
+#include <new>
+#include <stdexcept>
+#include <system_error>
+
+#include <kinovane/workspace.hpp>
+
+#include "common/file_location.hpp"
+#include "common/json_decoder.hpp"
+#include "common/regular_file.hpp"
+#include "workspace/brief_form.hpp"
+#include "workspace/plan_tables.hpp"
+#include "workspace/project_tables.hpp"
+
+namespace kinovane {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view supportedContract = "quexrun/film-project.v1";
+
+/// Reads one document; whatever goes wrong becomes one description that begins with the document's name.
+template <class Document> Document read(const fs::path& location) {
+    const auto invalid = [&](const std::string& why) {
+        return FilmProjectError(FilmProjectError::invalidProject{location.filename().string() + ": " + why});
+    };
+    try {
+        return json::decode<Document>(readDocument(location));
+    } catch (const JSONDecodingError& error) {
+        throw invalid(error.what());
+    } catch (const std::system_error& error) {
+        throw invalid(error.code() == std::errc::operation_not_supported ? "this is not an ordinary file"
+                                                                         : error.code().message());
+    } catch (const std::bad_alloc&) {
+        throw invalid("there is not enough memory to read it");
+    }
+}
+
+template <class Document> std::optional<Document> readIfPresent(const fs::path& location) {
+    if (!somethingExistsAt(location))
+        return std::nullopt;
+    return read<Document>(location);
+}
+
+/// A location that the file system cannot even be asked about is one where nothing exists.
+fs::path standardizedOrAsGiven(const fs::path& location) {
+    try {
+        return standardized(location);
+    } catch (const fs::filesystem_error&) {
+        return location;
+    }
+}
+
+} // namespace
+
+FilmWorkspaceSnapshot FilmProjectLoader::load(const fs::path& runManifest) {
+    const fs::path manifest = standardizedOrAsGiven(runManifest);
+    if (!somethingExistsAt(manifest))
+        throw FilmProjectError(FilmProjectError::missingRunManifest{manifest});
+
+    const fs::path root = manifest.parent_path();
+    const fs::path projectLocation = root / "film-project.json";
+    if (!somethingExistsAt(projectLocation))
+        throw FilmProjectError(FilmProjectError::missingProject{projectLocation});
+
+    auto project = read<FilmProject>(projectLocation);
+    if (project.contractVersion != supportedContract)
+        throw FilmProjectError(FilmProjectError::unsupportedContract{project.contractVersion});
+
+    return {root, manifest, std::move(project), readIfPresent<FilmProductionPlan>(root / "production-plan.json"),
+            readIfPresent<FilmTreatment>(root / "treatment.json")};
+}
+
+} // namespace kinovane

@@ -1,0 +1,34 @@
+#include <algorithm>
+#include <array>
+
+#include <kinovane/workspace.hpp>
+
+#include "common/file_location.hpp"
+
+namespace kinovane {
+
+std::filesystem::path FilmWorkspaceSnapshot::artifactURL(const FilmArtifact& artifact) const {
+    return root / artifact.path; // An absolute path replaces the root.
+}
+
+std::optional<FilmArtifact> FilmWorkspaceSnapshot::latestArtifact(std::string_view kind) const {
+    const auto latest = std::find_if(project.artifacts.rbegin(), project.artifacts.rend(),
+                                     [&](const FilmArtifact& artifact) { return artifact.kind == kind; });
+    if (latest == project.artifacts.rend())
+        return std::nullopt;
+    return *latest;
+}
+
+std::optional<std::filesystem::path> FilmWorkspaceSnapshot::playableCutURL() const {
+    static constexpr std::array<std::string_view, 3> bestFirst{"delivery-master", "final-master", "rough-cut"};
+    for (const std::string_view kind : bestFirst) {
+        if (const auto artifact = latestArtifact(kind)) {
+            std::filesystem::path location = artifactURL(*artifact);
+            if (somethingExistsAt(location))
+                return location;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace kinovane

@@ -1,0 +1,17 @@
+#include <kinovane/workspace.hpp>
+
+#include "common/json_instances.hpp"
+#include "workspace/plan_tables.hpp"
+
+namespace kinovane {
+
+KINOVANE_JSON_WRITABLE(FilmProductionPlan)
+KINOVANE_JSON_WRITABLE(FilmTarget)
+KINOVANE_JSON_WRITABLE(FilmCastMember)
+KINOVANE_JSON_WRITABLE(FilmLocation)
+KINOVANE_JSON_WRITABLE(FilmProductionShot)
+KINOVANE_JSON_WRITABLE(FilmDialogueLine)
+KINOVANE_JSON_WRITABLE(FilmSoundEffect)
+KINOVANE_JSON_WRITABLE(FilmTreatment)
+
+} // namespace kinovane

@@ -1,0 +1,49 @@
+#include "support/child_counts.hpp"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <thread>
+
+#include <unistd.h>
+
+namespace kinovane::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::size_t entriesIn(const fs::path& directory) {
+    std::error_code ignored; // Threads come and go while they are listed.
+    const fs::directory_iterator entries(directory, ignored);
+    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
+
+std::size_t countChildren() {
+    std::size_t children = 0;
+    for (const fs::directory_entry& thread : fs::directory_iterator("/proc/self/task")) {
+        std::ifstream list(thread.path() / "children");
+        children += static_cast<std::size_t>(
+            std::distance(std::istream_iterator<std::string>(list), std::istream_iterator<std::string>()));
+    }
+    return children;
+}
+
+} // namespace
+
+ProcessCounts countProcess() {
+    return {entriesIn("/proc/self/fd"), entriesIn("/proc/self/task"), countChildren()};
+}
+
+ProcessCounts settledCounts(const ProcessCounts& expected, std::chrono::milliseconds patience) {
+    const auto end = std::chrono::steady_clock::now() + patience;
+    for (;;) {
+        const ProcessCounts counts = countProcess();
+        if (counts == expected || std::chrono::steady_clock::now() > end)
+            return counts;
+        std::this_thread::yield();
+    }
+}
+
+} // namespace kinovane::test

@@ -14,19 +14,22 @@
 namespace kinovane {
 
 namespace detail {
-template <class Value, class Case> inline constexpr bool isCaseOf = std::same_as<Value, Case>;
+template <class Value, class Case>
+inline constexpr bool isCaseOf = std::same_as<Value, Case>;
 template <class Value, class... Cases>
 inline constexpr bool isCaseOf<Value, std::variant<Cases...>> =
     std::same_as<Value, std::variant<Cases...>> || (std::same_as<Value, Cases> || ...);
 } // namespace detail
 
-/// An exception that is one of several named cases, each with its payload. `Cases` holds a struct for every case,
-/// `using Case = std::variant<…>` over them in declared order, and `static std::string describe(const Case&)`.
+/// An exception that is one of several named cases, each with its payload. `Cases` holds a struct for every
+/// case, `using Case = std::variant<…>` over them in declared order, and `static std::string describe(const
+/// Case&)`.
 ///
-/// A case is tested with `std::get_if<Error::someCase>(&error.value())`. Two errors are equal when they are the same
-/// case with equal payloads. Copies share one immutable state, so copying never throws and a copy may be read from any
-/// thread.
-template <class Cases> class KINOVANE_EXPORT CaseError : public std::exception, public Cases {
+/// A case is tested with `std::get_if<Error::someCase>(&error.value())`. Two errors are equal when they are
+/// the same case with equal payloads. Copies share one immutable state, so copying never throws and a copy
+/// may be read from any thread.
+template <class Cases>
+class KINOVANE_EXPORT CaseError : public std::exception, public Cases {
   public:
     using Case = typename Cases::Case;
 

@@ -17,8 +17,8 @@
 #include <kinovane/task.hpp>
 #include <kinovane/workspace.hpp>
 
-/// Publishing a finished production to the storyboard application Vistrel: a verified handoff manifest is built from a
-/// workspace, written to disk, and given to Vistrel's importer.
+/// Publishing a finished production to the storyboard application Vistrel: a verified handoff manifest is
+/// built from a workspace, written to disk, and given to Vistrel's importer.
 namespace kinovane {
 
 // ---------------------------------------------------------------------------------------------------------------------
@@ -88,7 +88,8 @@ struct KINOVANE_EXPORT VistrelHandoffAsset {
 
 /// The whole handoff manifest.
 struct KINOVANE_EXPORT VistrelHandoff {
-    std::string contractVersion; ///< Kept as read; "quexrun/film-vistrel-handoff.v1" when built by this library.
+    std::string
+        contractVersion; ///< Kept as read; "quexrun/film-vistrel-handoff.v1" when built by this library.
     std::string exportedAt;
     VistrelHandoffSource source;
     VistrelHandoffProject project;
@@ -151,13 +152,14 @@ struct KINOVANE_EXPORT VerificationProgress {
 
 /// How `build` verifies files.
 struct KINOVANE_EXPORT HandoffBuildOptions {
-    /// How many files are read at once; 0 counts as 1. With one, artifacts are examined strictly in order and nothing
-    /// after the first failure is touched. With more, the error is still the one that this order would have given.
+    /// How many files are read at once; 0 counts as 1. With one, artifacts are examined strictly in order and
+    /// nothing after the first failure is touched. With more, the error is still the one that this order
+    /// would have given.
     unsigned workers = 1;
 
-    /// Told of progress, now and then, from whichever thread reads, but never from two at once. Both counts only grow,
-    /// and the last call of a successful build has everything done. An exception out of it ends the build and comes
-    /// out of it.
+    /// Told of progress, now and then, from whichever thread reads, but never from two at once. Both counts
+    /// only grow, and the last call of a successful build has everything done. An exception out of it ends
+    /// the build and comes out of it.
     std::function<void(const VerificationProgress&)> onProgress;
 
     /// When a stop is requested the build ends with a std::system_error of std::errc::operation_canceled.
@@ -166,28 +168,30 @@ struct KINOVANE_EXPORT HandoffBuildOptions {
 
 namespace VistrelHandoffBuilder {
 
-/// Makes the handoff of a workspace that has a production plan. Every artifact of an exported kind is checked: its path
-/// leads to a file inside `snapshot.root`, also through links, and the file has the recorded digest.
+/// Makes the handoff of a workspace that has a production plan. Every artifact of an exported kind is
+/// checked: its path leads to a file inside `snapshot.root`, also through links, and the file has the
+/// recorded digest.
 ///
-/// `projectRoot` is only recorded; `exportedAt` is used as it stands, or the current time (UTC, whole seconds) when
-/// absent. Throws VistrelHandoffError, std::filesystem::filesystem_error when a file cannot be read, and
-/// JSONEncodingError when a path is not UTF-8. Two exported artifacts with one path, or a duration or timeline that
-/// does not fit 64 bits of milliseconds, end the process: a sound workspace cannot hold them.
+/// `projectRoot` is only recorded; `exportedAt` is used as it stands, or the current time (UTC, whole
+/// seconds) when absent. Throws VistrelHandoffError, std::filesystem::filesystem_error when a file cannot be
+/// read, and JSONEncodingError when a path is not UTF-8. Two exported artifacts with one path, or a duration
+/// or timeline that does not fit 64 bits of milliseconds, end the process: a sound workspace cannot hold
+/// them.
 ///
 /// Blocks on file input; memory does not grow with the size of the files. Several builds may run at once.
 KINOVANE_EXPORT VistrelHandoff build(const FilmWorkspaceSnapshot& from, const std::string& projectRoot,
                                      std::optional<std::string> exportedAt = {},
                                      const HandoffBuildOptions& options = {});
 
-/// Writes the manifest (pretty-printed) and returns the digest of the file as it then lies on disk. Missing parent
-/// directories are created. Whoever reads `to` sees the old file or the new one, never a part, and on any failure the
-/// old file is untouched.
+/// Writes the manifest (pretty-printed) and returns the digest of the file as it then lies on disk. Missing
+/// parent directories are created. Whoever reads `to` sees the old file or the new one, never a part, and on
+/// any failure the old file is untouched.
 ///
 /// Throws JSONEncodingError, and std::filesystem::filesystem_error. Blocks on file output.
 KINOVANE_EXPORT std::string write(const VistrelHandoff& handoff, const std::filesystem::path& to);
 
-/// The digest of a regular file: "sha256:" and 64 lowercase hexadecimal digits. Reads at most 1 MiB at a time.
-/// Throws std::filesystem::filesystem_error when the file cannot be read, or is no regular file.
+/// The digest of a regular file: "sha256:" and 64 lowercase hexadecimal digits. Reads at most 1 MiB at a
+/// time. Throws std::filesystem::filesystem_error when the file cannot be read, or is no regular file.
 KINOVANE_EXPORT std::string sha256(const std::filesystem::path& file);
 
 /// The digest of bytes in memory, in the same form.
@@ -211,8 +215,8 @@ struct KINOVANE_EXPORT VistrelImportReceipt {
     bool operator==(const VistrelImportReceipt&) const = default;
 };
 
-/// Runs Vistrel's importer on a written manifest. Holds nothing but the name of the program; may be copied and used
-/// from several threads at once.
+/// Runs Vistrel's importer on a written manifest. Holds nothing but the name of the program; may be copied
+/// and used from several threads at once.
 class KINOVANE_EXPORT VistrelClient {
   public:
     /// `executable` is a name or a path, looked up at each call as by FilmToolClient::resolveExecutable.
@@ -236,11 +240,17 @@ class KINOVANE_EXPORT VistrelClient {
 
 // ---------------------------------------------------------------------------------------------------------------------
 
-template <> inline constexpr JSONForm jsonForm<VistrelHandoff> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<VistrelHandoffSource> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<VistrelHandoffProject> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<VistrelHandoffShot> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<VistrelHandoffAsset> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<VistrelImportReceipt> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<VistrelHandoff> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<VistrelHandoffSource> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<VistrelHandoffProject> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<VistrelHandoffShot> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<VistrelHandoffAsset> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<VistrelImportReceipt> = JSONForm::readingAndWriting;
 
 } // namespace kinovane

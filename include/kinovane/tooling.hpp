@@ -1,7 +1,7 @@
 #pragma once
 
-// <cstdio> comes first on purpose: `stdout` and `stderr` are macros there, and ProcessResult has members of these
-// names. Every user of this header thus sees one and the same expansion of them.
+// <cstdio> comes first on purpose: `stdout` and `stderr` are macros there, and ProcessResult has members of
+// these names. Every user of this header thus sees one and the same expansion of them.
 #include <cstdio>
 
 #include <cstdint>
@@ -25,8 +25,8 @@ struct KINOVANE_EXPORT ProcessResult {
     std::string executable;             ///< Path of the program that ran.
     std::vector<std::string> arguments; ///< Without the program itself.
     std::int32_t exitCode = 0;          ///< Exit status, or the number of the signal that ended the program.
-    std::string stdout;                 ///< All of standard output; bytes that are not UTF-8 are replaced by U+FFFD.
-    std::string stderr;                 ///< All of standard error, likewise.
+    std::string stdout; ///< All of standard output; bytes that are not UTF-8 are replaced by U+FFFD.
+    std::string stderr; ///< All of standard error, likewise.
 
     /// Whether `exitCode` is 0.
     bool succeeded() const noexcept;
@@ -69,11 +69,13 @@ class KINOVANE_EXPORT FilmToolError final : public CaseError<FilmToolErrorCases>
     ~FilmToolError() override;
 };
 
-/// The film tool. Holds nothing but the name of the program; may be copied and used from several threads at once.
+/// The film tool. Holds nothing but the name of the program; may be copied and used from several threads at
+/// once.
 ///
-/// Every operation is one child process with a fixed argument vector, never a shell. It starts at once and runs without
-/// a time limit; every failure, a missing program included, arrives through the task as a FilmToolError. The child
-/// inherits standard input, the environment and the working directory, and no other open file.
+/// Every operation is one child process with a fixed argument vector, never a shell. It starts at once and
+/// runs without a time limit; every failure, a missing program included, arrives through the task as a
+/// FilmToolError. The child inherits standard input, the environment and the working directory, and no other
+/// open file.
 class KINOVANE_EXPORT FilmToolClient {
   public:
     /// `executable` is a name or a path, looked up anew at each call.
@@ -81,14 +83,15 @@ class KINOVANE_EXPORT FilmToolClient {
 
     const std::string& executable() const noexcept;
 
-    /// Finds a program. A leading "~" stands for a home directory. A text with "/" in it is then a path; any other name
-    /// is searched in the directories of PATH and then in /opt/homebrew/bin, /usr/local/bin, /usr/bin and /bin. Only
-    /// regular files that the user may execute count.
+    /// Finds a program. A leading "~" stands for a home directory. A text with "/" in it is then a path; any
+    /// other name is searched in the directories of PATH and then in /opt/homebrew/bin, /usr/local/bin,
+    /// /usr/bin and /bin. Only regular files that the user may execute count.
     ///
     /// Throws FilmToolError (executableNotFound). Blocks on the file system.
     static std::filesystem::path resolveExecutable(const std::string& name);
 
-    /// Runs the program with these arguments. `environment` is added to the inherited environment and wins over it.
+    /// Runs the program with these arguments. `environment` is added to the inherited environment and wins
+    /// over it.
     Task<ProcessResult> run(std::vector<std::string> arguments,
                             std::map<std::string, std::string> environment = {}) const;
 

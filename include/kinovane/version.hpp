@@ -2,7 +2,8 @@
 
 #include <kinovane/export.hpp>
 
-/// The version of the library that the program runs with, which may be newer than the headers it was built with.
+/// The version of the library that the program runs with, which may be newer than the headers it was built
+/// with.
 extern "C" {
 KINOVANE_EXPORT extern const double KinovaneCoreVersionNumber; ///< 1.0
 KINOVANE_EXPORT extern const char KinovaneCoreVersionString[]; ///< "1.0"

@@ -13,19 +13,20 @@
 #include <kinovane/export.hpp>
 #include <kinovane/json.hpp>
 
-/// A film workspace on disk: its documents as typed records, and the loader that turns the location of a run manifest
-/// into one immutable snapshot.
+/// A film workspace on disk: its documents as typed records, and the loader that turns the location of a run
+/// manifest into one immutable snapshot.
 ///
-/// Every record is a plain aggregate. A member has the name of its JSON key; optional members are absent when the key
-/// is missing or null, and all other keys are required. Time stamps are opaque text, as the film tool wrote them.
-/// Records are independent values: copy, move and share them between threads as you would a std::string.
+/// Every record is a plain aggregate. A member has the name of its JSON key; optional members are absent when
+/// the key is missing or null, and all other keys are required. Time stamps are opaque text, as the film tool
+/// wrote them. Records are independent values: copy, move and share them between threads as you would a
+/// std::string.
 namespace kinovane {
 
 // ---------------------------------------------------------------------------------------------------------------------
 // film-project.json: the state of one film project, written by the film tool after every step
 
-/// The creative brief. Read only. In the document each value may stand in the nested objects "target" and "creative"
-/// or under a flat key; the nested one wins, and an absent list is empty.
+/// The creative brief. Read only. In the document each value may stand in the nested objects "target" and
+/// "creative" or under a flat key; the nested one wins, and an absent list is empty.
 struct KINOVANE_EXPORT FilmBrief {
     std::optional<std::string> audience;
     std::optional<std::string> genre;
@@ -137,9 +138,10 @@ struct KINOVANE_EXPORT FilmArtifact {
     std::int64_t bytes = 0;  ///< Size of the file in bytes, as recorded.
     std::string contentType; ///< Media type, such as "video/mp4".
     std::string createdAt;
-    std::string kind;   ///< Such as "shot-clip" or "delivery-master"; any text is accepted.
-    std::string path;   ///< Absolute when it begins with "/", otherwise relative to the workspace's directory.
-    std::string sha256; ///< Recorded digest: "sha256:" and 64 lowercase hexadecimal digits in a sound project.
+    std::string kind; ///< Such as "shot-clip" or "delivery-master"; any text is accepted.
+    std::string path; ///< Absolute when it begins with "/", otherwise relative to the workspace's directory.
+    std::string
+        sha256; ///< Recorded digest: "sha256:" and 64 lowercase hexadecimal digits in a sound project.
     std::string source; ///< What produced the file.
 
     /// Kind, path and digest, joined by ":".
@@ -323,8 +325,8 @@ struct KINOVANE_EXPORT FilmTreatment {
 // ---------------------------------------------------------------------------------------------------------------------
 // The snapshot and its loader
 
-/// A film workspace as it was when it was loaded. Owns its documents, holds no open file, and never changes; load
-/// again to see what the film tool has done since. May be shared between threads.
+/// A film workspace as it was when it was loaded. Owns its documents, holds no open file, and never changes;
+/// load again to see what the film tool has done since. May be shared between threads.
 struct KINOVANE_EXPORT FilmWorkspaceSnapshot {
     std::filesystem::path root;        ///< The directory that holds the run manifest; absolute.
     std::filesystem::path runManifest; ///< Absolute, without "." and "..".
@@ -332,15 +334,16 @@ struct KINOVANE_EXPORT FilmWorkspaceSnapshot {
     std::optional<FilmProductionPlan> productionPlan; ///< Absent when there is no production-plan.json.
     std::optional<FilmTreatment> treatment;           ///< Absent when there is no treatment.json.
 
-    /// Where the artifact's file lies: its path as it stands when absolute, otherwise below `root`. Does not touch the
-    /// disk and does not check that the place lies inside `root`; never open what it names as part of a publish.
+    /// Where the artifact's file lies: its path as it stands when absolute, otherwise below `root`. Does not
+    /// touch the disk and does not check that the place lies inside `root`; never open what it names as part
+    /// of a publish.
     std::filesystem::path artifactURL(const FilmArtifact& artifact) const;
 
     /// The artifact of this kind that the project lists last, if any.
     std::optional<FilmArtifact> latestArtifact(std::string_view kind) const;
 
-    /// The best finished cut whose file exists now: the latest "delivery-master", else the latest "final-master", else
-    /// the latest "rough-cut". Looks at the disk at each call.
+    /// The best finished cut whose file exists now: the latest "delivery-master", else the latest
+    /// "final-master", else the latest "rough-cut". Looks at the disk at each call.
     std::optional<std::filesystem::path> playableCutURL() const;
 
     bool operator==(const FilmWorkspaceSnapshot&) const = default;
@@ -383,35 +386,56 @@ class KINOVANE_EXPORT FilmProjectError final : public CaseError<FilmProjectError
 
 namespace FilmProjectLoader {
 
-/// Loads the workspace of a run manifest ("run.json", whose existence alone counts): "film-project.json" and, where
-/// they exist, "production-plan.json" and "treatment.json" beside it.
+/// Loads the workspace of a run manifest ("run.json", whose existence alone counts): "film-project.json" and,
+/// where they exist, "production-plan.json" and "treatment.json" beside it.
 ///
-/// Throws FilmProjectError. Blocks on file input, so call it off the interface thread; several calls may run at once.
+/// Throws FilmProjectError. Blocks on file input, so call it off the interface thread; several calls may run
+/// at once.
 KINOVANE_EXPORT FilmWorkspaceSnapshot load(const std::filesystem::path& runManifest);
 
 } // namespace FilmProjectLoader
 
 // ---------------------------------------------------------------------------------------------------------------------
 
-template <> inline constexpr JSONForm jsonForm<FilmProject> = JSONForm::reading;
-template <> inline constexpr JSONForm jsonForm<FilmBrief> = JSONForm::reading;
-template <> inline constexpr JSONForm jsonForm<FilmApproval> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmDepartmentTask> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmShotState> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmReviewRequest> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmJob> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmProductionConfiguration> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmModelConfiguration> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmArtifact> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmProof> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmIssue> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmProductionPlan> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmTarget> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmCastMember> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmLocation> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmProductionShot> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmDialogueLine> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmSoundEffect> = JSONForm::readingAndWriting;
-template <> inline constexpr JSONForm jsonForm<FilmTreatment> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmProject> = JSONForm::reading;
+template <>
+inline constexpr JSONForm jsonForm<FilmBrief> = JSONForm::reading;
+template <>
+inline constexpr JSONForm jsonForm<FilmApproval> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmDepartmentTask> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmShotState> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmReviewRequest> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmJob> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmProductionConfiguration> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmModelConfiguration> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmArtifact> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmProof> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmIssue> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmProductionPlan> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmTarget> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmCastMember> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmLocation> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmProductionShot> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmDialogueLine> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmSoundEffect> = JSONForm::readingAndWriting;
+template <>
+inline constexpr JSONForm jsonForm<FilmTreatment> = JSONForm::readingAndWriting;
 
 } // namespace kinovane

@@ -62,7 +62,7 @@ File AssetFiles::open(const Asset& asset) const {
     if (!isInside(resolved, root_)) {
         refuse(asset, "leads out of the project folder to " + jsonQuoted(resolved.native()));
     }
-    std::filesystem::file_status status = std::filesystem::status(resolved, error);
+    const std::filesystem::file_status status = std::filesystem::status(resolved, error);
     if (error) {
         refuse(asset, "the file cannot be examined: " + error.message());
     }

@@ -50,7 +50,8 @@ int flushToDisk(int descriptor) {
     return static_cast<int>(retryInterrupted([&] { return ::fsync(descriptor); }));
 }
 
-/// A directory that may be written but not listed cannot be opened for reading; it still serves to name its files.
+/// A directory that may be written but not listed cannot be opened for reading; it still serves to name its
+/// files.
 Descriptor openDirectory(const fs::path& directory) {
     const auto open = [&](int flags) {
         return retryInterrupted([&] { return ::open(directory.c_str(), flags | O_DIRECTORY | O_CLOEXEC); });
@@ -66,15 +67,16 @@ Descriptor openDirectory(const fs::path& directory) {
 /// The temporary file beside the target. Unless it was put in the target's place, it is removed.
 class TemporaryFile {
   public:
-    TemporaryFile(const fs::path& target, int directory, mode_t mode) : target_(target), directory_(directory) {
+    TemporaryFile(const fs::path& target, int directory, mode_t mode)
+        : target_(target), directory_(directory) {
         std::random_device random;
         for (int attempt = 0; attempt < namesToTry; ++attempt) {
             // A name of its own length: the target's name may already be as long as a name can be.
             std::array<char, 40> name{};
             std::snprintf(name.data(), name.size(), ".kinovane-%08x%08x.tmp", random(), random());
             constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
-            file_ = Descriptor(
-                retryInterrupted([&] { return ::openat(directory_, name.data(), flags, mode); }));
+            file_ =
+                Descriptor(retryInterrupted([&] { return ::openat(directory_, name.data(), flags, mode); }));
             if (file_) {
                 name_ = name.data();
                 return;
@@ -109,7 +111,8 @@ class TemporaryFile {
     void putInPlace() {
         if (flushToDisk(file_.get()) != 0)
             fail("cannot write", target_, errno);
-        // Some file systems report a full disk only here. The descriptor is gone either way, so no second attempt.
+        // Some file systems report a full disk only here. The descriptor is gone either way, so no second
+        // attempt.
         if (::close(file_.release()) != 0 && errno != EINTR)
             fail("cannot write", target_, errno);
         if (::renameat(directory_, name_.c_str(), directory_, target_.filename().c_str()) != 0)
@@ -137,8 +140,9 @@ void writeAtomically(const fs::path& location, std::string_view content) {
     if (!directory)
         fail("cannot write", location, errno);
 
-    struct stat old {};
-    const bool replaces = ::fstatat(directory.get(), target.filename().c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0;
+    struct stat old{};
+    const bool replaces =
+        ::fstatat(directory.get(), target.filename().c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0;
     if (replaces && !S_ISREG(old.st_mode))
         fail("cannot write", location, S_ISDIR(old.st_mode) ? EISDIR : EOPNOTSUPP);
 

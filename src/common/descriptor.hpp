@@ -38,7 +38,8 @@ class Descriptor {
 };
 
 /// Repeats a system call for as long as a signal interrupts it.
-template <class Call> auto retryInterrupted(Call call) {
+template <class Call>
+auto retryInterrupted(Call call) {
     for (;;) {
         const auto result = call();
         if (result >= 0 || errno != EINTR)

@@ -9,7 +9,8 @@ namespace kinovane {
 
 namespace {
 
-// The digest library fails only for want of memory or of its own configuration; neither leaves anything to try.
+// The digest library fails only for want of memory or of its own configuration; neither leaves anything to
+// try.
 void require(int succeeded) {
     if (succeeded != 1)
         throw std::bad_alloc();

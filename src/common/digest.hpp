@@ -9,8 +9,9 @@ struct evp_md_st;
 
 namespace kinovane {
 
-/// Computes SHA-256 digests, one after the other, as digest text: "sha256:" and 64 lowercase hexadecimal digits. Not
-/// to be shared between threads. Throws std::bad_alloc when the digest library has no memory left.
+/// Computes SHA-256 digests, one after the other, as digest text: "sha256:" and 64 lowercase hexadecimal
+/// digits. Not to be shared between threads. Throws std::bad_alloc when the digest library has no memory
+/// left.
 class Digest {
   public:
     Digest();

@@ -38,7 +38,7 @@ std::string pathText(const fs::path& location) {
 }
 
 bool somethingExistsAt(const fs::path& location) noexcept {
-    struct stat status {};
+    struct stat status{};
     if (holdsNUL(location.native()))
         return false;
     if (::stat(location.c_str(), &status) == 0)
@@ -47,9 +47,9 @@ bool somethingExistsAt(const fs::path& location) noexcept {
 }
 
 bool isExecutableFile(const fs::path& location) noexcept {
-    struct stat status {};
-    return !holdsNUL(location.native()) && ::stat(location.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
-           ::faccessat(AT_FDCWD, location.c_str(), X_OK, AT_EACCESS) == 0;
+    struct stat status{};
+    return !holdsNUL(location.native()) && ::stat(location.c_str(), &status) == 0 &&
+           S_ISREG(status.st_mode) && ::faccessat(AT_FDCWD, location.c_str(), X_OK, AT_EACCESS) == 0;
 }
 
 } // namespace kinovane

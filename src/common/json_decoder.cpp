@@ -51,7 +51,7 @@ std::string quotedNumber(std::string_view text) {
 
 /// What a frame has only when it is needed, which is seldom.
 struct Extra {
-    std::map<std::size_t, Failure> rowFailures;              ///< Of a record's members, or of a list's elements.
+    std::map<std::size_t, Failure> rowFailures; ///< Of a record's members, or of a list's elements.
     std::map<std::string, Failure, std::less<>> keyFailures; ///< Of a map's values.
     std::shared_ptr<void> form;
     void* record = nullptr; ///< What the form is for.
@@ -118,8 +118,8 @@ std::optional<Failure> Frame::firstFailure() {
     return failure;
 }
 
-/// Takes the parser's events and puts the values where they belong. A wrong value does not stop it, because a syntax
-/// error further on would be the one to report, and a later key may replace the wrong value.
+/// Takes the parser's events and puts the values where they belong. A wrong value does not stop it, because a
+/// syntax error further on would be the one to report, and a later key may replace the wrong value.
 class Receiver {
   public:
     static constexpr std::size_t max_array_size = SIZE_MAX;
@@ -127,7 +127,9 @@ class Receiver {
     static constexpr std::size_t max_string_size = SIZE_MAX;
     static constexpr std::size_t max_key_size = SIZE_MAX;
 
-    Receiver(void* target, const Shape& shape) : rootTarget_(target), rootShape_(&shape) { frames_.reserve(16); }
+    Receiver(void* target, const Shape& shape) : rootTarget_(target), rootShape_(&shape) {
+        frames_.reserve(16);
+    }
 
     const std::optional<Failure>& failure() const { return failure_; }
 
@@ -236,7 +238,8 @@ class Receiver {
         }
     }
 
-    template <class Fits> void begin(std::string_view found, Fits fits) {
+    template <class Fits>
+    void begin(std::string_view found, Fits fits) {
         if (skipped_ != 0) {
             ++skipped_;
             return;
@@ -302,7 +305,8 @@ class Receiver {
         const std::size_t next = frame.current + 1; // noRow + 1 is 0
         if (next < rows.size() && rows[next].key == key)
             return next;
-        const auto row = std::find_if(rows.begin(), rows.end(), [&](const Row& each) { return each.key == key; });
+        const auto row =
+            std::find_if(rows.begin(), rows.end(), [&](const Row& each) { return each.key == key; });
         return row == rows.end() ? noRow : static_cast<std::size_t>(row - rows.begin());
     }
 
@@ -319,9 +323,9 @@ class Receiver {
             if (integer.fault == NumberFault::none)
                 *static_cast<std::int64_t*>(place.open()) = integer.value;
             else
-                note(Failure::mismatch(integer.fault == NumberFault::fraction ? "an integer"
-                                                                              : "an integer that fits 64 bits",
-                                       quotedNumber(text)));
+                note(Failure::mismatch(
+                    integer.fault == NumberFault::fraction ? "an integer" : "an integer that fits 64 bits",
+                    quotedNumber(text)));
         } else if (place.shape->kind == Kind::real) {
             if (const std::optional<double> real = realValue(text))
                 *static_cast<double*>(place.open()) = *real;

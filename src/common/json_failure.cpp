@@ -34,8 +34,8 @@ std::string syntaxMessage(std::string_view document, std::size_t offset, std::st
     const std::string_view before = document.substr(0, std::min(offset, document.size()));
     const auto line = 1 + std::count(before.begin(), before.end(), '\n');
     const std::size_t lineStart = before.rfind('\n') + 1; // npos + 1 is 0
-    const auto column = 1 + std::count_if(before.begin() + static_cast<std::ptrdiff_t>(lineStart), before.end(),
-                                          [](char byte) { return (byte & '\xC0') != '\x80'; });
+    const auto column = 1 + std::count_if(before.begin() + static_cast<std::ptrdiff_t>(lineStart),
+                                          before.end(), [](char byte) { return (byte & '\xC0') != '\x80'; });
     std::string message = "line " + std::to_string(line) + ", column " + std::to_string(column) + ": ";
     message += what;
     return message;

@@ -7,7 +7,8 @@
 
 namespace kinovane::json {
 
-/// What is wrong with a value, and where. The path is built from the inside out, only once something has failed.
+/// What is wrong with a value, and where. The path is built from the inside out, only once something has
+/// failed.
 class Failure {
   public:
     std::string path;
@@ -28,7 +29,8 @@ class Failure {
     void prepend(std::string outer);
 };
 
-/// The message of a syntax error: line and column (both from 1, the column in characters) of the byte at `offset`.
+/// The message of a syntax error: line and column (both from 1, the column in characters) of the byte at
+/// `offset`.
 std::string syntaxMessage(std::string_view document, std::size_t offset, std::string_view what);
 
 } // namespace kinovane::json

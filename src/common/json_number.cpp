@@ -10,7 +10,8 @@ namespace kinovane::json {
 
 namespace {
 
-/// A number as digits × 10^exponent, where the digits neither begin nor end with 0. No digits: the number is 0.
+/// A number as digits × 10^exponent, where the digits neither begin nor end with 0. No digits: the number is
+/// 0.
 struct Decimal {
     bool negative = false;
     std::string digits;
@@ -23,7 +24,7 @@ Decimal decimalOf(std::string_view text) {
     if (decimal.negative)
         text.remove_prefix(1);
     const std::size_t mark = std::min(text.find_first_of("eE"), text.size());
-    std::string_view mantissa = text.substr(0, mark);
+    const std::string_view mantissa = text.substr(0, mark);
     if (mark < text.size()) {
         std::string_view exponent = text.substr(mark + 1);
         const bool positive = exponent.starts_with('+');
@@ -50,9 +51,8 @@ Decimal decimalOf(std::string_view text) {
 
 IntegerValue integerValue(std::string_view text) {
     IntegerValue result;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, result.value);
-    if (stop == end)
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), result.value);
+    if (stop == text.data() + text.size())
         return error == std::errc() ? result : IntegerValue{0, NumberFault::tooLarge};
 
     const Decimal decimal = decimalOf(text);

@@ -9,8 +9,8 @@
 
 #include "common/json_table.hpp"
 
-/// What the decoder knows of a type while it runs: made from the record tables at compile time, so that one decoder
-/// serves all records.
+/// What the decoder knows of a type while it runs: made from the record tables at compile time, so that one
+/// decoder serves all records.
 namespace kinovane::json {
 
 enum class Kind : std::uint8_t { text, integer, real, boolean, list, map, record };
@@ -44,30 +44,36 @@ struct Row {
     std::string_view key;
     const Shape* shape = nullptr;
     bool required = true;
-    void* (*open)(void* record) = nullptr;  ///< The address of the member's value, present from now on.
+    void* (*open)(void* record) = nullptr; ///< The address of the member's value, present from now on.
     void (*clear)(void* record) = nullptr; ///< Makes the member empty or absent.
 };
 
-/// Specialised for a record whose document is laid out otherwise than the record itself: `Form` is the record that
-/// mirrors the document, and `static Record make(Form&&)` derives the one from the other.
-template <class Record> struct DecodedThrough;
+/// Specialised for a record whose document is laid out otherwise than the record itself: `Form` is the record
+/// that mirrors the document, and `static Record make(Form&&)` derives the one from the other.
+template <class Record>
+struct DecodedThrough;
 
 template <class T>
 concept HasForm = requires { typename DecodedThrough<T>::Form; };
 
 namespace detail {
 
-template <class T> consteval Shape makeShape();
-template <class T> inline constexpr Shape shape = makeShape<T>();
+template <class T>
+consteval Shape makeShape();
+template <class T>
+inline constexpr Shape shape = makeShape<T>();
 
-template <class T> struct Present {
+template <class T>
+struct Present {
     using Type = T;
 };
-template <class T> struct Present<std::optional<T>> {
+template <class T>
+struct Present<std::optional<T>> {
     using Type = T;
 };
 
-template <class R, std::size_t index> consteval Row makeRow() {
+template <class R, std::size_t index>
+consteval Row makeRow() {
     constexpr auto& row = std::get<index>(Table<R>::fields);
     using Member = typename std::remove_cvref_t<decltype(row)>::MemberType;
     Row result;
@@ -87,13 +93,16 @@ template <class R, std::size_t index> consteval Row makeRow() {
     return result;
 }
 
-template <class R, std::size_t... index> consteval auto makeRows(std::index_sequence<index...> /*rows*/) {
+template <class R, std::size_t... index>
+consteval auto makeRows(std::index_sequence<index...> /*rows*/) {
     return std::array<Row, sizeof...(index)>{makeRow<R, index>()...};
 }
 
-template <Record R> inline constexpr auto rows = makeRows<R>(std::make_index_sequence<fieldCount<R>>{});
+template <Record R>
+inline constexpr auto rows = makeRows<R>(std::make_index_sequence<fieldCount<R>>{});
 
-template <Record R> consteval void fillRecord(Shape& result) {
+template <Record R>
+consteval void fillRecord(Shape& result) {
     static_assert(fieldCount<R> == memberCount<R>, "every member needs a row in the record's table");
     static_assert(fieldCount<R> <= 64);
     result.rows = rows<R>;
@@ -102,7 +111,8 @@ template <Record R> consteval void fillRecord(Shape& result) {
             result.requiredRows |= std::uint64_t{1} << index;
 }
 
-template <class T> consteval Shape makeShape() {
+template <class T>
+consteval Shape makeShape() {
     Shape result;
     if constexpr (std::is_same_v<T, std::string>) {
         result.kind = Kind::text;
@@ -145,6 +155,9 @@ template <class T> consteval Shape makeShape() {
 } // namespace detail
 
 /// The shape of a record, a list, a map or a plain value.
-template <class T> constexpr const Shape& shapeOf() { return detail::shape<T>; }
+template <class T>
+constexpr const Shape& shapeOf() {
+    return detail::shape<T>;
+}
 
 } // namespace kinovane::json

@@ -10,8 +10,8 @@ namespace kinovane::json {
 
 namespace {
 
-/// For each byte: 0 when it stands as it is, the character of its short escape, 'u' for a numbered escape, or 'm' for
-/// the first byte of a sequence of several.
+/// For each byte: 0 when it stands as it is, the character of its short escape, 'u' for a numbered escape, or
+/// 'm' for the first byte of a sequence of several.
 constexpr std::array<char, 256> byteClasses = [] {
     std::array<char, 256> classes{};
     for (std::size_t byte = 0; byte < 0x20; ++byte)
@@ -28,7 +28,8 @@ constexpr std::array<char, 256> byteClasses = [] {
     return classes;
 }();
 
-template <class Number> void appendNumber(std::string& document, Number value) {
+template <class Number>
+void appendNumber(std::string& document, Number value) {
     std::array<char, 32> text{};
     const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
     document.append(text.data(), end);

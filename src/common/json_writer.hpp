@@ -18,17 +18,23 @@
 
 namespace kinovane::json {
 
-/// Writes a record into one growing text, member by member in the order that the format wants, without a tree.
-template <JSONFormat format> class Writer {
+/// Writes a record into one growing text, member by member in the order that the format wants, without a
+/// tree.
+template <JSONFormat format>
+class Writer {
   public:
-    template <class T> void value(const T& value) { put(value, nullptr); }
+    template <class T>
+    void value(const T& value) {
+        put(value, nullptr);
+    }
 
     std::string take() { return std::move(document_); }
 
   private:
     static constexpr bool pretty = format == JSONFormat::pretty;
 
-    /// The way from the whole document to the value being written; a path is made of it only when something fails.
+    /// The way from the whole document to the value being written; a path is made of it only when something
+    /// fails.
     struct Cursor {
         const Cursor* outer;
         std::string_view key;
@@ -36,7 +42,8 @@ template <JSONFormat format> class Writer {
         bool inList;
     };
 
-    template <class R> static constexpr auto rowOrder() {
+    template <class R>
+    static constexpr auto rowOrder() {
         std::array<std::size_t, fieldCount<R>> order{};
         std::iota(order.begin(), order.end(), std::size_t{0});
         if constexpr (pretty) {
@@ -49,7 +56,8 @@ template <JSONFormat format> class Writer {
         return order;
     }
 
-    template <class T> void put(const T& value, const Cursor* cursor) {
+    template <class T>
+    void put(const T& value, const Cursor* cursor) {
         if constexpr (std::is_same_v<T, std::string>) {
             if (!appendString(document_, value))
                 fail(cursor, "the text is not UTF-8");
@@ -74,7 +82,8 @@ template <JSONFormat format> class Writer {
         }
     }
 
-    template <std::size_t index, class R> void putRow(const R& record, const Cursor* cursor) {
+    template <std::size_t index, class R>
+    void putRow(const R& record, const Cursor* cursor) {
         constexpr auto& row = std::get<index>(Table<R>::fields);
         const auto& member = record.*row.member;
         const auto putMember = [&](const auto& value) {
@@ -91,7 +100,8 @@ template <JSONFormat format> class Writer {
             putMember(*member);
     }
 
-    template <class T> void putList(const T& list, const Cursor* cursor) {
+    template <class T>
+    void putList(const T& list, const Cursor* cursor) {
         open('[');
         Cursor inner{cursor, {}, 0, true};
         for (const auto& element : list) {
@@ -102,7 +112,8 @@ template <JSONFormat format> class Writer {
         close(']');
     }
 
-    template <class T> void putMap(const T& map, const Cursor* cursor) {
+    template <class T>
+    void putMap(const T& map, const Cursor* cursor) {
         open('{');
         for (const auto& [key, value] : map) {
             separate();
@@ -161,7 +172,8 @@ template <JSONFormat format> class Writer {
     bool first_ = true; ///< Nothing stands in the innermost bracket yet.
 };
 
-template <class T> std::string encode(const T& value, JSONFormat format) {
+template <class T>
+std::string encode(const T& value, JSONFormat format) {
     const auto write = [&](auto writer) {
         writer.value(value);
         return writer.take();

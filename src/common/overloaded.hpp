@@ -3,9 +3,11 @@
 namespace kinovane {
 
 /// One visitor out of a lambda for each alternative.
-template <class... Lambdas> struct Overloaded : Lambdas... {
+template <class... Lambdas>
+struct Overloaded : Lambdas... {
     using Lambdas::operator()...;
 };
-template <class... Lambdas> Overloaded(Lambdas...) -> Overloaded<Lambdas...>;
+template <class... Lambdas>
+Overloaded(Lambdas...) -> Overloaded<Lambdas...>;
 
 } // namespace kinovane

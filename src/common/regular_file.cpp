@@ -26,15 +26,14 @@ namespace {
 Descriptor openForReading(const fs::path& location) {
     if (holdsNUL(location.native()))
         throwFileError("cannot open", location, make_error_code(std::errc::no_such_file_or_directory));
-    Descriptor descriptor(
-        retryInterrupted([&] { return ::open(location.c_str(), RegularFile::openFlags); }));
+    Descriptor descriptor(retryInterrupted([&] { return ::open(location.c_str(), RegularFile::openFlags); }));
     if (!descriptor)
         throwFileError("cannot open", location);
     return descriptor;
 }
 
 struct stat statusOf(int descriptor, const fs::path& location) {
-    struct stat status {};
+    struct stat status{};
     if (::fstat(descriptor, &status) != 0)
         throwFileError("cannot examine", location);
     return status;

@@ -22,11 +22,12 @@ class RegularFile {
     /// Takes over a descriptor that was opened with `openFlags`, as above.
     RegularFile(Descriptor descriptor, const std::filesystem::path& location);
 
-    /// Takes over a descriptor that was opened with `openFlags`; `location` is only for messages. Absent when the
-    /// descriptor is not a regular file's.
+    /// Takes over a descriptor that was opened with `openFlags`; `location` is only for messages. Absent when
+    /// the descriptor is not a regular file's.
     static std::optional<RegularFile> from(Descriptor descriptor, const std::filesystem::path& location);
 
-    /// How every file of a workspace is opened: without waiting for the other end of a FIFO, and closed in children.
+    /// How every file of a workspace is opened: without waiting for the other end of a FIFO, and closed in
+    /// children.
     static const int openFlags;
 
     std::uint64_t size() const noexcept { return size_; }
@@ -44,8 +45,8 @@ class RegularFile {
     std::uint64_t size_ = 0;
 };
 
-/// The whole content of a regular file. Throws std::filesystem::filesystem_error, also for a file of more than
-/// `maximumDocumentSize` bytes.
+/// The whole content of a regular file. Throws std::filesystem::filesystem_error, also for a file of more
+/// than `maximumDocumentSize` bytes.
 std::string readDocument(const std::filesystem::path& location);
 
 /// More than any document of a workspace can sensibly hold; what is larger is something else by mistake.

@@ -9,8 +9,8 @@ namespace {
 
 using Byte = unsigned char;
 
-/// What may follow a leading byte: how many bytes, and the limits of the first of them. The limits are what rules out
-/// overlong forms, surrogates and numbers beyond U+10FFFF.
+/// What may follow a leading byte: how many bytes, and the limits of the first of them. The limits are what
+/// rules out overlong forms, surrogates and numbers beyond U+10FFFF.
 struct Lead {
     std::size_t following = 0;
     Byte lowest = 0x80;

@@ -18,8 +18,13 @@ void ArtifactExaminer::examine(const FilmArtifact& artifact, const OnRead& onRea
 }
 
 VistrelHandoffAsset ArtifactExaminer::assetOf(const FilmArtifact& artifact) {
-    return {stableAssetID(artifact, digest_), artifact.kind,        artifact.path,  artifact.sha256,
-            artifact.bytes,                   artifact.contentType, artifact.source};
+    return {stableAssetID(artifact, digest_),
+            artifact.kind,
+            artifact.path,
+            artifact.sha256,
+            artifact.bytes,
+            artifact.contentType,
+            artifact.source};
 }
 
 std::string digestOf(RegularFile& file, Digest& digest, std::vector<std::byte>& buffer,

@@ -21,8 +21,8 @@ class ArtifactExaminer {
 
     explicit ArtifactExaminer(const ProjectDirectory& directory);
 
-    /// Passes when the artifact's path leads to a file inside the directory that has the recorded digest. Throws
-    /// VistrelHandoffError, std::filesystem::filesystem_error, and whatever `onRead` throws.
+    /// Passes when the artifact's path leads to a file inside the directory that has the recorded digest.
+    /// Throws VistrelHandoffError, std::filesystem::filesystem_error, and whatever `onRead` throws.
     void examine(const FilmArtifact& artifact, const OnRead& onRead);
 
     /// The asset of a sound artifact. Throws JSONEncodingError when its path is not UTF-8.

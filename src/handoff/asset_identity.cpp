@@ -16,7 +16,8 @@ struct AssetIdentity {
 
 } // namespace
 
-template <> struct json::Table<AssetIdentity> {
+template <>
+struct json::Table<AssetIdentity> {
     static constexpr std::tuple fields{
         field("path", &AssetIdentity::path),
         field("sha256", &AssetIdentity::sha256),
@@ -25,7 +26,8 @@ template <> struct json::Table<AssetIdentity> {
 
 std::string stableAssetID(const FilmArtifact& artifact, Digest& digest) {
     constexpr std::size_t digitsKept = 20;
-    const std::string identity = json::encode(AssetIdentity{artifact.path, artifact.sha256}, JSONFormat::compact);
+    const std::string identity =
+        json::encode(AssetIdentity{artifact.path, artifact.sha256}, JSONFormat::compact);
     digest.restart();
     digest.update(std::as_bytes(std::span(identity)));
     return "film_asset_" + digest.finish().substr(Digest::prefixLength, digitsKept);

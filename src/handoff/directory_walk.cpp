@@ -13,7 +13,8 @@ namespace kinovane {
 
 namespace {
 
-// Directories are only passed through: the right to search them must do, and the right to list them is not asked for.
+// Directories are only passed through: the right to search them must do, and the right to list them is not
+// asked for.
 #if defined(O_PATH)
 constexpr int passingFlags = O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 #elif defined(O_SEARCH)
@@ -26,8 +27,8 @@ constexpr int mostLinks = 40; // As the operating system does.
 
 std::error_code lastError() { return {errno, std::generic_category()}; }
 
-/// Puts the pieces of a path onto a stack, the first one on top. A path that ends in "/" ends in a piece ".", because
-/// what it names has to be a directory.
+/// Puts the pieces of a path onto a stack, the first one on top. A path that ends in "/" ends in a piece ".",
+/// because what it names has to be a directory.
 void push(std::vector<std::string>& pending, std::string_view path) {
     if (path.ends_with('/'))
         pending.emplace_back(".");
@@ -86,7 +87,7 @@ std::error_code DirectoryWalk::enter(std::string_view name, std::vector<std::str
         steps_.push_back({std::move(piece), nullptr});
         return {};
     }
-    struct stat status {};
+    struct stat status{};
     if (::fstatat(directory, piece.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
         if (errno != ENOENT && errno != ENAMETOOLONG)
             return lastError();
@@ -132,8 +133,8 @@ Descriptor DirectoryWalk::open(int flags) const {
         return {};
     }
     const int parent = steps_[steps_.size() - 2].directory->get();
-    return Descriptor(retryInterrupted(
-        [&] { return ::openat(parent, steps_.back().name.c_str(), flags | O_NOFOLLOW); }));
+    return Descriptor(
+        retryInterrupted([&] { return ::openat(parent, steps_.back().name.c_str(), flags | O_NOFOLLOW); }));
 }
 
 int DirectoryWalk::descriptor() const noexcept {

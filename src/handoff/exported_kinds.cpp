@@ -6,12 +6,14 @@ namespace kinovane {
 
 bool isExportedKind(std::string_view kind) {
     static const std::unordered_set<std::string_view> exportedKinds{
-        "cast-master",      "location-master",    "shot-keyframe",        "shot-clip",       "dialogue",
-        "sound-effect",     "score",              "subtitle-srt",         "subtitle-vtt",    "caption-receipt",
-        "edit-block",       "edit-block-receipt", "rough-cut",            "final-master",    "delivery-master",
-        "poster",           "thumbnail",          "technical-review",     "creative-review", "media-inspection",
-        "inspection-frame", "review-frame",       "dialogue-qc",          "sound-qc",        "take-selection",
-        "review-package",   "human-review",       "production-readiness", "delivery",
+        "cast-master",      "location-master",  "shot-keyframe",   "shot-clip",
+        "dialogue",         "sound-effect",     "score",           "subtitle-srt",
+        "subtitle-vtt",     "caption-receipt",  "edit-block",      "edit-block-receipt",
+        "rough-cut",        "final-master",     "delivery-master", "poster",
+        "thumbnail",        "technical-review", "creative-review", "media-inspection",
+        "inspection-frame", "review-frame",     "dialogue-qc",     "sound-qc",
+        "take-selection",   "review-package",   "human-review",    "production-readiness",
+        "delivery",
     };
     return exportedKinds.contains(kind);
 }

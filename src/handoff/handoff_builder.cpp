@@ -53,12 +53,15 @@ std::optional<std::string> assetIDAt(const std::string& path, const AssetsByPath
 std::int64_t milliseconds(double seconds) {
     constexpr double limit = 9223372036854775808.0; // 2^63
     const double rounded = std::round(seconds * 1000);
-    if (!(rounded >= -limit && rounded < limit))
-        fatalStop("A duration of " + std::to_string(seconds) + " seconds does not fit 64 bits of milliseconds");
+    const bool fits = rounded >= -limit && rounded < limit; // Not so for NaN.
+    if (!fits)
+        fatalStop("A duration of " + std::to_string(seconds) +
+                  " seconds does not fit 64 bits of milliseconds");
     return static_cast<std::int64_t>(rounded);
 }
 
-std::vector<VistrelHandoffShot> timelineOf(const std::vector<FilmProductionShot>& planned, const AssetsByPath& assets) {
+std::vector<VistrelHandoffShot> timelineOf(const std::vector<FilmProductionShot>& planned,
+                                           const AssetsByPath& assets) {
     std::vector<VistrelHandoffShot> shots;
     shots.reserve(planned.size());
     std::int64_t start = 0;

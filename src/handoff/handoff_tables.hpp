@@ -7,7 +7,8 @@
 /// The JSON keys of the handoff manifest and of the importer's receipt.
 namespace kinovane::json {
 
-template <> struct Table<VistrelHandoffSource> {
+template <>
+struct Table<VistrelHandoffSource> {
     static constexpr std::tuple fields{
         field("projectId", &VistrelHandoffSource::projectId),
         field("projectRoot", &VistrelHandoffSource::projectRoot),
@@ -17,7 +18,8 @@ template <> struct Table<VistrelHandoffSource> {
     };
 };
 
-template <> struct Table<VistrelHandoffProject> {
+template <>
+struct Table<VistrelHandoffProject> {
     static constexpr std::tuple fields{
         field("title", &VistrelHandoffProject::title),
         field("idea", &VistrelHandoffProject::idea),
@@ -32,7 +34,8 @@ template <> struct Table<VistrelHandoffProject> {
     };
 };
 
-template <> struct Table<VistrelHandoffShot> {
+template <>
+struct Table<VistrelHandoffShot> {
     static constexpr std::tuple fields{
         field("id", &VistrelHandoffShot::id),
         field("order", &VistrelHandoffShot::order),
@@ -53,7 +56,8 @@ template <> struct Table<VistrelHandoffShot> {
     };
 };
 
-template <> struct Table<VistrelHandoffAsset> {
+template <>
+struct Table<VistrelHandoffAsset> {
     static constexpr std::tuple fields{
         field("id", &VistrelHandoffAsset::id),
         field("kind", &VistrelHandoffAsset::kind),
@@ -65,7 +69,8 @@ template <> struct Table<VistrelHandoffAsset> {
     };
 };
 
-template <> struct Table<VistrelHandoff> {
+template <>
+struct Table<VistrelHandoff> {
     static constexpr std::tuple fields{
         field("contractVersion", &VistrelHandoff::contractVersion),
         field("exportedAt", &VistrelHandoff::exportedAt),
@@ -79,7 +84,8 @@ template <> struct Table<VistrelHandoff> {
     };
 };
 
-template <> struct Table<VistrelImportReceipt> {
+template <>
+struct Table<VistrelImportReceipt> {
     static constexpr std::tuple fields{
         field("ok", &VistrelImportReceipt::ok),
         field("project_id", &VistrelImportReceipt::projectId),

@@ -20,7 +20,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Somebody who exchanges links while they are followed is met again and again; a change that happened once is not.
+/// Somebody who exchanges links while they are followed is met again and again; a change that happened once
+/// is not.
 constexpr int attempts = 32;
 
 /// Whether an error of the file system means that the way changed while it was followed.
@@ -29,9 +30,9 @@ bool isChange(std::error_code error) {
            error == std::errc::no_such_file_or_directory || error == std::errc::invalid_argument;
 }
 
-/// The quick way, which serves nearly every file: the operating system opens the path and itself vouches that it never
-/// left the directory, whoever exchanges links meanwhile. A refusal says nothing (a link may lead out and another one
-/// back in, and older systems do not know the call), so the slow way then decides.
+/// The quick way, which serves nearly every file: the operating system opens the path and itself vouches that
+/// it never left the directory, whoever exchanges links meanwhile. A refusal says nothing (a link may lead
+/// out and another one back in, and older systems do not know the call), so the slow way then decides.
 std::optional<RegularFile> openBeneath([[maybe_unused]] int root, [[maybe_unused]] const std::string& path,
                                        [[maybe_unused]] const fs::path& location) {
 #if defined(__linux__) && defined(SYS_openat2)

@@ -19,22 +19,22 @@ namespace {
 
 constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 
-/// One verification, shared by its workers. Each takes the next artifact until none is left, or until no artifact that
-/// is left could change the outcome any more.
+/// One verification, shared by its workers. Each takes the next artifact until none is left, or until no
+/// artifact that is left could change the outcome any more.
 class Verification {
   public:
     Verification(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
                  const HandoffBuildOptions& options)
-        : directory_(root), artifacts_(artifacts), options_(options), progress_(artifacts, options.onProgress),
-          order_(artifacts.size()), assets_(artifacts.size()) {
+        : directory_(root), artifacts_(artifacts), options_(options),
+          progress_(artifacts, options.onProgress), order_(artifacts.size()), assets_(artifacts.size()) {
         std::iota(order_.begin(), order_.end(), std::size_t{0});
     }
 
     std::vector<VistrelHandoffAsset> run() {
         const std::size_t workers =
             std::clamp<std::size_t>(options_.workers, 1, std::max<std::size_t>(order_.size(), 1));
-        // The largest files first, or the last worker would still be busy with one when the others have nothing left.
-        // A single worker keeps the order of the list instead.
+        // The largest files first, or the last worker would still be busy with one when the others have
+        // nothing left. A single worker keeps the order of the list instead.
         if (workers > 1)
             std::stable_sort(order_.begin(), order_.end(), [&](std::size_t left, std::size_t right) {
                 return artifacts_[left]->bytes > artifacts_[right]->bytes;
@@ -58,7 +58,7 @@ class Verification {
         try {
             while (others.size() < count)
                 others.emplace_back([this] { work(); });
-        } catch (const std::system_error&) {
+        } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): see above
         }
     }
 
@@ -100,7 +100,8 @@ class Verification {
         std::exception_ptr cause;
     };
 
-    template <class Report> void report(Report tell) {
+    template <class Report>
+    void report(Report tell) {
         try {
             tell();
         } catch (...) {

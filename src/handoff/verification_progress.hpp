@@ -21,8 +21,8 @@ class ProgressReport {
     /// Tells how much there is to do.
     void begin();
 
-    /// One file on its way. The recorded size is what it counts for, whatever its real one: so the counts only grow,
-    /// and end at the totals.
+    /// One file on its way. The recorded size is what it counts for, whatever its real one: so the counts
+    /// only grow, and end at the totals.
     class File {
       public:
         File(ProgressReport& report, const FilmArtifact& artifact);
@@ -44,7 +44,7 @@ class ProgressReport {
     const Callback& callback_;
     std::mutex mutex_;
     VerificationProgress progress_;
-    Clock::time_point lastCall_{};
+    Clock::time_point lastCall_;
     bool ended_ = false; ///< A callback has thrown, so nobody is to be told anything more.
 };
 

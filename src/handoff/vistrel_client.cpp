@@ -20,16 +20,18 @@ Task<VistrelImportReceipt> VistrelClient::import(const std::filesystem::path& ma
     return runImport(manifest, false);
 }
 
-Task<VistrelImportReceipt> VistrelClient::runImport(const std::filesystem::path& manifest, bool dryRun) const {
+Task<VistrelImportReceipt> VistrelClient::runImport(const std::filesystem::path& manifest,
+                                                    bool dryRun) const {
     std::vector<std::string> arguments{"production", "import-film", pathText(manifest)};
     if (dryRun)
         arguments.emplace_back("--dry-run");
     arguments.insert(arguments.end(), {"--output", "json"});
-    return startTask<VistrelImportReceipt>([executable = executable_, arguments = std::move(arguments)]() mutable {
-        const ProcessResult result =
-            runSynchronously(FilmToolClient::resolveExecutable(executable), std::move(arguments));
-        return decode<VistrelImportReceipt>(result.stdout);
-    });
+    return startTask<VistrelImportReceipt>(
+        [executable = executable_, arguments = std::move(arguments)]() mutable {
+            const ProcessResult result =
+                runSynchronously(FilmToolClient::resolveExecutable(executable), std::move(arguments));
+            return decode<VistrelImportReceipt>(result.stdout);
+        });
 }
 
 } // namespace kinovane

@@ -12,8 +12,8 @@ std::string VistrelHandoffErrorCases::describe(const Case& value) {
             },
             [](const missingArtifact& error) { return "The handoff artifact is missing: " + error.path; },
             [](const hashMismatch& error) {
-                return "Artifact hash mismatch for " + error.path + ". Expected " + error.expected + ", got " +
-                       error.actual + ".";
+                return "Artifact hash mismatch for " + error.path + ". Expected " + error.expected +
+                       ", got " + error.actual + ".";
             },
             [](const productionPlanMissing& /*error*/) {
                 return std::string("An accepted production plan is required before publishing to Vistrel.");

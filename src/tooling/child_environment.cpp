@@ -30,7 +30,7 @@ TextVector mergedEnvironment(const std::map<std::string, std::string>& additions
             merged.add(std::string(text));
     }
     for (const auto& [key, value] : additions)
-        merged.add(key + "=" + value);
+        merged.add(std::string(key).append("=").append(value));
     return merged;
 }
 

@@ -32,7 +32,8 @@ void require(int error) {
         failLaunch(error);
 }
 
-// The operating system takes texts that end at the first NUL byte: what follows would be cut off without a word.
+// The operating system takes texts that end at the first NUL byte: what follows would be cut off without a
+// word.
 void refuseUnpassableText(const std::string& executable, const std::vector<std::string>& arguments,
                           const std::map<std::string, std::string>& environment) {
     if (holdsNUL(executable) || std::any_of(arguments.begin(), arguments.end(), holdsNUL))
@@ -45,13 +46,13 @@ void refuseUnpassableText(const std::string& executable, const std::vector<std::
     }
 }
 
-constexpr const char* statusTaken =
-    "its exit status cannot be learned, because the application ignores the end of its child processes (SIGCHLD) or "
-    "waits for children that it did not start";
+constexpr const char* statusTaken = "its exit status cannot be learned, because the application ignores the "
+                                    "end of its child processes (SIGCHLD) or "
+                                    "waits for children that it did not start";
 
 // A program whose outcome could never be known had better not run at all.
 void refuseIgnoredChildren() {
-    struct sigaction action {};
+    struct sigaction action{};
     if (::sigaction(SIGCHLD, nullptr, &action) == 0 &&
         ((action.sa_flags & SA_NOCLDWAIT) != 0 || action.sa_handler == SIG_IGN))
         failLaunch(statusTaken);
@@ -62,7 +63,8 @@ struct Pipe {
     Descriptor writeEnd;
 };
 
-/// Descriptors 0 to 2 are the child's; a pipe that got one of them, because the application had closed it, moves up.
+/// Descriptors 0 to 2 are the child's; a pipe that got one of them, because the application had closed it,
+/// moves up.
 Descriptor aboveStandard(Descriptor descriptor) {
     if (descriptor.get() > STDERR_FILENO)
         return descriptor;
@@ -72,8 +74,8 @@ Descriptor aboveStandard(Descriptor descriptor) {
     return moved;
 }
 
-/// Close-on-exec from birth: a child that another thread starts at this moment must not inherit an end, or the end of
-/// the output would come only when that child ends too.
+/// Close-on-exec from birth: a child that another thread starts at this moment must not inherit an end, or
+/// the end of the output would come only when that child ends too.
 Pipe openPipe() {
     std::array<int, 2> ends{-1, -1};
 #ifdef __APPLE__
@@ -124,7 +126,8 @@ class Attributes {
     Attributes& operator=(const Attributes&) = delete;
     ~Attributes() { ::posix_spawnattr_destroy(&attributes_); }
 
-    /// The application may block or ignore signals for its own reasons; a program expects to start without that.
+    /// The application may block or ignore signals for its own reasons; a program expects to start without
+    /// that.
     void resetSignals() {
         sigset_t none;
         sigset_t all;
@@ -132,9 +135,10 @@ class Attributes {
         ::sigfillset(&all);
         require(::posix_spawnattr_setsigmask(&attributes_, &none));
         require(::posix_spawnattr_setsigdefault(&attributes_, &all));
-        int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
 #ifdef __APPLE__
-        flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
+        constexpr int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_CLOEXEC_DEFAULT;
+#else
+        constexpr int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
 #endif
         require(::posix_spawnattr_setflags(&attributes_, static_cast<short>(flags)));
     }
@@ -165,8 +169,8 @@ ChildProcess::ChildProcess(const std::string& executable, const std::vector<std:
     Attributes attributes;
     attributes.resetSignals();
 
-    require(::posix_spawn(&process_, executable.c_str(), actions.get(), attributes.get(), argumentTexts.data(),
-                          environmentTexts.data()));
+    require(::posix_spawn(&process_, executable.c_str(), actions.get(), attributes.get(),
+                          argumentTexts.data(), environmentTexts.data()));
     output_ = std::move(output.readEnd);
     errors_ = std::move(errors.readEnd);
 }

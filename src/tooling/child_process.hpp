@@ -16,8 +16,9 @@ class ChildProcess {
   public:
     /// Starts the program. `environment` is added to this process's own and wins over it.
     ///
-    /// The child gets descriptors 0, 1 and 2 only, an empty signal mask and default signal dispositions, whatever the
-    /// application has set up for itself. Throws FilmToolError (launchFailed), and then nothing is left.
+    /// The child gets descriptors 0, 1 and 2 only, an empty signal mask and default signal dispositions,
+    /// whatever the application has set up for itself. Throws FilmToolError (launchFailed), and then nothing
+    /// is left.
     ChildProcess(const std::string& executable, const std::vector<std::string>& arguments,
                  const std::map<std::string, std::string>& environment);
     ChildProcess(const ChildProcess&) = delete;

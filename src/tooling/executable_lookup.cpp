@@ -18,8 +18,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// "~" and "~/…" stand for the current user's home directory, "~name" and "~name/…" for that user's. Anything else,
-/// and a user who does not exist, is left as it is.
+/// "~" and "~/…" stand for the current user's home directory, "~name" and "~name/…" for that user's. Anything
+/// else, and a user who does not exist, is left as it is.
 std::string expandTilde(const std::string& name) {
     if (!name.starts_with('~') || holdsNUL(name))
         return name;
@@ -32,19 +32,22 @@ std::string expandTilde(const std::string& name) {
 fs::path locationOf(std::string_view path) {
     while (path.starts_with("./"))
         path.remove_prefix(2);
-    const fs::path given(path);
+    fs::path given(path);
     if (given.is_absolute())
         return given;
     std::error_code error;
-    const fs::path here = fs::current_path(error);
+    fs::path here = fs::current_path(error);
     if (error)
         return given;
-    return given == "." ? here : here / given;
+    if (given != ".")
+        here /= given;
+    return here;
 }
 
 /// The places of a search, in order. PATH comes first; the fixed ones may repeat it, which does no harm.
 std::vector<fs::path> searchDirectories() {
-    static constexpr std::array<const char*, 4> always{"/opt/homebrew/bin", "/usr/local/bin", "/usr/bin", "/bin"};
+    static constexpr std::array<const char*, 4> always{"/opt/homebrew/bin", "/usr/local/bin", "/usr/bin",
+                                                       "/bin"};
     std::vector<fs::path> directories;
     const char* const path = std::getenv("PATH");
     std::string_view rest = path != nullptr ? path : "";

@@ -11,8 +11,10 @@ namespace kinovane {
 
 namespace {
 
-/// Asks the user database with one of its reentrant functions, which want a buffer of a size that nobody knows.
-template <class Ask> std::optional<std::string> directoryFrom(Ask ask) {
+/// Asks the user database with one of its reentrant functions, which want a buffer of a size that nobody
+/// knows.
+template <class Ask>
+std::optional<std::string> directoryFrom(Ask ask) {
     constexpr std::size_t largestBuffer = std::size_t{1} << 20U;
     for (std::vector<char> buffer(1024); buffer.size() <= largestBuffer; buffer.resize(2 * buffer.size())) {
         passwd entry{};

@@ -20,8 +20,8 @@ namespace {
 constexpr std::size_t firstChunk = std::size_t{4} << 10U;
 constexpr std::size_t largestChunk = std::size_t{1} << 20U;
 
-/// One pipe and what came out of it so far. The bytes are kept in chunks and joined once, at the end: a text that grows
-/// would be copied again and again.
+/// One pipe and what came out of it so far. The bytes are kept in chunks and joined once, at the end: a text
+/// that grows would be copied again and again.
 class Stream {
   public:
     explicit Stream(int pipe) : pipe_(pipe) {}
@@ -64,7 +64,8 @@ class Stream {
     void addChunk() {
         const std::size_t size = std::clamp(total_, firstChunk, largestChunk);
 #ifdef F_SETPIPE_SZ
-        // A program that writes much is stopped less often by a larger pipe. Where it is refused, nothing is lost.
+        // A program that writes much is stopped less often by a larger pipe. Where it is refused, nothing is
+        // lost.
         if (size == largestChunk && !enlarged_) {
             ::fcntl(pipe_, F_SETPIPE_SZ, static_cast<int>(largestChunk));
             enlarged_ = true;
@@ -84,7 +85,8 @@ class Stream {
 CapturedOutput captureOutput(int output, int errors) {
     std::array<Stream, 2> streams{Stream(output), Stream(errors)};
     while (streams[0].open() && streams[1].open()) {
-        std::array<pollfd, 2> waited{pollfd{streams[0].pipe(), POLLIN, 0}, pollfd{streams[1].pipe(), POLLIN, 0}};
+        std::array<pollfd, 2> waited{pollfd{streams[0].pipe(), POLLIN, 0},
+                                     pollfd{streams[1].pipe(), POLLIN, 0}};
         if (::poll(waited.data(), waited.size(), -1) < 0) {
             if (errno == EINTR || errno == EAGAIN)
                 continue;

@@ -9,8 +9,8 @@ struct CapturedOutput {
     std::string errors;
 };
 
-/// Reads two pipes to their ends, both at the same time, so that neither can fill up and stop its writer. The bytes
-/// come back as they were written. Throws std::system_error, and std::bad_alloc.
+/// Reads two pipes to their ends, both at the same time, so that neither can fill up and stop its writer. The
+/// bytes come back as they were written. Throws std::system_error, and std::bad_alloc.
 CapturedOutput captureOutput(int output, int errors);
 
 } // namespace kinovane

@@ -11,14 +11,15 @@
 
 namespace kinovane {
 
-/// Runs a program to its end on this thread and gives everything it wrote. `environment` is added to this process's
-/// own. Throws FilmToolError: launchFailed, or commandFailed for any exit status but 0.
+/// Runs a program to its end on this thread and gives everything it wrote. `environment` is added to this
+/// process's own. Throws FilmToolError: launchFailed, or commandFailed for any exit status but 0.
 ProcessResult runSynchronously(const std::filesystem::path& executableURL, std::vector<std::string> arguments,
                                const std::map<std::string, std::string>& environment = {});
 
-/// Reads a program's answer, which must be the whole of its standard output. `context` stands in front of the message.
-/// Throws FilmToolError (invalidJSON).
-template <class Reply> Reply decode(const std::string& output, std::string_view context = {}) {
+/// Reads a program's answer, which must be the whole of its standard output. `context` stands in front of the
+/// message. Throws FilmToolError (invalidJSON).
+template <class Reply>
+Reply decode(const std::string& output, std::string_view context = {}) {
     try {
         return json::decode<Reply>(output);
     } catch (const JSONDecodingError& error) {

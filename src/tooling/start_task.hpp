@@ -10,9 +10,10 @@
 
 namespace kinovane {
 
-/// Starts `operation` on a thread of its own. Whatever it throws arrives through the task, and so does the failure to
-/// start a thread (launchFailed).
-template <class T, class Operation> Task<T> startTask(Operation operation) {
+/// Starts `operation` on a thread of its own. Whatever it throws arrives through the task, and so does the
+/// failure to start a thread (launchFailed).
+template <class T, class Operation>
+Task<T> startTask(Operation operation) {
     auto state = std::make_shared<detail::TaskState<T>>();
     const auto error =
         detail::TaskCore::start(state, [state, operation = std::move(operation)]() mutable noexcept {

@@ -56,8 +56,10 @@ bool TaskCore::whenDone(std::function<void()>& continuation) {
 }
 
 void TaskCore::deliver(Executor executor, std::function<void()> job) {
-    // The job leaves this function, and later the worker, only as a whole: what it holds is destroyed by the executor.
-    auto parcel = std::make_shared<std::pair<Executor, std::function<void()>>>(std::move(executor), std::move(job));
+    // The job leaves this function, and later the worker, only as a whole: what it holds is destroyed by the
+    // executor.
+    auto parcel =
+        std::make_shared<std::pair<Executor, std::function<void()>>>(std::move(executor), std::move(job));
     std::function<void()> send = [parcel] { parcel->first(std::move(parcel->second)); };
     if (!whenDone(send))
         send();

@@ -10,7 +10,8 @@
 #include "common/json_shape.hpp"
 #include "common/json_table.hpp"
 
-/// How the brief is laid out in film-project.json: every value under a flat key, or in one of two nested objects.
+/// How the brief is laid out in film-project.json: every value under a flat key, or in one of two nested
+/// objects.
 namespace kinovane {
 
 struct BriefForm {
@@ -52,7 +53,8 @@ struct BriefForm {
 
 namespace json {
 
-template <> struct Table<BriefForm::Target> {
+template <>
+struct Table<BriefForm::Target> {
     using Target = BriefForm::Target;
     static constexpr std::tuple fields{
         field("audience", &Target::audience), field("durationSeconds", &Target::durationSeconds),
@@ -61,7 +63,8 @@ template <> struct Table<BriefForm::Target> {
     };
 };
 
-template <> struct Table<BriefForm::Creative> {
+template <>
+struct Table<BriefForm::Creative> {
     using Creative = BriefForm::Creative;
     static constexpr std::tuple fields{
         field("genre", &Creative::genre),           field("tone", &Creative::tone),
@@ -70,7 +73,8 @@ template <> struct Table<BriefForm::Creative> {
     };
 };
 
-template <> struct Table<BriefForm> {
+template <>
+struct Table<BriefForm> {
     static constexpr std::tuple fields{
         field("target", &BriefForm::target),
         field("creative", &BriefForm::creative),
@@ -89,7 +93,8 @@ template <> struct Table<BriefForm> {
     };
 };
 
-template <> struct DecodedThrough<FilmBrief> {
+template <>
+struct DecodedThrough<FilmBrief> {
     using Form = BriefForm;
 
     static FilmBrief make(Form&& form) {

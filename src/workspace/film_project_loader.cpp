@@ -20,7 +20,8 @@ namespace {
 constexpr std::string_view supportedContract = "quexrun/film-project.v1";
 
 /// Reads one document; whatever goes wrong becomes one description that begins with the document's name.
-template <class Document> Document read(const fs::path& location) {
+template <class Document>
+Document read(const fs::path& location) {
     const auto invalid = [&](const std::string& why) {
         return FilmProjectError(FilmProjectError::invalidProject{location.filename().string() + ": " + why});
     };
@@ -36,7 +37,8 @@ template <class Document> Document read(const fs::path& location) {
     }
 }
 
-template <class Document> std::optional<Document> readIfPresent(const fs::path& location) {
+template <class Document>
+std::optional<Document> readIfPresent(const fs::path& location) {
     if (!somethingExistsAt(location))
         return std::nullopt;
     return read<Document>(location);
@@ -67,7 +69,8 @@ FilmWorkspaceSnapshot FilmProjectLoader::load(const fs::path& runManifest) {
     if (project.contractVersion != supportedContract)
         throw FilmProjectError(FilmProjectError::unsupportedContract{project.contractVersion});
 
-    return {root, manifest, std::move(project), readIfPresent<FilmProductionPlan>(root / "production-plan.json"),
+    return {root, manifest, std::move(project),
+            readIfPresent<FilmProductionPlan>(root / "production-plan.json"),
             readIfPresent<FilmTreatment>(root / "treatment.json")};
 }
 

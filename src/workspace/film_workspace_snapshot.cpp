@@ -20,7 +20,8 @@ std::optional<FilmArtifact> FilmWorkspaceSnapshot::latestArtifact(std::string_vi
 }
 
 std::optional<std::filesystem::path> FilmWorkspaceSnapshot::playableCutURL() const {
-    static constexpr std::array<std::string_view, 3> bestFirst{"delivery-master", "final-master", "rough-cut"};
+    static constexpr std::array<std::string_view, 3> bestFirst{"delivery-master", "final-master",
+                                                               "rough-cut"};
     for (const std::string_view kind : bestFirst) {
         if (const auto artifact = latestArtifact(kind)) {
             std::filesystem::path location = artifactURL(*artifact);

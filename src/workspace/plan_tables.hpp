@@ -4,10 +4,12 @@
 
 #include "common/json_table.hpp"
 
-/// The JSON keys of production-plan.json and treatment.json. Four of the plan's records also appear in the handoff.
+/// The JSON keys of production-plan.json and treatment.json. Four of the plan's records also appear in the
+/// handoff.
 namespace kinovane::json {
 
-template <> struct Table<FilmTarget> {
+template <>
+struct Table<FilmTarget> {
     static constexpr std::tuple fields{
         field("aspectRatio", &FilmTarget::aspectRatio),
         field("audience", &FilmTarget::audience),
@@ -22,7 +24,8 @@ template <> struct Table<FilmTarget> {
     };
 };
 
-template <> struct Table<FilmCastMember> {
+template <>
+struct Table<FilmCastMember> {
     static constexpr std::tuple fields{
         field("id", &FilmCastMember::id),         field("name", &FilmCastMember::name),
         field("visual", &FilmCastMember::visual), field("wardrobe", &FilmCastMember::wardrobe),
@@ -30,7 +33,8 @@ template <> struct Table<FilmCastMember> {
     };
 };
 
-template <> struct Table<FilmLocation> {
+template <>
+struct Table<FilmLocation> {
     static constexpr std::tuple fields{
         field("id", &FilmLocation::id),         field("name", &FilmLocation::name),
         field("visual", &FilmLocation::visual), field("ambience", &FilmLocation::ambience),
@@ -38,7 +42,8 @@ template <> struct Table<FilmLocation> {
     };
 };
 
-template <> struct Table<FilmDialogueLine> {
+template <>
+struct Table<FilmDialogueLine> {
     static constexpr std::tuple fields{
         field("speaker", &FilmDialogueLine::speaker),
         field("text", &FilmDialogueLine::text),
@@ -47,7 +52,8 @@ template <> struct Table<FilmDialogueLine> {
     };
 };
 
-template <> struct Table<FilmSoundEffect> {
+template <>
+struct Table<FilmSoundEffect> {
     static constexpr std::tuple fields{
         field("prompt", &FilmSoundEffect::prompt),
         field("startSeconds", &FilmSoundEffect::startSeconds),
@@ -57,7 +63,8 @@ template <> struct Table<FilmSoundEffect> {
     };
 };
 
-template <> struct Table<FilmProductionShot> {
+template <>
+struct Table<FilmProductionShot> {
     static constexpr std::tuple fields{
         field("id", &FilmProductionShot::id),
         field("purpose", &FilmProductionShot::purpose),
@@ -77,7 +84,8 @@ template <> struct Table<FilmProductionShot> {
     };
 };
 
-template <> struct Table<FilmProductionPlan> {
+template <>
+struct Table<FilmProductionPlan> {
     static constexpr std::tuple fields{
         field("contractVersion", &FilmProductionPlan::contractVersion),
         field("projectId", &FilmProductionPlan::projectId),
@@ -92,7 +100,8 @@ template <> struct Table<FilmProductionPlan> {
     };
 };
 
-template <> struct Table<FilmTreatment> {
+template <>
+struct Table<FilmTreatment> {
     static constexpr std::tuple fields{
         field("title", &FilmTreatment::title),
         field("logline", &FilmTreatment::logline),

@@ -7,7 +7,8 @@
 /// The JSON keys of film-project.json. Four of its records also appear in the film tool's replies.
 namespace kinovane::json {
 
-template <> struct Table<FilmApproval> {
+template <>
+struct Table<FilmApproval> {
     static constexpr std::tuple fields{
         field("status", &FilmApproval::status),           field("summary", &FilmApproval::summary),
         field("requestedAt", &FilmApproval::requestedAt), field("approvedAt", &FilmApproval::approvedAt),
@@ -15,7 +16,8 @@ template <> struct Table<FilmApproval> {
     };
 };
 
-template <> struct Table<FilmDepartmentTask> {
+template <>
+struct Table<FilmDepartmentTask> {
     static constexpr std::tuple fields{
         field("id", &FilmDepartmentTask::id),
         field("role", &FilmDepartmentTask::role),
@@ -27,7 +29,8 @@ template <> struct Table<FilmDepartmentTask> {
     };
 };
 
-template <> struct Table<FilmShotState> {
+template <>
+struct Table<FilmShotState> {
     static constexpr std::tuple fields{
         field("id", &FilmShotState::id),
         field("status", &FilmShotState::status),
@@ -36,7 +39,8 @@ template <> struct Table<FilmShotState> {
     };
 };
 
-template <> struct Table<FilmReviewRequest> {
+template <>
+struct Table<FilmReviewRequest> {
     static constexpr std::tuple fields{
         field("shotId", &FilmReviewRequest::shotId),
         field("note", &FilmReviewRequest::note),
@@ -47,14 +51,16 @@ template <> struct Table<FilmReviewRequest> {
     };
 };
 
-template <> struct Table<FilmJob> {
+template <>
+struct Table<FilmJob> {
     static constexpr std::tuple fields{
         field("id", &FilmJob::id),         field("kind", &FilmJob::kind),   field("status", &FilmJob::status),
         field("shotId", &FilmJob::shotId), field("error", &FilmJob::error),
     };
 };
 
-template <> struct Table<FilmModelConfiguration> {
+template <>
+struct Table<FilmModelConfiguration> {
     static constexpr std::tuple fields{
         field("imageMaster", &FilmModelConfiguration::imageMaster),
         field("imageShot", &FilmModelConfiguration::imageShot),
@@ -67,7 +73,8 @@ template <> struct Table<FilmModelConfiguration> {
     };
 };
 
-template <> struct Table<FilmProductionConfiguration> {
+template <>
+struct Table<FilmProductionConfiguration> {
     static constexpr std::tuple fields{
         field("mode", &FilmProductionConfiguration::mode),
         field("takesPerShot", &FilmProductionConfiguration::takesPerShot),
@@ -80,26 +87,34 @@ template <> struct Table<FilmProductionConfiguration> {
     };
 };
 
-template <> struct Table<FilmArtifact> {
+template <>
+struct Table<FilmArtifact> {
     static constexpr std::tuple fields{
-        field("bytes", &FilmArtifact::bytes),   field("contentType", &FilmArtifact::contentType),
+        field("bytes", &FilmArtifact::bytes),         field("contentType", &FilmArtifact::contentType),
         field("createdAt", &FilmArtifact::createdAt), field("kind", &FilmArtifact::kind),
-        field("path", &FilmArtifact::path),     field("sha256", &FilmArtifact::sha256),
+        field("path", &FilmArtifact::path),           field("sha256", &FilmArtifact::sha256),
         field("source", &FilmArtifact::source),
     };
 };
 
-template <> struct Table<FilmProof> {
+template <>
+struct Table<FilmProof> {
     static constexpr std::tuple fields{
-        field("creation", &FilmProof::creation),     field("clips", &FilmProof::clips),
-        field("assembly", &FilmProof::assembly),     field("dialogue", &FilmProof::dialogue),
-        field("sound", &FilmProof::sound),           field("captions", &FilmProof::captions),
-        field("inspection", &FilmProof::inspection), field("review", &FilmProof::review),
-        field("humanReview", &FilmProof::humanReview), field("delivery", &FilmProof::delivery),
+        field("creation", &FilmProof::creation),
+        field("clips", &FilmProof::clips),
+        field("assembly", &FilmProof::assembly),
+        field("dialogue", &FilmProof::dialogue),
+        field("sound", &FilmProof::sound),
+        field("captions", &FilmProof::captions),
+        field("inspection", &FilmProof::inspection),
+        field("review", &FilmProof::review),
+        field("humanReview", &FilmProof::humanReview),
+        field("delivery", &FilmProof::delivery),
     };
 };
 
-template <> struct Table<FilmIssue> {
+template <>
+struct Table<FilmIssue> {
     static constexpr std::tuple fields{
         field("code", &FilmIssue::code),
         field("message", &FilmIssue::message),
@@ -108,7 +123,8 @@ template <> struct Table<FilmIssue> {
     };
 };
 
-template <> struct Table<FilmProject> {
+template <>
+struct Table<FilmProject> {
     static constexpr std::tuple fields{
         field("contractVersion", &FilmProject::contractVersion),
         field("projectId", &FilmProject::projectId),

@@ -1,0 +1,24 @@
+#include <iostream>
+
+#include <kinovane/handoff.hpp>
+#include <kinovane/tooling.hpp>
+#include <kinovane/version.hpp>
+#include <kinovane/workspace.hpp>
+
+int main(int count, char** arguments) {
+    if (count != 2)
+        return 2;
+    try {
+        const auto film = kinovane::FilmProjectLoader::load(arguments[1]);
+        const auto handoff = kinovane::VistrelHandoffBuilder::build(film, film.root.string());
+        std::cout << "KinovaneCore " << KinovaneCoreVersionString << ": " << handoff.project.title << ", "
+                  << handoff.assets.size() << " assets\n";
+        // An error crosses the library's border as the type that it is.
+        kinovane::FilmToolClient::resolveExecutable("no such program");
+    } catch (const kinovane::FilmToolError& error) {
+        return error == kinovane::FilmToolError::executableNotFound{"no such program"} ? 0 : 3;
+    } catch (const std::exception& error) {
+        std::cerr << error.what() << '\n';
+    }
+    return 1;
+}

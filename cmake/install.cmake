@@ -32,5 +32,7 @@ else()
     set(pkgConfigRequires "libcrypto >= 3.0")
     set(pkgConfigLibs "-lboost_json -pthread")
 endif()
+# Relative to where the file itself lies, so that an install tree may be moved.
+file(RELATIVE_PATH prefixFromPkgConfig /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/kinovane-core.pc.in ${PROJECT_BINARY_DIR}/kinovane-core.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/kinovane-core.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

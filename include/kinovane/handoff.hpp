@@ -152,9 +152,9 @@ struct KINOVANE_EXPORT VerificationProgress {
 
 /// How `build` verifies files.
 struct KINOVANE_EXPORT HandoffBuildOptions {
-    /// How many files are read at once; 0 counts as 1. With one, artifacts are examined strictly in order and
-    /// nothing after the first failure is touched. With more, the error is still the one that this order
-    /// would have given.
+    /// How many files are read at once; 0 counts as 1, and more than 64 as 64. With one, artifacts are
+    /// examined strictly in order and nothing after the first failure is touched. With more, the error is
+    /// still the one that this order would have given.
     unsigned workers = 1;
 
     /// Told of progress, now and then, from whichever thread reads, but never from two at once. Both counts

@@ -58,7 +58,7 @@ class KINOVANE_EXPORT TaskCore {
 
   protected:
     /// Throws the operation's error, if there is one.
-    void rethrowError() const;
+    void rethrowError();
 
   private:
     struct Sync;

@@ -1,11 +1,15 @@
 #include "common/json_decoder.hpp"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <boost/json/basic_parser_impl.hpp>
@@ -108,8 +112,11 @@ std::optional<Failure> Frame::firstFailure() {
     }
     const std::uint64_t missing = shape->requiredRows & ~seen;
     const bool wrong = extra && !extra->rowFailures.empty();
-    if (missing == 0 && !wrong)
-        return std::nullopt;
+    if (missing == 0) { // As in every list, which may have any number of elements.
+        if (!wrong)
+            return std::nullopt;
+        return std::move(extra->rowFailures.begin()->second);
+    }
     const auto firstMissing = static_cast<std::size_t>(std::countr_zero(missing)); // 64 when there is none
     if (wrong && extra->rowFailures.begin()->first < firstMissing)
         return std::move(extra->rowFailures.begin()->second);
@@ -386,9 +393,27 @@ std::string_view describe(bj::error_code code) {
     }
 }
 
+/// Whether the end of a document's beginning stands inside a string.
+bool endsInString(std::string_view beginning) {
+    bool inString = false;
+    for (std::size_t position = 0; position < beginning.size(); ++position) {
+        if (beginning[position] == '"')
+            inString = !inString;
+        else if (inString && beginning[position] == '\\')
+            ++position;
+    }
+    return inString;
+}
+
 /// The parser points at the beginning of a string that is not UTF-8; a user wants the place itself.
 std::optional<std::size_t> encodingFault(std::string_view document, std::size_t from) {
-    while (from < document.size() && document[from] != '"') {
+    const bool inString = endsInString(document.substr(0, from));
+    const auto plain = [](char byte) {
+        return byte != '"' && byte != '\\' && static_cast<unsigned char>(byte) >= 0x20;
+    };
+    if (!inString && from < document.size() && sequenceLength(document, from) == 0)
+        return from;
+    while (inString && from < document.size() && plain(document[from])) {
         const std::size_t length = sequenceLength(document, from);
         if (length == 0)
             return from;
@@ -401,18 +426,41 @@ std::optional<std::size_t> encodingFault(std::string_view document, std::size_t 
     throw JSONDecodingError({}, syntaxMessage(document, offset, what));
 }
 
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+class Parser {
+  public:
+    Parser(void* target, const Shape& shape) : parser_(options(), target, shape) {}
+
+    /// Takes a piece of the document and returns how much of it was used: less than all when the document has
+    /// ended, or when `error` says what is wrong.
+    std::size_t take(std::string_view piece, bool more, bj::error_code& error) {
+        return parser_.write_some(more, piece.data(), piece.size(), error);
+    }
+
+    void throwFailure() const {
+        if (const std::optional<Failure>& failure = parser_.handler().failure())
+            throw JSONDecodingError(failure->path, failure->message());
+    }
+
+  private:
+    static bj::parse_options options() {
+        bj::parse_options options;
+        options.max_depth = deepestNesting;
+        return options;
+    }
+
+    bj::basic_parser<Receiver> parser_;
+};
+
 } // namespace
 
 void decodeInto(void* target, const Shape& shape, std::string_view document) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     if (document.starts_with(byteOrderMark))
         document.remove_prefix(byteOrderMark.size());
-
-    bj::parse_options options;
-    options.max_depth = deepestNesting;
-    bj::basic_parser<Receiver> parser(options, target, shape);
+    Parser parser(target, shape);
     bj::error_code error;
-    const std::size_t end = parser.write_some(false, document.data(), document.size(), error);
+    const std::size_t end = parser.take(document, false, error);
     if (error) {
         if (error == bj::error::syntax)
             if (const auto fault = encodingFault(document, end))
@@ -421,8 +469,28 @@ void decodeInto(void* target, const Shape& shape, std::string_view document) {
     }
     if (end < document.size())
         throwSyntaxError(document, end, "something follows the end of the document");
-    if (const std::optional<Failure>& failure = parser.handler().failure())
-        throw JSONDecodingError(failure->path, failure->message());
+    parser.throwFailure();
+}
+
+bool decodeInto(void* target, const Shape& shape, RegularFile file) {
+    constexpr std::size_t pieceSize = std::size_t{64}
+                                      << 10U; // Stays in the processor's cache while it is parsed.
+    std::array<char, pieceSize> buffer;       // NOLINT(*-member-init): filled by reading
+    Parser parser(target, shape);
+    bj::error_code error;
+    bool first = true;
+    while (const std::size_t count = file.readDocumentPiece(std::as_writable_bytes(std::span(buffer)))) {
+        std::string_view piece(buffer.data(), count);
+        if (std::exchange(first, false) && piece.starts_with(byteOrderMark))
+            piece.remove_prefix(byteOrderMark.size());
+        if (parser.take(piece, true, error) < piece.size() || error)
+            return false;
+    }
+    parser.take({}, false, error);
+    if (error)
+        return false;
+    parser.throwFailure();
+    return true;
 }
 
 } // namespace kinovane::json

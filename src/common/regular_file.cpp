@@ -28,7 +28,7 @@ Descriptor openForReading(const fs::path& location) {
         throwFileError("cannot open", location, make_error_code(std::errc::no_such_file_or_directory));
     Descriptor descriptor(retryInterrupted([&] { return ::open(location.c_str(), RegularFile::openFlags); }));
     if (!descriptor)
-        throwFileError("cannot open", location);
+        throwFileError("cannot open", location, openFailure(errno));
     return descriptor;
 }
 
@@ -70,17 +70,30 @@ std::size_t RegularFile::read(std::span<std::byte> buffer) {
     return static_cast<std::size_t>(count);
 }
 
+std::size_t RegularFile::readDocumentPiece(std::span<std::byte> buffer) {
+    const std::size_t count = size_ > maximumDocumentSize ? 0 : read(buffer);
+    documentLength_ += count;
+    if (std::max(size_, documentLength_) > maximumDocumentSize)
+        throwFileError("cannot read", location_, make_error_code(std::errc::file_too_large));
+    return count;
+}
+
+std::error_code openFailure(int error) {
+    return error == ENXIO ? make_error_code(std::errc::operation_not_supported)
+                          : std::error_code(error, std::generic_category());
+}
+
 std::string readDocument(const fs::path& location) {
     RegularFile file(location);
     std::string text;
     // The size only guides the first read; the file may grow or shrink while it is read.
     std::size_t length = 0;
     for (;;) {
-        if (std::max<std::uint64_t>(file.size(), length) > maximumDocumentSize)
-            throwFileError("cannot read", location, make_error_code(std::errc::file_too_large));
         if (length == text.size())
-            text.resize(length == 0 ? static_cast<std::size_t>(file.size()) + 1 : 2 * length);
-        const std::size_t count = file.read(std::as_writable_bytes(std::span(text).subspan(length)));
+            text.resize(length == 0 ? static_cast<std::size_t>(std::min(file.size(), maximumDocumentSize)) + 1
+                                    : 2 * length);
+        const std::size_t count =
+            file.readDocumentPiece(std::as_writable_bytes(std::span(text).subspan(length)));
         if (count == 0)
             break;
         length += count;

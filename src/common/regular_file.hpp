@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "common/descriptor.hpp"
@@ -36,6 +37,10 @@ class RegularFile {
     /// Throws std::filesystem::filesystem_error.
     std::size_t read(std::span<std::byte> buffer);
 
+    /// The same for a document, which is refused (std::errc::file_too_large) when it has more than
+    /// `maximumDocumentSize` bytes: what is larger is something else by mistake.
+    std::size_t readDocumentPiece(std::span<std::byte> buffer);
+
   private:
     RegularFile(Descriptor descriptor, std::filesystem::path location, std::uint64_t size) noexcept
         : descriptor_(std::move(descriptor)), location_(std::move(location)), size_(size) {}
@@ -43,13 +48,17 @@ class RegularFile {
     Descriptor descriptor_;
     std::filesystem::path location_;
     std::uint64_t size_ = 0;
+    std::uint64_t documentLength_ = 0; ///< Of what was read as a document.
 };
 
-/// The whole content of a regular file. Throws std::filesystem::filesystem_error, also for a file of more
-/// than `maximumDocumentSize` bytes.
+/// What a failure to open a file means. A socket is no more a regular file than a FIFO is, but the system
+/// words it as if a device were missing.
+std::error_code openFailure(int error);
+
+/// The whole of a document. Throws std::filesystem::filesystem_error.
 std::string readDocument(const std::filesystem::path& location);
 
-/// More than any document of a workspace can sensibly hold; what is larger is something else by mistake.
+/// More than any document of a workspace can sensibly hold.
 inline constexpr std::uint64_t maximumDocumentSize = std::uint64_t{1} << 30U;
 
 /// How much of a file is read at once for its digest.

@@ -122,8 +122,15 @@ std::error_code DirectoryWalk::enter(std::string_view name, std::vector<std::str
 }
 
 bool DirectoryWalk::isInside(const DirectoryWalk& other) const {
-    return steps_.size() > other.steps_.size() &&
-           std::equal(other.steps_.begin(), other.steps_.end(), steps_.begin(),
+    return steps_.size() > other.steps_.size() && beginsAs(other);
+}
+
+bool DirectoryWalk::isAt(const DirectoryWalk& other) const {
+    return steps_.size() == other.steps_.size() && beginsAs(other);
+}
+
+bool DirectoryWalk::beginsAs(const DirectoryWalk& other) const {
+    return std::equal(other.steps_.begin(), other.steps_.end(), steps_.begin(),
                       [](const Step& left, const Step& right) { return left.name == right.name; });
 }
 

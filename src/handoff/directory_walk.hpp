@@ -34,6 +34,9 @@ class DirectoryWalk {
     /// directory itself.
     bool isInside(const DirectoryWalk& other) const;
 
+    /// Whether the place reached is the very directory that `other` has reached.
+    bool isAt(const DirectoryWalk& other) const;
+
     /// Opens the place reached with these flags; it must not be a link. An invalid descriptor leaves the
     /// reason in errno.
     Descriptor open(int flags) const;
@@ -47,6 +50,7 @@ class DirectoryWalk {
         std::shared_ptr<const Descriptor> directory; ///< Null when it is no directory, or does not exist.
     };
 
+    bool beginsAs(const DirectoryWalk& other) const;
     [[nodiscard]] std::error_code enter(std::string_view name, std::vector<std::string>& pending, int& links);
 
     std::vector<Step> steps_; ///< The first is the top of the file system, without a name.

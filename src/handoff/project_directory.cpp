@@ -82,14 +82,16 @@ RegularFile ProjectDirectory::open(const std::string& path) const {
     for (int attempt = 1;; ++attempt) {
         DirectoryWalk walk = walk_;
         std::error_code error = walk.follow(path);
-        if (!walk.isInside(walk_) && !(error && isChange(error)))
+        // Where the way could not be followed to its end, it is the place reached so far that counts.
+        const bool outside = !walk.isInside(walk_) && !(error && walk.isAt(walk_));
+        if (outside && !isChange(error))
             throw unsafe;
         if (!error && !walk.arrived())
             throw VistrelHandoffError(VistrelHandoffError::missingArtifact{path});
         if (!error) {
             if (Descriptor descriptor = walk.open(RegularFile::openFlags))
                 return {std::move(descriptor), location};
-            error = {errno, std::generic_category()};
+            error = openFailure(errno);
         }
         if (!isChange(error) || attempt == attempts)
             throw fs::filesystem_error("cannot open", location, error);

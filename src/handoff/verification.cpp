@@ -8,6 +8,7 @@
 #include <numeric>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 #include "handoff/artifact_examiner.hpp"
 #include "handoff/project_directory.hpp"
@@ -16,6 +17,9 @@
 namespace kinovane {
 
 namespace {
+
+/// Each has a buffer of its own, and more than this many never read faster.
+constexpr std::size_t mostWorkers = 64;
 
 constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 
@@ -31,13 +35,13 @@ class Verification {
     }
 
     std::vector<VistrelHandoffAsset> run() {
-        const std::size_t workers =
-            std::clamp<std::size_t>(options_.workers, 1, std::max<std::size_t>(order_.size(), 1));
+        const std::size_t workers = std::clamp<std::size_t>(
+            options_.workers, 1, std::clamp<std::size_t>(order_.size(), 1, mostWorkers));
         // The largest files first, or the last worker would still be busy with one when the others have
         // nothing left. A single worker keeps the order of the list instead.
         if (workers > 1)
-            std::stable_sort(order_.begin(), order_.end(), [&](std::size_t left, std::size_t right) {
-                return artifacts_[left]->bytes > artifacts_[right]->bytes;
+            std::sort(order_.begin(), order_.end(), [&](std::size_t left, std::size_t right) {
+                return std::pair(artifacts_[right]->bytes, left) < std::pair(artifacts_[left]->bytes, right);
             });
         progress_.begin();
         {

@@ -36,7 +36,9 @@ void require(int error) {
 // word.
 void refuseUnpassableText(const std::string& executable, const std::vector<std::string>& arguments,
                           const std::map<std::string, std::string>& environment) {
-    if (holdsNUL(executable) || std::any_of(arguments.begin(), arguments.end(), holdsNUL))
+    if (holdsNUL(executable))
+        failLaunch("the program's path holds a NUL byte");
+    if (std::any_of(arguments.begin(), arguments.end(), holdsNUL))
         failLaunch("an argument holds a NUL byte");
     for (const auto& [key, value] : environment) {
         if (holdsNUL(key) || holdsNUL(value))

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace kinovane {
 
@@ -94,9 +95,10 @@ void TaskCore::finish() noexcept {
 
 void TaskCore::fail(std::exception_ptr error) noexcept { sync_->error = std::move(error); }
 
-void TaskCore::rethrowError() const {
+// The error leaves with whoever takes it, so that it is also destroyed there, and not by the worker.
+void TaskCore::rethrowError() {
     if (sync_->error)
-        std::rethrow_exception(sync_->error);
+        std::rethrow_exception(std::exchange(sync_->error, nullptr));
 }
 
 void throwTaskTaken() { throw std::logic_error("the result of this task was already taken"); }

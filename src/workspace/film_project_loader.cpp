@@ -6,7 +6,6 @@
 
 #include "common/file_location.hpp"
 #include "common/json_decoder.hpp"
-#include "common/regular_file.hpp"
 #include "workspace/brief_form.hpp"
 #include "workspace/plan_tables.hpp"
 #include "workspace/project_tables.hpp"
@@ -26,7 +25,7 @@ Document read(const fs::path& location) {
         return FilmProjectError(FilmProjectError::invalidProject{location.filename().string() + ": " + why});
     };
     try {
-        return json::decode<Document>(readDocument(location));
+        return json::decodeFile<Document>(location);
     } catch (const JSONDecodingError& error) {
         throw invalid(error.what());
     } catch (const std::system_error& error) {

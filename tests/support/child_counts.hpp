@@ -17,8 +17,8 @@ struct ProcessCounts {
 
 ProcessCounts countProcess();
 
-/// A thread that has just been joined may still be listed for an instant: counts until they are as expected, or until
-/// the time is over, and gives the last counts.
+/// A thread that has just been joined may still be listed for an instant: counts until they are as expected,
+/// or until the time is over, and gives the last counts.
 ProcessCounts settledCounts(const ProcessCounts& expected,
                             std::chrono::milliseconds patience = std::chrono::seconds(10));
 

@@ -8,7 +8,9 @@ namespace kinovane::test {
 
 std::filesystem::path sampleFilm() { return KINOVANE_SAMPLE_FILM; }
 
-std::string programPath(std::string_view name) { return std::string(KINOVANE_PROGRAMS) + "/" + std::string(name); }
+std::string programPath(std::string_view name) {
+    return std::string(KINOVANE_PROGRAMS) + "/" + std::string(name);
+}
 
 std::string smallestProject() {
     return R"({"contractVersion":"quexrun/film-project.v1","projectId":"p","title":"t","idea":"i","createdAt":"c",)"
@@ -49,8 +51,8 @@ FilmArtifact& WorkspaceMaker::add(std::string_view kind, std::string_view path, 
 
 FilmArtifact& WorkspaceMaker::list(std::string_view kind, std::string_view path) {
     return snapshot.project.artifacts.emplace_back(
-        FilmArtifact{0, "application/octet-stream", "2026-01-01T00:00:00Z", std::string(kind), std::string(path),
-                     std::string(emptyDigest), "test"});
+        FilmArtifact{0, "application/octet-stream", "2026-01-01T00:00:00Z", std::string(kind),
+                     std::string(path), std::string(emptyDigest), "test"});
 }
 
 } // namespace kinovane::test

@@ -22,8 +22,8 @@ TemporaryDirectory::~TemporaryDirectory() {
     std::error_code ignored;
     // A test may have taken away the right to look into a directory.
     fs::permissions(path_, fs::perms::owner_all, ignored);
-    for (auto entry = fs::recursive_directory_iterator(path_, ignored); entry != fs::recursive_directory_iterator();
-         entry.increment(ignored))
+    for (auto entry = fs::recursive_directory_iterator(path_, ignored);
+         entry != fs::recursive_directory_iterator(); entry.increment(ignored))
         if (entry->is_directory(ignored) && !entry->is_symlink(ignored))
             fs::permissions(entry->path(), fs::perms::owner_all, ignored);
     fs::remove_all(path_, ignored);

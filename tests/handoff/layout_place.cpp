@@ -1,0 +1,84 @@
+#include "handoff/containment_layouts.hpp"
+
+#include <cerrno>
+#include <cstring>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace kinovane::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+void require(bool succeeded, const std::string& what) {
+    if (!succeeded)
+        throw std::runtime_error(what + ": " + std::strerror(errno));
+}
+
+} // namespace
+
+LayoutPlace::LayoutPlace() : root(area / "film") {
+    allow("", 0755);
+    file("film/a.png");
+    file("outside/a.png");
+}
+
+void LayoutPlace::file(const std::string& name) const { area.write(name, layoutContent); }
+
+void LayoutPlace::directory(const std::string& name) const { fs::create_directories(area / name); }
+
+void LayoutPlace::link(const std::string& name, const fs::path& target) const {
+    fs::create_directories((area / name).parent_path());
+    fs::create_symlink(target, area / name);
+}
+
+void LayoutPlace::fifo(const std::string& name) const {
+    require(::mkfifo((area / name).c_str(), 0666) == 0, "mkfifo");
+}
+
+void LayoutPlace::socket(const std::string& name) const {
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    require(descriptor >= 0, "socket");
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const std::string path = area / name;
+    require(path.size() < sizeof address.sun_path, "a socket's path is too long");
+    std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
+    const void* plain = &address;
+    require(::bind(descriptor, static_cast<const sockaddr*>(plain), sizeof address) == 0, "bind");
+    ::close(descriptor);
+}
+
+void LayoutPlace::allow(const std::string& name, unsigned mode) const {
+    require(::chmod((area / name).c_str(), mode) == 0, "chmod");
+}
+
+void LayoutPlace::deepFile(const std::string& name, const std::string& piece, int depth) const {
+    directory(name);
+    int place = ::open((area / name).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    for (int level = 0; level < depth; ++level) {
+        require(::mkdirat(place, piece.c_str(), 0755) == 0, "mkdirat");
+        const int next = ::openat(place, piece.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        require(next >= 0, "openat");
+        ::close(place);
+        place = next;
+    }
+    const int file = ::openat(place, "a.png", O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+    require(::write(file, layoutContent.data(), layoutContent.size()) > 0, "write");
+    ::close(file);
+    ::close(place);
+}
+
+void LayoutPlace::chain(const std::string& name, int length) const {
+    link(name + "1", "a.png");
+    for (int index = 2; index <= length; ++index)
+        link(name + std::to_string(index), fs::path(name + std::to_string(index - 1)).filename());
+}
+
+} // namespace kinovane::test

@@ -1,0 +1,161 @@
+#include <gmock/gmock.h>
+
+#include "handoff/import_failure.hpp"
+#include "support/child_counts.hpp"
+#include "support/sample_film.hpp"
+
+namespace kinovane::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+using testing::ElementsAre;
+
+std::vector<std::string> recordedArguments(const fs::path& file) {
+    std::vector<std::string> arguments;
+    std::string rest = contentOf(file);
+    for (std::size_t end = rest.find('\0'); end != std::string::npos; end = rest.find('\0')) {
+        arguments.push_back(rest.substr(0, end));
+        rest.erase(0, end + 1);
+    }
+    EXPECT_EQ(rest, "");
+    return arguments;
+}
+
+class VistrelClientArguments : public testing::Test {
+  protected:
+    std::vector<std::string> validated(const fs::path& manifest) const {
+        EXPECT_TRUE(client_.validate(manifest).get().ok);
+        return recordedArguments(record_);
+    }
+    std::vector<std::string> imported(const fs::path& manifest) const {
+        EXPECT_TRUE(client_.import(manifest).get().ok);
+        return recordedArguments(record_);
+    }
+
+    const TemporaryDirectory directory_;
+    const fs::path record_ = directory_ / "record";
+    const Variable file_{"RECORDER_FILE", record_};
+    const Variable output_{"RECORDER_OUTPUT", R"({"ok":true,"project_id":"p"})"};
+    const VistrelClient client_{programPath("recorder")};
+};
+
+TEST_F(VistrelClientArguments, SixForACheckAndFiveForAnImport) {
+    EXPECT_THAT(validated("/tmp/h.json"),
+                ElementsAre("production", "import-film", "/tmp/h.json", "--dry-run", "--output", "json"));
+    EXPECT_THAT(imported("/tmp/h.json"),
+                ElementsAre("production", "import-film", "/tmp/h.json", "--output", "json"));
+}
+
+TEST_F(VistrelClientArguments, APathIsOneArgumentWhateverItHolds) {
+    for (const std::string path :
+         {"/tmp/my films/a lamp.json", "/tmp/$HOME;`id`\"'*.json", "/tmp/a\nb\t.json",
+          "/tmp/Brèmes – 灯.json", "/tmp/ ", "/tmp/%20.json", "/tmp/--output"}) {
+        EXPECT_THAT(validated(path),
+                    ElementsAre("production", "import-film", path, "--dry-run", "--output", "json"));
+        EXPECT_THAT(imported(path), ElementsAre("production", "import-film", path, "--output", "json"));
+    }
+}
+
+TEST_F(VistrelClientArguments, ARelativePathBecomesAbsolute) {
+    const std::string here = fs::current_path();
+    EXPECT_THAT(imported("h.json"),
+                ElementsAre("production", "import-film", here + "/h.json", "--output", "json"));
+    EXPECT_THAT(imported("--dry-run"),
+                ElementsAre("production", "import-film", here + "/--dry-run", "--output", "json"));
+}
+
+TEST(VistrelClient, HoldsTheNameAsItWasGiven) {
+    EXPECT_EQ(VistrelClient("vistrel").executable(), "vistrel");
+    EXPECT_EQ(VistrelClient("a"), VistrelClient("a"));
+    EXPECT_NE(VistrelClient("a"), VistrelClient("b"));
+}
+
+TEST(VistrelClient, Answers) {
+    struct Row {
+        std::string_view sentence;
+        std::string output;
+        VistrelImportReceipt expected;
+    };
+    const std::vector<Row> rows{
+        {"the two keys that must be there",
+         R"({"ok":true,"project_id":"p"})",
+         {true, "p", {}, {}, {}, {}, {}}},
+        {"all keys",
+         R"({"ok":true,"project_id":"p","episode_id":"e","imported_scenes":1,"imported_shots":2,"imported_assets":3,)"
+         R"("project_url":"u"})",
+         {true, "p", "e", 1, 2, 3, "u"}},
+        {"nulls",
+         R"({"ok":true,"project_id":"p","episode_id":null,"imported_shots":null})",
+         {true, "p", {}, {}, {}, {}, {}}},
+        {"a refusal", R"({"ok":false,"project_id":""})", {false, "", {}, {}, {}, {}, {}}},
+        {"white space around it",
+         " \r\n\t{\"ok\":true,\"project_id\":\"p\"}\n\n",
+         {true, "p", {}, {}, {}, {}, {}}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        const Variable output("RECORDER_OUTPUT", row.output);
+        EXPECT_EQ(VistrelClient(programPath("recorder")).validate("/h.json").get(), row.expected);
+        EXPECT_EQ(VistrelClient(programPath("recorder")).import("/h.json").get(), row.expected);
+    }
+}
+
+TEST(VistrelClient, AnswersThatAreNone) {
+    struct Row {
+        std::string_view sentence;
+        std::string output;
+        std::string expected;
+    };
+    const std::vector<Row> rows{
+        {"nothing", "", "line 1, column 1: the document ends too early"},
+        {"half an answer", "{\"ok\":true,\n", "line 2, column 1: the document ends too early"},
+        {"a word", "done", "line 1, column 1: this is not valid JSON"},
+        {"a second answer", R"({"ok":true,"project_id":"p"}{})",
+         "line 1, column 29: something follows the end of the document"},
+        {"no flag", R"({"project_id":"p"})", "ok is missing"},
+        {"no project", R"({"ok":true})", "project_id is missing"},
+        {"camel case", R"({"ok":true,"projectId":"p"})", "project_id is missing"},
+        {"a flag that is a word", R"({"ok":"yes","project_id":"p"})",
+         "ok: expected true or false, found a string"},
+        {"a count with a fraction", R"({"ok":true,"project_id":"p","imported_shots":1.5})",
+         "imported_shots: expected an integer, found 1.5"},
+        {"a list", "[]", "expected an object, found a list"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        const Variable output("RECORDER_OUTPUT", row.output);
+        EXPECT_EQ(errorOf(VistrelClient(programPath("recorder")).import("/h.json")),
+                  FilmToolError(FilmToolError::invalidJSON{row.expected}));
+    }
+}
+
+TEST(VistrelClient, FailuresToStartComeThroughTheTask) {
+    const ProcessCounts before = countProcess();
+    Task<VistrelImportReceipt> missing = VistrelClient("no-such-vistrel").validate("/h.json");
+    EXPECT_EQ(errorOf(std::move(missing)),
+              FilmToolError(FilmToolError::executableNotFound{"no-such-vistrel"}));
+    Task<VistrelImportReceipt> directory = VistrelClient("/tmp").import("/h.json");
+    EXPECT_EQ(errorOf(std::move(directory)), FilmToolError(FilmToolError::executableNotFound{"/tmp"}));
+    Task<VistrelImportReceipt> cut =
+        VistrelClient(programPath("recorder")).import(std::string("/tmp/cut\0short", 14));
+    const FilmToolError error = errorOf(std::move(cut));
+    EXPECT_TRUE(std::holds_alternative<FilmToolError::launchFailed>(error.value()));
+    EXPECT_EQ(error.errorDescription(), "Could not launch film command: an argument holds a NUL byte");
+    EXPECT_EQ(settledCounts(before), before);
+}
+
+TEST(VistrelClient, SeveralAtOnce) {
+    const Variable output("RECORDER_OUTPUT", R"({"ok":true,"project_id":"p"})");
+    const VistrelClient client(programPath("recorder"));
+    const ProcessCounts before = countProcess();
+    std::vector<Task<VistrelImportReceipt>> tasks;
+    for (int index = 0; index < 16; ++index)
+        tasks.push_back(index % 2 == 0 ? client.validate("/h.json") : client.import("/h.json"));
+    for (Task<VistrelImportReceipt>& task : tasks)
+        EXPECT_EQ(task.get().projectId, "p");
+    EXPECT_EQ(settledCounts(before), before);
+}
+
+} // namespace
+} // namespace kinovane::test

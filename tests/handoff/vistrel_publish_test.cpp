@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include "handoff/import_failure.hpp"
+#include "support/sample_film.hpp"
+
+namespace kinovane::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The client and Vistrel's stand-in, as they meet in a publish.
+class VistrelClientAtWork : public testing::Test {
+  protected:
+    VistrelClientAtWork() {
+        const FilmWorkspaceSnapshot snapshot = FilmProjectLoader::load(sampleFilm() / "run.json");
+        VistrelHandoffBuilder::write(VistrelHandoffBuilder::build(snapshot, sampleFilm()), manifest_);
+    }
+
+    const TemporaryDirectory directory_;
+    const fs::path manifest_ = directory_ / "the film/hand off.json";
+    const Variable library_{"VISTREL_LIBRARY", directory_ / "library"};
+    const VistrelClient client_{programPath("vistrel")};
+};
+
+TEST_F(VistrelClientAtWork, ChecksThenImports) {
+    const VistrelImportReceipt checked = client_.validate(manifest_).get();
+    EXPECT_TRUE(checked.ok);
+    EXPECT_EQ(checked.importedScenes, 3);
+    EXPECT_EQ(checked.importedShots, 7);
+    EXPECT_EQ(checked.importedAssets, 59);
+    EXPECT_FALSE(fs::exists(directory_ / "library"));
+
+    EXPECT_EQ(client_.import(manifest_).get(), checked);
+    EXPECT_EQ(contentOf(directory_ / "library" / checked.projectId / "manifest.json"), contentOf(manifest_));
+}
+
+TEST_F(VistrelClientAtWork, Misbehaviours) {
+    const VistrelImportReceipt sample{
+        true, "vistrel_sample", "vistrel_sample_episode_1", 2, 3, 5, "vistrel://projects/vistrel_sample"};
+    VistrelImportReceipt refusal = sample;
+    refusal.ok = false;
+    {
+        const Variable how("VISTREL_MISBEHAVE", "not-ok");
+        EXPECT_EQ(client_.validate(manifest_).get(), refusal);
+    }
+    {
+        const Variable how("VISTREL_MISBEHAVE", "flood");
+        EXPECT_EQ(client_.import(manifest_).get(), sample);
+    }
+    struct Row {
+        std::string how;
+        std::string expected;
+    };
+    const std::vector<Row> rows{
+        {"not-json", "Film command returned invalid JSON: line 1, column 1: this is not valid JSON"},
+        {"camel-case", "Film command returned invalid JSON: project_id is missing"},
+        {"noise", "Film command returned invalid JSON: line 1, column 2: this is not valid JSON"},
+        {"exit-3", "Film command exited 3."},
+        {"killed", "Film command exited 9."},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.how);
+        const Variable how("VISTREL_MISBEHAVE", row.how);
+        EXPECT_EQ(errorOf(client_.validate(manifest_)).errorDescription(), row.expected);
+        EXPECT_EQ(errorOf(client_.import(manifest_)).errorDescription(), row.expected);
+    }
+}
+
+TEST_F(VistrelClientAtWork, AFailedCommandIsGivenWhole) {
+    const Variable how("VISTREL_MISBEHAVE", "exit-3");
+    const FilmToolError error = errorOf(client_.import(manifest_));
+    EXPECT_EQ(error, FilmToolError(FilmToolError::commandFailed{
+                         {programPath("vistrel"),
+                          {"production", "import-film", manifest_, "--output", "json"},
+                          3,
+                          "",
+                          ""}}));
+}
+
+TEST_F(VistrelClientAtWork, TheImportersReasonIsTheErrorsText) {
+    EXPECT_EQ(errorOf(client_.validate("/nowhere/h.json")).errorDescription(),
+              "cannot open \"/nowhere/h.json\": No such file or directory\n");
+}
+
+} // namespace
+} // namespace kinovane::test

@@ -1,0 +1,56 @@
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "common/descriptor.hpp"
+#include "support/temporary_directory.hpp"
+#include "tools/companion.hpp"
+
+namespace kinovane::test {
+
+namespace {
+
+std::vector<std::vector<std::string>> everyCommand(const std::filesystem::path& run,
+                                                   const std::string& manifest) {
+    return {{"--help"},
+            {"--version"},
+            {"publish", "--help"},
+            {"inspect", run.string()},
+            {"inspect", run.string(), "--json"},
+            {"publish", run.string(), "--vistrel", programPath("vistrel"), "--dry-run", "--output", manifest},
+            {"publish", run.string(), "--vistrel", programPath("vistrel"), "--dry-run", "--json", "--output",
+             manifest}};
+}
+
+TEST(StandardOutput, whereNothingCanBeWrittenIsAFileSystemFailure) {
+    struct Row {
+        std::string sentence;
+        int descriptor;
+        std::string expected;
+    };
+    const Descriptor full(::open("/dev/full", O_WRONLY | O_CLOEXEC));
+    ASSERT_TRUE(full);
+    const std::vector<Row> rows{
+        {"a full disk", full.get(), "kinovane: standard output: No space left on device\n"},
+        {"a closed output", -1, "kinovane: standard output: Bad file descriptor\n"},
+    };
+    const TemporaryDirectory directory;
+    for (const Row& row : rows)
+        for (const auto& command :
+             everyCommand(sampleFilm() / "run.json", (directory / "manifest.json").string())) {
+            SCOPED_TRACE(row.sentence + ": " + testing::PrintToString(command));
+            const std::filesystem::path messages = directory / "messages";
+            const Descriptor err(::open(messages.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+            ASSERT_TRUE(err);
+            EXPECT_EQ(exitStatusOf(startCompanion(command, row.descriptor, err.get())), 6);
+            EXPECT_EQ(contentOf(messages), row.expected);
+        }
+}
+
+} // namespace
+
+} // namespace kinovane::test

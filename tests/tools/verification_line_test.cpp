@@ -1,0 +1,150 @@
+#include <algorithm>
+#include <cerrno>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <pty.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include "common/descriptor.hpp"
+#include "tools/companion.hpp"
+
+namespace kinovane::test {
+
+namespace {
+
+/// What a terminal showed in the end, and every line as it was drawn on the way.
+struct Screen {
+    int status = 0;
+    std::vector<std::string> drawn; ///< Between two returns to the line's beginning, without trailing blanks.
+    std::vector<std::string> lines; ///< Left standing, without trailing blanks.
+};
+
+std::string withoutTrailingBlanks(std::string text) {
+    text.erase(text.find_last_not_of(' ') + 1);
+    return text;
+}
+
+std::string readAll(int terminal) {
+    std::string text;
+    std::vector<char> buffer(4096);
+    // Once the last program has let go of a terminal, reading from it fails.
+    for (ssize_t count = 0; (count = ::read(terminal, buffer.data(), buffer.size())) > 0;)
+        text.append(buffer.data(), static_cast<std::size_t>(count));
+    return text;
+}
+
+void draw(Screen& screen, const std::string& text) {
+    std::string stroke;
+    std::size_t column = 0;
+    screen.lines.emplace_back();
+    for (const char character : text) {
+        if (character == '\r' || character == '\n') {
+            if (!withoutTrailingBlanks(stroke).empty())
+                screen.drawn.push_back(withoutTrailingBlanks(stroke));
+            stroke.clear();
+            column = 0;
+            if (character == '\n')
+                screen.lines.emplace_back();
+            continue;
+        }
+        std::string& line = screen.lines.back();
+        line.resize(std::max(line.size(), column + 1), ' ');
+        line[column++] = character;
+        stroke += character;
+    }
+    for (std::string& line : screen.lines)
+        line = withoutTrailingBlanks(line);
+}
+
+/// Runs the companion with a terminal of this width as its standard error.
+Screen runOnTerminal(const std::vector<std::string>& arguments, unsigned short columns) {
+    int ends[2]{}; // NOLINT(*-avoid-c-arrays)
+    winsize size{};
+    size.ws_row = 24;
+    size.ws_col = columns;
+    if (::openpty(&ends[0], &ends[1], nullptr, nullptr, &size) != 0)
+        throw std::system_error(errno, std::generic_category(), "openpty");
+    const Descriptor terminal(ends[0]);
+    const Descriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
+    ::fcntl(ends[0], F_SETFD, FD_CLOEXEC);
+    pid_t child = 0;
+    {
+        const Descriptor programsEnd(ends[1]);
+        ::fcntl(ends[1], F_SETFD, FD_CLOEXEC);
+        child = startCompanion(arguments, nowhere.get(), programsEnd.get());
+    }
+    Screen screen;
+    const std::string text = readAll(terminal.get());
+    screen.status = exitStatusOf(child);
+    draw(screen, text);
+    return screen;
+}
+
+std::vector<std::string> publishing(const WorkspaceMaker& workspace, std::vector<std::string> more = {}) {
+    std::vector<std::string> arguments{"publish", workspace.snapshot.runManifest.string(), "--vistrel",
+                                       programPath("vistrel"), "--dry-run"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return arguments;
+}
+
+void fill(WorkspaceMaker& workspace) {
+    workspace.add("shot-clip", "clips/s1.mp4", std::string(1500, 'x'));
+    workspace.add("poster", "poster.png", std::string(500, 'x'));
+}
+
+const std::vector<std::string> nothing{""};
+
+TEST(VerificationLine, isDrawnOnATerminalAndGoneAfterwards) {
+    WorkspaceMaker workspace;
+    fill(workspace);
+    writeDocuments(workspace);
+    const Screen screen = runOnTerminal(publishing(workspace), 80);
+    EXPECT_EQ(screen.status, 0);
+    ASSERT_GE(screen.drawn.size(), 2U);
+    EXPECT_EQ(screen.drawn.front(), "Verifying   0%  0 of 2 files, 0 B of 2.0 kB");
+    EXPECT_EQ(screen.drawn.back(), "Verifying 100%  2 of 2 files, 2.0 kB of 2.0 kB");
+    EXPECT_EQ(screen.lines, nothing);
+}
+
+TEST(VerificationLine, neverReachesTheEdgeOfTheTerminal) {
+    WorkspaceMaker workspace;
+    fill(workspace);
+    writeDocuments(workspace);
+    const Screen screen = runOnTerminal(publishing(workspace), 20);
+    EXPECT_EQ(screen.status, 0);
+    ASSERT_FALSE(screen.drawn.empty());
+    EXPECT_EQ(screen.drawn.front(), "Verifying   0%  0 o");
+    EXPECT_EQ(screen.lines, nothing);
+}
+
+TEST(VerificationLine, makesRoomForAMessage) {
+    WorkspaceMaker workspace;
+    fill(workspace);
+    workspace.list("score", "lost.m4a");
+    writeDocuments(workspace);
+    const Screen screen = runOnTerminal(publishing(workspace, {"--workers", "1"}), 80);
+    EXPECT_EQ(screen.status, 4);
+    ASSERT_FALSE(screen.drawn.empty());
+    EXPECT_EQ(screen.drawn.front(), "Verifying   0%  0 of 3 files, 0 B of 2.0 kB");
+    EXPECT_EQ(screen.lines,
+              (std::vector<std::string>{"kinovane: The handoff artifact is missing: lost.m4a", ""}));
+}
+
+TEST(VerificationLine, isNotDrawnWhenAProgramWantsJSON) {
+    WorkspaceMaker workspace;
+    fill(workspace);
+    writeDocuments(workspace);
+    const Screen screen = runOnTerminal(publishing(workspace, {"--json"}), 80);
+    EXPECT_EQ(screen.status, 0);
+    EXPECT_EQ(screen.drawn, std::vector<std::string>{});
+    EXPECT_EQ(screen.lines, nothing);
+}
+
+} // namespace
+
+} // namespace kinovane::test

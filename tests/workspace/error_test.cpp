@@ -1,0 +1,103 @@
+#include <kinovane/workspace.hpp>
+
+#include <type_traits>
+
+#include <gtest/gtest.h>
+
+namespace kinovane::test {
+namespace {
+
+template <class Record>
+concept Encodable = requires(const Record& record) { encodeJSON(record); };
+template <class Record>
+concept Decodable = requires { decodeJSON<Record>(""); };
+
+template <class... Records>
+constexpr bool readAndWritten = ((Encodable<Records> && Decodable<Records>) && ...);
+template <class... Records>
+constexpr bool plain = (std::is_aggregate_v<Records> && ...);
+
+// The two documents that belong to the film tool alone are never written.
+static_assert(!Encodable<FilmProject> && Decodable<FilmProject>);
+static_assert(!Encodable<FilmBrief> && Decodable<FilmBrief>);
+static_assert(!Encodable<FilmWorkspaceSnapshot> && !Decodable<FilmWorkspaceSnapshot>);
+static_assert(!Encodable<std::string> && !Decodable<std::int64_t>);
+static_assert(readAndWritten<FilmApproval, FilmDepartmentTask, FilmShotState, FilmReviewRequest, FilmJob,
+                             FilmProductionConfiguration, FilmModelConfiguration, FilmArtifact, FilmProof,
+                             FilmIssue, FilmProductionPlan, FilmTarget, FilmCastMember, FilmLocation,
+                             FilmProductionShot, FilmDialogueLine, FilmSoundEffect, FilmTreatment>);
+static_assert(
+    plain<FilmProject, FilmBrief, FilmApproval, FilmDepartmentTask, FilmShotState, FilmReviewRequest, FilmJob,
+          FilmProductionConfiguration, FilmModelConfiguration, FilmArtifact, FilmProof, FilmIssue,
+          FilmProductionPlan, FilmTarget, FilmCastMember, FilmLocation, FilmProductionShot, FilmDialogueLine,
+          FilmSoundEffect, FilmTreatment, FilmWorkspaceSnapshot>);
+
+static_assert(std::is_base_of_v<std::exception, FilmProjectError>);
+static_assert(std::is_nothrow_copy_constructible_v<FilmProjectError>);
+static_assert(std::is_nothrow_copy_assignable_v<FilmProjectError>);
+static_assert(std::is_convertible_v<FilmProjectError::missingRunManifest, FilmProjectError>);
+static_assert(std::is_convertible_v<FilmProjectError::missingProject, FilmProjectError>);
+static_assert(std::is_convertible_v<FilmProjectError::unsupportedContract, FilmProjectError>);
+static_assert(std::is_convertible_v<FilmProjectError::invalidProject, FilmProjectError>);
+static_assert(std::is_convertible_v<FilmProjectError::Case, FilmProjectError>);
+static_assert(!std::is_convertible_v<std::string, FilmProjectError>);
+static_assert(
+    std::is_same_v<FilmProjectError::Case,
+                   std::variant<FilmProjectError::missingRunManifest, FilmProjectError::missingProject,
+                                FilmProjectError::unsupportedContract, FilmProjectError::invalidProject>>);
+
+struct Row {
+    const char* sentence;
+    FilmProjectError error;
+    const char* description;
+};
+
+TEST(FilmProjectErrors, AreDescribedWordForWord) {
+    const Row rows[] = {
+        {"no run manifest", FilmProjectError::missingRunManifest{"/films/Brèmes 1/run.json"},
+         "No run.json exists at /films/Brèmes 1/run.json."},
+        {"no project", FilmProjectError::missingProject{"/films/a/film-project.json"},
+         "No film-project.json exists at /films/a/film-project.json."},
+        {"another contract", FilmProjectError::unsupportedContract{"quexrun/film-project.v2"},
+         "Unsupported film contract: quexrun/film-project.v2."},
+        {"an empty contract", FilmProjectError::unsupportedContract{""}, "Unsupported film contract: ."},
+        {"a broken document", FilmProjectError::invalidProject{"treatment.json: title is missing"},
+         "The film project could not be read: treatment.json: title is missing"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        EXPECT_EQ(row.error.errorDescription(), row.description);
+        EXPECT_STREQ(row.error.what(), row.description);
+    }
+}
+
+TEST(FilmProjectErrors, AreEqualByCaseAndPayload) {
+    const FilmProjectError error = FilmProjectError::missingProject{"/a"};
+    EXPECT_TRUE(error == FilmProjectError(FilmProjectError::missingProject{"/a"}));
+    EXPECT_FALSE(error == FilmProjectError(FilmProjectError::missingProject{"/b"}));
+    EXPECT_FALSE(error == FilmProjectError(FilmProjectError::missingRunManifest{"/a"}));
+    EXPECT_FALSE(FilmProjectError(FilmProjectError::unsupportedContract{"x"}) ==
+                 FilmProjectError(FilmProjectError::invalidProject{"x"}));
+}
+
+TEST(FilmProjectErrors, CopiesKeepCaseAndText) {
+    FilmProjectError kept = FilmProjectError::invalidProject{"other"};
+    try {
+        throw FilmProjectError(FilmProjectError::unsupportedContract{"quexrun/film-project.v2"});
+    } catch (const std::exception& error) {
+        kept = dynamic_cast<const FilmProjectError&>(error);
+    }
+    EXPECT_STREQ(kept.what(), "Unsupported film contract: quexrun/film-project.v2.");
+    const auto* contract = std::get_if<FilmProjectError::unsupportedContract>(&kept.value());
+    ASSERT_NE(contract, nullptr);
+    EXPECT_EQ(contract->identifier, "quexrun/film-project.v2");
+}
+
+TEST(FilmProjectErrors, AMovedFromErrorStillSpeaks) {
+    FilmProjectError error = FilmProjectError::invalidProject{"why"};
+    const FilmProjectError taken = std::move(error);
+    EXPECT_EQ(taken, error); // NOLINT(bugprone-use-after-move): moving is copying here
+}
+
+} // namespace
+} // namespace kinovane::test

@@ -1,0 +1,181 @@
+#include <kinovane/workspace.hpp>
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "support/sample_film.hpp"
+
+namespace kinovane::test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::string_literals;
+
+struct LocationRow {
+    const char* sentence;
+    std::string path;
+    std::string location;
+};
+
+TEST(Snapshot, AnArtifactLiesBelowTheRootUnlessItsPathIsAbsolute) {
+    FilmWorkspaceSnapshot snapshot;
+    snapshot.root = "/films/ferry";
+    const LocationRow rows[] = {
+        {"a name", "film.mp4", "/films/ferry/film.mp4"},
+        {"several pieces", "renders/film.mp4", "/films/ferry/renders/film.mp4"},
+        {"an absolute path", "/elsewhere/film.mp4", "/elsewhere/film.mp4"},
+        {"the root of everything", "/", "/"},
+        {"a directory", "renders/", "/films/ferry/renders/"},
+        {"dots are left alone", "../other/./film.mp4", "/films/ferry/../other/./film.mp4"},
+        {"an absolute path with dots", "/a/../b", "/a/../b"},
+        {"a home directory is only a name", "~/film.mp4", "/films/ferry/~/film.mp4"},
+        {"odd characters", "a b/é%20?.mp4", "/films/ferry/a b/é%20?.mp4"},
+        {"a NUL byte", "a\0b"s, "/films/ferry/a\0b"s},
+    };
+    for (const LocationRow& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        FilmArtifact artifact;
+        artifact.path = row.path;
+        EXPECT_EQ(snapshot.artifactURL(artifact).native(), row.location);
+    }
+}
+
+TEST(Snapshot, TheLatestArtifactIsTheLastOneListed) {
+    WorkspaceMaker workspace;
+    workspace.list("shot-clip", "one").createdAt = "2026-12-31";
+    workspace.list("poster", "two");
+    workspace.list("shot-clip", "three").createdAt = "2026-01-01";
+    workspace.list("Shot-Clip", "four");
+    workspace.list("shot-clip ", "five");
+    const FilmWorkspaceSnapshot& snapshot = workspace.snapshot;
+    EXPECT_EQ(snapshot.latestArtifact("shot-clip"), snapshot.project.artifacts[2]);
+    EXPECT_EQ(snapshot.latestArtifact("poster"), snapshot.project.artifacts[1]);
+    EXPECT_EQ(snapshot.latestArtifact("score"), std::nullopt);
+    EXPECT_EQ(snapshot.latestArtifact(""), std::nullopt);
+    EXPECT_EQ(snapshot.latestArtifact("shot"), std::nullopt);
+    EXPECT_EQ(WorkspaceMaker().snapshot.latestArtifact("poster"), std::nullopt);
+}
+
+struct Listed {
+    const char* kind;
+    const char* path;
+    bool exists;
+};
+
+struct CutRow {
+    const char* sentence;
+    std::vector<Listed> artifacts;
+    const char* cut; ///< Relative; nothing when null.
+};
+
+TEST(Snapshot, TheBestCutThatExistsIsPlayed) {
+    const CutRow rows[] = {
+        {"no artifacts", {}, nullptr},
+        {"only other kinds", {{"shot-clip", "a", true}, {"poster", "b", true}}, nullptr},
+        {"all three",
+         {{"rough-cut", "r", true}, {"delivery-master", "d", true}, {"final-master", "f", true}},
+         "d"},
+        {"no delivery", {{"final-master", "f", true}, {"rough-cut", "r", true}}, "f"},
+        {"only a rough cut", {{"rough-cut", "r", true}}, "r"},
+        {"the delivery is gone", {{"rough-cut", "r", true}, {"delivery-master", "d", false}}, "r"},
+        {"delivery and master are gone",
+         {{"delivery-master", "d", false}, {"final-master", "f", false}, {"rough-cut", "r", true}},
+         "r"},
+        {"all are gone",
+         {{"delivery-master", "d", false}, {"final-master", "f", false}, {"rough-cut", "r", false}},
+         nullptr},
+        {"an older master does not stand in",
+         {{"final-master", "old", true}, {"final-master", "new", false}},
+         nullptr},
+        {"an older delivery does not stand in for a master",
+         {{"delivery-master", "old", true}, {"delivery-master", "new", false}, {"final-master", "f", true}},
+         "f"},
+        {"the later of two", {{"final-master", "old", true}, {"final-master", "new", true}}, "new"},
+        {"in a directory", {{"delivery-master", "delivery/film.mp4", true}}, "delivery/film.mp4"},
+    };
+    for (const CutRow& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        WorkspaceMaker workspace;
+        for (const Listed& each : row.artifacts) {
+            workspace.list(each.kind, each.path);
+            if (each.exists)
+                workspace.directory.write(each.path, "film");
+        }
+        const std::optional<fs::path> cut = workspace.snapshot.playableCutURL();
+        ASSERT_EQ(cut.has_value(), row.cut != nullptr);
+        if (cut) {
+            EXPECT_EQ(*cut, workspace.directory / row.cut);
+        }
+    }
+}
+
+TEST(Snapshot, TheDiskIsLookedAtEachTime) {
+    WorkspaceMaker workspace;
+    workspace.add("final-master", "f.mp4", "film");
+    const fs::path other = workspace.directory.write("elsewhere/d.mp4", "film");
+    workspace.list("delivery-master", "link.mp4");
+    EXPECT_EQ(workspace.snapshot.playableCutURL(), workspace.directory / "f.mp4");
+    fs::create_symlink(other, workspace.directory / "link.mp4");
+    EXPECT_EQ(workspace.snapshot.playableCutURL(), workspace.directory / "link.mp4");
+    fs::remove(other);
+    EXPECT_EQ(workspace.snapshot.playableCutURL(), workspace.directory / "f.mp4");
+    fs::remove(workspace.directory / "f.mp4");
+    EXPECT_EQ(workspace.snapshot.playableCutURL(), std::nullopt);
+    fs::create_directory(workspace.directory / "f.mp4");
+    EXPECT_EQ(workspace.snapshot.playableCutURL(), workspace.directory / "f.mp4");
+}
+
+TEST(Snapshot, IsComparedOverAllItsMembers) {
+    const WorkspaceMaker workspace;
+    const FilmWorkspaceSnapshot& snapshot = workspace.snapshot;
+    EXPECT_TRUE(snapshot == FilmWorkspaceSnapshot(snapshot));
+    void (*changes[])(FilmWorkspaceSnapshot&) = {
+        [](FilmWorkspaceSnapshot& other) { other.root = "/other"; },
+        [](FilmWorkspaceSnapshot& other) { other.runManifest = "/other/run.json"; },
+        [](FilmWorkspaceSnapshot& other) { other.project.title = "other"; },
+        [](FilmWorkspaceSnapshot& other) { other.productionPlan.reset(); },
+        [](FilmWorkspaceSnapshot& other) { other.treatment = FilmTreatment{}; },
+    };
+    for (const auto change : changes) {
+        FilmWorkspaceSnapshot other = snapshot;
+        change(other);
+        EXPECT_FALSE(other == snapshot);
+    }
+}
+
+TEST(SampleFilm, LoadsWithEverythingInIt) {
+    const FilmWorkspaceSnapshot film = FilmProjectLoader::load(sampleFilm() / "run.json");
+    EXPECT_EQ(film.root, sampleFilm());
+    EXPECT_EQ(film.project.title, "A Lamp for the Late Ferry");
+    EXPECT_EQ(film.project.brief.targetDurationSeconds, 18.0);
+    EXPECT_EQ(film.project.brief.usage, "Sample film");
+    EXPECT_EQ(film.project.brief.mustHaves,
+              (std::vector<std::string>{"Seven lamps", "A ferry that answers"}));
+    EXPECT_EQ(film.project.approvals.size(), 6U);
+    EXPECT_EQ(film.project.departments.size(), 8U);
+    EXPECT_EQ(film.project.shots.size(), 7U);
+    EXPECT_EQ(film.project.reviewRequests.size(), 2U);
+    EXPECT_EQ(film.project.jobs.size(), 19U);
+    EXPECT_EQ(film.project.artifacts.size(), 64U);
+    EXPECT_EQ(film.project.issues.size(), 1U);
+    EXPECT_EQ(film.project.proof.completedCount(), 10);
+    ASSERT_TRUE(film.productionPlan);
+    EXPECT_EQ(film.productionPlan->cast.size(), 3U);
+    EXPECT_EQ(film.productionPlan->locations.size(), 2U);
+    EXPECT_EQ(film.productionPlan->shots.size(), 7U);
+    EXPECT_EQ(film.productionPlan->plannedDurationSeconds, 18.0);
+    ASSERT_TRUE(film.treatment);
+    EXPECT_EQ(film.treatment->beats.size(), 7U);
+    EXPECT_EQ(film.playableCutURL(), sampleFilm() / "delivery/a-lamp-for-the-late-ferry.mp4");
+    for (const FilmArtifact& artifact : film.project.artifacts) {
+        SCOPED_TRACE(artifact.path);
+        std::error_code missing;
+        EXPECT_EQ(fs::file_size(film.artifactURL(artifact), missing),
+                  static_cast<std::uintmax_t>(artifact.bytes));
+    }
+}
+
+} // namespace
+} // namespace kinovane::test

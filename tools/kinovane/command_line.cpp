@@ -1,0 +1,149 @@
+#include "command_line.hpp"
+
+#include <algorithm>
+#include <charconv>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+#include <CLI/CLI.hpp>
+
+#include <kinovane/version.hpp>
+
+namespace kinovane::companion {
+
+namespace {
+
+constexpr unsigned mostWorkers = 256;
+constexpr std::size_t optionColumn = 26;
+
+constexpr const char* workspaceHelp = "The run.json of the film's workspace, or the folder that holds it";
+constexpr const char* jsonHelp = "Print one JSON object instead of text";
+
+constexpr const char* mainFooter = R"(Examples:
+  kinovane inspect my-film/run.json
+  kinovane publish my-film/run.json --vistrel vistrel --dry-run
+
+Exit statuses:
+  0  done
+  1  something unexpected went wrong
+  2  the arguments were not understood
+  3  the workspace could not be read
+  4  the film cannot be handed over: a file is missing, damaged or misplaced, or there is no plan
+  5  Vistrel's program is missing, failed, or gave no proper answer
+  6  a file or folder could not be read or written
+  7  Vistrel refused the film
+)";
+
+constexpr const char* inspectFooter = R"(Example:
+  kinovane inspect my-film/run.json
+)";
+
+constexpr const char* publishFooter = R"(Example:
+  kinovane publish my-film/run.json --vistrel /opt/vistrel/bin/vistrel
+
+Nothing is imported unless every file of the film has the digest that the project
+records for it, and Vistrel has accepted the manifest in a dry run.
+)";
+
+unsigned coresOfThisMachine() { return std::clamp(std::thread::hardware_concurrency(), 1U, mostWorkers); }
+
+std::string complaintAboutWorkers(const std::string& text) {
+    unsigned number = 0;
+    const char* end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    if (error == std::errc() && rest == end && number >= 1 && number <= mostWorkers)
+        return {};
+    return "\"" + text + "\" is not a whole number from 1 to " + std::to_string(mostWorkers);
+}
+
+/// CLI11 ends some messages with a line break of its own.
+std::string trimmed(std::string text) {
+    while (!text.empty() && text.back() == '\n')
+        text.pop_back();
+    return text;
+}
+
+/// CLI11's help begins and ends with varying numbers of empty lines.
+std::string helpText(const CLI::App& app) {
+    const std::string text = app.help();
+    const auto begin = std::min(text.find_first_not_of('\n'), text.size());
+    return trimmed(text.substr(begin)) + "\n";
+}
+
+UsageError usageError(std::string complaint, const std::string& help) {
+    return UsageError(trimmed(std::move(complaint)) + "\nFor help: " + help);
+}
+
+CLI::App* addInspect(CLI::App& app, InspectRequest& request) {
+    CLI::App* command = app.add_subcommand("inspect", "Show what there is to know about a film's workspace")
+                            ->group("Commands");
+    command->add_option("RUN_JSON", request.runManifest, workspaceHelp)->required()->type_name("");
+    command->add_flag("--json", request.json, jsonHelp);
+    command->footer(inspectFooter);
+    return command;
+}
+
+CLI::App* addPublish(CLI::App& app, PublishRequest& request) {
+    CLI::App* command =
+        app.add_subcommand("publish",
+                           "Verify a film's files, write its handoff manifest and import it into Vistrel")
+            ->group("Commands");
+    command->add_option("RUN_JSON", request.runManifest, workspaceHelp)->required()->type_name("");
+    command->add_option("--vistrel", request.vistrel, "Vistrel's command-line program: its name, or its path")
+        ->required()
+        ->type_name("PROGRAM");
+    command
+        ->add_option("--output", request.manifest,
+                     "Where to write the manifest (default: vistrel-handoff.json in the workspace)")
+        ->type_name("MANIFEST");
+    command->add_flag("--dry-run", request.dryRun, "Let Vistrel check the manifest, and import nothing");
+    command
+        ->add_option("--workers", request.workers,
+                     "How many files to verify at once (default: one for each core of this machine)")
+        ->type_name("N")
+        ->check(complaintAboutWorkers);
+    command->add_flag("--json", request.json, jsonHelp);
+    command->footer(publishFooter);
+    return command;
+}
+
+} // namespace
+
+Command parseCommandLine(int argumentCount, const char* const* arguments) {
+    InspectRequest inspectRequest;
+    PublishRequest publishRequest;
+    publishRequest.workers = coresOfThisMachine();
+
+    CLI::App app("Looks into the workspace of a film, and publishes the film to Vistrel.", "kinovane");
+    const auto formatter = app.get_formatter();
+    formatter->column_width(optionColumn);
+    formatter->label("Positionals", "Arguments");
+    formatter->label("SUBCOMMAND", "COMMAND");
+    formatter->label("REQUIRED", "(required)");
+    app.set_help_flag("-h,--help", "Show this help");
+    app.set_version_flag("--version", std::string("kinovane ") + KinovaneCoreVersionString,
+                         "Show the version");
+    app.require_subcommand(1);
+    app.footer(mainFooter);
+    const CLI::App* inspectCommand = addInspect(app, inspectRequest);
+    const CLI::App* publishCommand = addPublish(app, publishRequest);
+    try {
+        app.parse(argumentCount, arguments);
+    } catch (const CLI::CallForHelp&) {
+        return Notice{helpText(app)};
+    } catch (const CLI::CallForVersion& version) {
+        return Notice{trimmed(version.what()) + "\n"};
+    } catch (const CLI::ParseError& error) {
+        if (inspectCommand->parsed())
+            throw usageError(error.what(), "kinovane inspect --help");
+        if (publishCommand->parsed())
+            throw usageError(error.what(), "kinovane publish --help");
+        throw usageError("A command is needed: inspect or publish", "kinovane --help");
+    }
+    if (inspectCommand->parsed())
+        return inspectRequest;
+    return publishRequest;
+}
+
+} // namespace kinovane::companion

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <variant>
+
+#include "inspect.hpp"
+#include "publish.hpp"
+
+namespace kinovane::companion {
+
+/// Text that was asked for instead of work: the help, or the version.
+struct Notice {
+    std::string text;
+};
+
+using Command = std::variant<Notice, InspectRequest, PublishRequest>;
+
+/// Arguments that make no sense.
+class UsageError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Throws UsageError.
+Command parseCommandLine(int argumentCount, const char* const* arguments);
+
+} // namespace kinovane::companion

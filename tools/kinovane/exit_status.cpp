@@ -1,0 +1,79 @@
+#include "exit_status.hpp"
+
+#include <exception>
+#include <filesystem>
+#include <new>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include <kinovane/handoff.hpp>
+#include <kinovane/json.hpp>
+#include <kinovane/tooling.hpp>
+#include <kinovane/workspace.hpp>
+
+#include "command_line.hpp"
+#include "output.hpp"
+#include "publish.hpp"
+
+namespace kinovane::companion {
+
+namespace {
+
+/// What a film maker can use of it: the places and the system's own words, without the name of the call that
+/// failed.
+std::string describe(const std::filesystem::filesystem_error& error) {
+    std::string text;
+    if (!error.path1().empty())
+        text += error.path1().string() + ": ";
+    if (!error.path2().empty())
+        text += error.path2().string() + ": ";
+    return text + error.code().message();
+}
+
+ExitStatus report(ExitStatus status, std::string_view description) {
+    std::string text = "kinovane: " + std::string(description);
+    // An outside program's words usually come with their own line break.
+    if (text.back() != '\n')
+        text += '\n';
+    printMessage(text);
+    return status;
+}
+
+ExitStatus reportByClass() {
+    try {
+        throw;
+    } catch (const UsageError& error) {
+        return report(ExitStatus::usage, error.what());
+    } catch (const FilmProjectError& error) {
+        return report(ExitStatus::workspace, error.errorDescription());
+    } catch (const VistrelHandoffError& error) {
+        return report(ExitStatus::handoff, error.errorDescription());
+    } catch (const JSONEncodingError& error) {
+        return report(ExitStatus::handoff, error.what());
+    } catch (const FilmToolError& error) {
+        return report(ExitStatus::program, error.errorDescription());
+    } catch (const ImportRefused& error) {
+        return report(ExitStatus::refused, error.what());
+    } catch (const std::filesystem::filesystem_error& error) {
+        return report(ExitStatus::fileSystem, describe(error));
+    } catch (const std::system_error& error) {
+        return report(ExitStatus::fileSystem, error.code().message());
+    } catch (const std::bad_alloc&) {
+        return report(ExitStatus::unexpected, "there is not enough memory");
+    } catch (const std::exception& error) {
+        return report(ExitStatus::unexpected, error.what());
+    }
+}
+
+} // namespace
+
+ExitStatus reportCurrentException() noexcept {
+    try {
+        return reportByClass();
+    } catch (...) { // Not even the message could be made; the status still tells that something is wrong.
+        return ExitStatus::unexpected;
+    }
+}
+
+} // namespace kinovane::companion

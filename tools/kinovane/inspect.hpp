@@ -1,0 +1,15 @@
+#pragma once
+
+#include <filesystem>
+
+namespace kinovane::companion {
+
+struct InspectRequest {
+    std::filesystem::path runManifest;
+    bool json = false;
+};
+
+/// Prints what a person wants to know about a workspace. Throws FilmProjectError.
+void inspect(const InspectRequest& request);
+
+} // namespace kinovane::companion

@@ -1,0 +1,133 @@
+#include "publish.hpp"
+
+#include <limits>
+
+#include <kinovane/handoff.hpp>
+#include <kinovane/tooling.hpp>
+#include <kinovane/workspace.hpp>
+
+#include "human_text.hpp"
+#include "json_text.hpp"
+#include "output.hpp"
+#include "verification_line.hpp"
+#include "workspace_summary.hpp"
+
+namespace kinovane::companion {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The steps as a person follows them; silent when one JSON object is wanted at the end.
+class StepReport {
+  public:
+    explicit StepReport(bool silent) : silent_(silent) {}
+
+    void tell(const std::string& step, const std::string& result) const {
+        if (!silent_)
+            printResult(step + std::string(step.size() < column ? column - step.size() : 1, ' ') +
+                        plainText(result) + "\n");
+    }
+
+  private:
+    static constexpr std::size_t column = 10;
+    bool silent_;
+};
+
+VistrelHandoff verifiedHandoff(const FilmWorkspaceSnapshot& workspace, const PublishRequest& request) {
+    VerificationLine line(!request.json);
+    HandoffBuildOptions options;
+    options.workers = request.workers;
+    if (line.shown())
+        options.onProgress = [&](const VerificationProgress& progress) { line.show(progress); };
+    return VistrelHandoffBuilder::build(workspace, workspace.root.string(), std::nullopt, options);
+}
+
+std::int64_t totalBytes(const VistrelHandoff& handoff) {
+    std::int64_t total = 0;
+    for (const VistrelHandoffAsset& asset : handoff.assets)
+        if (__builtin_add_overflow(total, asset.bytes, &total))
+            return std::numeric_limits<std::int64_t>::max();
+    return total;
+}
+
+/// "2 scenes, 7 shots, 57 files", as far as the receipt counts them.
+std::string countsText(const VistrelImportReceipt& receipt) {
+    std::string text;
+    const auto append = [&](const std::optional<std::int64_t>& count, const char* one, const char* many) {
+        if (count)
+            text += (text.empty() ? "" : ", ") + std::to_string(*count) + " " + (*count == 1 ? one : many);
+    };
+    append(receipt.importedScenes, "scene", "scenes");
+    append(receipt.importedShots, "shot", "shots");
+    append(receipt.importedAssets, "file", "files");
+    return text.empty() ? "the film" : text;
+}
+
+void refuseUnlessOK(const VistrelImportReceipt& receipt, const char* refusal) {
+    if (!receipt.ok)
+        throw ImportRefused(refusal);
+}
+
+VistrelImportReceipt checked(const VistrelClient& vistrel, const fs::path& manifest,
+                             const StepReport& report) {
+    auto receipt = vistrel.validate(manifest).get();
+    refuseUnlessOK(receipt, "Vistrel refused the manifest in the dry run. Nothing was imported.");
+    report.tell("Checked", "Vistrel accepts " + countsText(receipt));
+    return receipt;
+}
+
+VistrelImportReceipt imported(const VistrelClient& vistrel, const fs::path& manifest,
+                              const StepReport& report) {
+    auto receipt = vistrel.import(manifest).get();
+    refuseUnlessOK(receipt, "Vistrel refused the import.");
+    report.tell("Imported", countsText(receipt));
+    report.tell("", receipt.projectURL.value_or("project " + receipt.projectId));
+    return receipt;
+}
+
+std::string jsonText(const VistrelHandoff& handoff, const fs::path& manifest, const std::string& digest,
+                     const VistrelImportReceipt& check, const std::optional<VistrelImportReceipt>& import) {
+    const JSONValue document =
+        JSONObject()
+            .add("title", handoff.project.title)
+            .add("verified",
+                 JSONObject().add("files", handoff.assets.size()).add("bytes", totalBytes(handoff)))
+            .add("manifest", JSONObject().add("path", manifest.string()).add("sha256", digest))
+            .add("checked", JSONValue::ready(encodeJSON(check)))
+            .add("imported", import ? JSONValue::ready(encodeJSON(*import)) : JSONValue(nullptr));
+    return document.text() + "\n";
+}
+
+} // namespace
+
+void publish(const PublishRequest& request) {
+    const StepReport report(request.json);
+    const FilmWorkspaceSnapshot workspace = FilmProjectLoader::load(runManifestAt(request.runManifest));
+    // Found out now rather than after gigabytes have been read.
+    FilmToolClient::resolveExecutable(request.vistrel);
+    const VistrelClient vistrel(request.vistrel);
+    report.tell("Loaded", workspace.project.title);
+
+    const VistrelHandoff handoff = verifiedHandoff(workspace, request);
+    report.tell("Verified",
+                countText(handoff.assets.size(), "file", "files") + ", " + sizeText(totalBytes(handoff)));
+
+    // Absolute, so that a name beginning with "-" is not taken for one of the importer's options.
+    const fs::path manifest =
+        fs::absolute(request.manifest.value_or(workspace.root / "vistrel-handoff.json"));
+    const std::string digest = VistrelHandoffBuilder::write(handoff, manifest);
+    report.tell("Written", manifest.string());
+    report.tell("", digest);
+
+    const VistrelImportReceipt check = checked(vistrel, manifest, report);
+    std::optional<VistrelImportReceipt> import;
+    if (request.dryRun)
+        report.tell("Imported", "nothing: this was a dry run");
+    else
+        import = imported(vistrel, manifest, report);
+    if (request.json)
+        printResult(jsonText(handoff, manifest, digest, check, import));
+}
+
+} // namespace kinovane::companion

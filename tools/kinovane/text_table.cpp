@@ -1,0 +1,65 @@
+#include "text_table.hpp"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "human_text.hpp"
+
+namespace kinovane::companion {
+
+namespace {
+
+constexpr std::size_t pageWidth = 100;
+constexpr std::size_t narrowestColumn = 20;
+constexpr std::size_t indent = 2;
+constexpr std::size_t gap = 2;
+
+std::string padding(const std::string& cell, std::size_t width) {
+    return std::string(width - std::min(width, displayWidth(cell)), ' ');
+}
+
+} // namespace
+
+void TextTable::add(std::vector<std::string> cells) {
+    if (cells.size() != columns_.size())
+        throw std::logic_error("a row with another number of cells than there are columns");
+    rows_.push_back(std::move(cells));
+}
+
+std::vector<std::size_t> TextTable::widths() const {
+    std::vector<std::size_t> widths(columns_.size());
+    for (const auto& row : rows_)
+        for (std::size_t column = 0; column < row.size(); ++column)
+            widths[column] = std::max(widths[column], displayWidth(row[column]));
+    return widths;
+}
+
+std::string TextTable::text() const {
+    const std::vector<std::size_t> width = widths();
+    const std::size_t last = columns_.size() - 1;
+    std::size_t lastBegins = indent;
+    for (std::size_t column = 0; column < last; ++column)
+        lastBegins += width[column] + gap;
+    const std::size_t room = std::max(pageWidth - std::min(pageWidth, lastBegins), narrowestColumn);
+
+    std::string text;
+    for (const auto& row : rows_) {
+        std::string line(indent, ' ');
+        for (std::size_t column = 0; column < last; ++column) {
+            const std::string blank = padding(row[column], width[column]);
+            line += columns_[column] == Alignment::left ? row[column] + blank : blank + row[column];
+            line += std::string(gap, ' ');
+        }
+        if (columns_[last] == Alignment::right)
+            line += padding(row[last], width[last]);
+        for (const std::string& piece : wrappedText(row[last], room)) {
+            line += piece;
+            line.erase(line.find_last_not_of(' ') + 1);
+            text += line + "\n";
+            line.assign(lastBegins, ' ');
+        }
+    }
+    return text;
+}
+
+} // namespace kinovane::companion

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace kinovane::companion {
+
+/// Rows of cells in aligned columns. The last column is wrapped to the page.
+class TextTable {
+  public:
+    enum class Alignment { left, right };
+
+    explicit TextTable(std::vector<Alignment> columns) : columns_(std::move(columns)) {}
+
+    /// As many cells as there are columns. Cells must be plain text.
+    void add(std::vector<std::string> cells);
+
+    std::string text() const;
+
+  private:
+    std::vector<std::size_t> widths() const;
+
+    std::vector<Alignment> columns_;
+    std::vector<std::vector<std::string>> rows_;
+};
+
+} // namespace kinovane::companion

@@ -1,0 +1,77 @@
+#include "workspace_summary.hpp"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <iterator>
+#include <limits>
+#include <system_error>
+
+namespace kinovane::companion {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::array<ProofStep, 10> stepsOf(const FilmProof& proof) {
+    return {{{"creation", "creation", proof.creation},
+             {"clips", "clips", proof.clips},
+             {"assembly", "assembly", proof.assembly},
+             {"dialogue", "dialogue", proof.dialogue},
+             {"sound", "sound", proof.sound},
+             {"captions", "captions", proof.captions},
+             {"inspection", "inspection", proof.inspection},
+             {"review", "review", proof.review},
+             {"humanReview", "human review", proof.humanReview},
+             {"delivery", "delivery", proof.delivery}}};
+}
+
+std::int64_t sum(std::int64_t left, std::int64_t right) {
+    std::int64_t result = 0;
+    if (!__builtin_add_overflow(left, right, &result))
+        return result;
+    return right < 0 ? std::numeric_limits<std::int64_t>::min() : std::numeric_limits<std::int64_t>::max();
+}
+
+void count(ArtifactCount& counted, const FilmArtifact& artifact) {
+    ++counted.files;
+    counted.bytes = sum(counted.bytes, artifact.bytes);
+}
+
+/// The film tool closes a request by applying or by dismissing it; whatever else it says, the request is
+/// still open.
+bool isWaiting(const FilmReviewRequest& request) {
+    return !request.appliedAt && request.status != "applied" && request.status != "dismissed";
+}
+
+} // namespace
+
+WorkspaceSummary::WorkspaceSummary(const FilmWorkspaceSnapshot& workspace)
+    : playableCut(workspace.playableCutURL()) {
+    const FilmProject& project = workspace.project;
+    std::ranges::copy_if(stepsOf(project.proof), std::back_inserter(missingSteps),
+                         std::not_fn(&ProofStep::done));
+    for (const FilmShotState& shot : project.shots) {
+        if (shot.status)
+            ++shotsByStatus[*shot.status];
+        else
+            ++shotsWithoutStatus;
+    }
+    for (const FilmArtifact& artifact : project.artifacts) {
+        count(artifactsByKind[artifact.kind], artifact);
+        count(artifacts, artifact);
+    }
+    std::ranges::copy_if(project.issues, std::back_inserter(issues), &FilmIssue::blocking);
+    std::ranges::copy_if(project.issues, std::back_inserter(issues), std::not_fn(&FilmIssue::blocking));
+    std::ranges::copy_if(project.reviewRequests, std::back_inserter(waitingRequests), isWaiting);
+}
+
+fs::path runManifestAt(const fs::path& place) {
+    std::error_code ignored; // Whatever is wrong with the place, the loader says it better.
+    // A folder that itself has the manifest's name is taken at its word, as the loader would.
+    if (place.filename() != "run.json" && fs::is_directory(place, ignored))
+        return place / "run.json";
+    return place;
+}
+
+} // namespace kinovane::companion

@@ -8,6 +8,7 @@
 #include <span>
 #include <stop_token>
 #include <string>
+#include <system_error>
 #include <variant>
 #include <vector>
 
@@ -166,6 +167,21 @@ struct KINOVANE_EXPORT HandoffBuildOptions {
     std::stop_token stop;
 };
 
+/// What was found out about one artifact.
+struct KINOVANE_EXPORT ArtifactOutcome {
+    FilmArtifact artifact;
+    std::optional<VistrelHandoffError> refusal; ///< Why the artifact cannot be handed over.
+    std::error_code failure;                    ///< Why its file could not be read.
+
+    /// Whether the file is where it should be and has the recorded digest.
+    bool sound() const noexcept;
+
+    /// The text to show to a user.
+    std::string description() const;
+
+    bool operator==(const ArtifactOutcome&) const = default;
+};
+
 namespace VistrelHandoffBuilder {
 
 /// Makes the handoff of a workspace that has a production plan. Every artifact of an exported kind is
@@ -182,6 +198,15 @@ namespace VistrelHandoffBuilder {
 KINOVANE_EXPORT VistrelHandoff build(const FilmWorkspaceSnapshot& from, const std::string& projectRoot,
                                      std::optional<std::string> exportedAt = {},
                                      const HandoffBuildOptions& options = {});
+
+/// Examines every artifact of an exported kind as `build` does, and goes on after a bad one: a film maker
+/// sees all damaged files at once. The outcomes are in the order of the project's artifacts. Needs no
+/// production plan.
+///
+/// Throws what the progress callback throws; std::system_error (std::errc::operation_canceled) when a stop
+/// was requested; std::filesystem::filesystem_error when not even the project's directory can be looked at.
+KINOVANE_EXPORT std::vector<ArtifactOutcome> audit(const FilmWorkspaceSnapshot& snapshot,
+                                                   const HandoffBuildOptions& options = {});
 
 /// Writes the manifest (pretty-printed) and returns the digest of the file as it then lies on disk. Missing
 /// parent directories are created. Whoever reads `to` sees the old file or the new one, never a part, and on

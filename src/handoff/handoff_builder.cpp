@@ -1,7 +1,9 @@
 #include <chrono>
 #include <cmath>
 #include <ctime>
+#include <exception>
 #include <unordered_map>
+#include <utility>
 
 #include <kinovane/handoff.hpp>
 
@@ -11,7 +13,7 @@
 #include "common/file_location.hpp"
 #include "common/regular_file.hpp"
 #include "handoff/artifact_examiner.hpp"
-#include "handoff/exported_kinds.hpp"
+#include "handoff/file_digest.hpp"
 #include "handoff/verification.hpp"
 
 namespace kinovane {
@@ -26,12 +28,22 @@ constexpr const char* defaultAspectRatio = "16:9";
 
 using AssetsByPath = std::unordered_map<std::string_view, const VistrelHandoffAsset*>;
 
-std::vector<const FilmArtifact*> exportedArtifacts(const FilmProject& project) {
-    std::vector<const FilmArtifact*> exported;
-    for (const FilmArtifact& artifact : project.artifacts)
-        if (isExportedKind(artifact.kind))
-            exported.push_back(&artifact);
-    return exported;
+/// The assets of a project whose artifacts are all sound; throws what the first bad one threw.
+std::vector<VistrelHandoffAsset> verifiedAssets(const FilmWorkspaceSnapshot& snapshot,
+                                                const HandoffBuildOptions& options) {
+    const std::vector<const FilmArtifact*> artifacts = exportedArtifacts(snapshot.project);
+    std::vector<VistrelHandoffAsset> assets(artifacts.size());
+    std::exception_ptr firstFailure;
+    verify(
+        snapshot.root, artifacts, options,
+        {.onSound = [&](std::size_t index,
+                        ArtifactExaminer& examiner) { assets[index] = examiner.assetOf(*artifacts[index]); },
+         .onBad = [&](std::size_t /*index*/,
+                      std::exception_ptr failure) { firstFailure = std::move(failure); },
+         .firstBadEnds = true});
+    if (firstFailure)
+        std::rethrow_exception(firstFailure);
+    return assets;
 }
 
 AssetsByPath byPath(const std::vector<VistrelHandoffAsset>& assets) {
@@ -128,7 +140,7 @@ VistrelHandoff VistrelHandoffBuilder::build(const FilmWorkspaceSnapshot& from, c
     const FilmProject& project = from.project;
     const FilmProductionPlan& plan = *from.productionPlan;
 
-    std::vector<VistrelHandoffAsset> assets = verifiedAssets(from.root, exportedArtifacts(project), options);
+    std::vector<VistrelHandoffAsset> assets = verifiedAssets(from, options);
     const AssetsByPath assetsByPath = byPath(assets);
 
     VistrelHandoff handoff;
@@ -154,9 +166,7 @@ std::string VistrelHandoffBuilder::write(const VistrelHandoff& handoff, const fs
 
 std::string VistrelHandoffBuilder::sha256(const fs::path& file) {
     RegularFile opened(file);
-    Digest digest;
-    std::vector<std::byte> buffer(digestReadSize);
-    return digestOf(opened, digest, buffer, {});
+    return FileDigest().of(opened);
 }
 
 std::string VistrelHandoffBuilder::sha256(std::span<const std::byte> bytes) { return digestText(bytes); }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <exception>
 #include <limits>
 #include <mutex>
 #include <numeric>
@@ -10,7 +9,7 @@
 #include <thread>
 #include <utility>
 
-#include "handoff/artifact_examiner.hpp"
+#include "handoff/exported_kinds.hpp"
 #include "handoff/project_directory.hpp"
 #include "handoff/verification_progress.hpp"
 
@@ -23,52 +22,51 @@ constexpr std::size_t mostWorkers = 64;
 
 constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 
-/// One verification, shared by its workers. Each takes the next artifact until none is left, or until no
-/// artifact that is left could change the outcome any more.
+/// One verification, shared by its workers. Each takes the next artifact until none is left that matters.
 class Verification {
   public:
     Verification(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
-                 const HandoffBuildOptions& options)
-        : directory_(root), artifacts_(artifacts), options_(options),
-          progress_(artifacts, options.onProgress), order_(artifacts.size()), assets_(artifacts.size()) {
+                 const HandoffBuildOptions& options, const VerificationOutcomes& outcomes)
+        : directory_(root), artifacts_(artifacts), options_(options), outcomes_(outcomes),
+          progress_(artifacts, options.onProgress),
+          workers_(std::clamp<std::size_t>(options.workers, 1,
+                                           std::clamp<std::size_t>(artifacts.size(), 1, mostWorkers))),
+          order_(artifacts.size()) {
         std::iota(order_.begin(), order_.end(), std::size_t{0});
-    }
-
-    std::vector<VistrelHandoffAsset> run() {
-        const std::size_t workers = std::clamp<std::size_t>(
-            options_.workers, 1, std::clamp<std::size_t>(order_.size(), 1, mostWorkers));
         // The largest files first, or the last worker would still be busy with one when the others have
         // nothing left. A single worker keeps the order of the list instead.
-        if (workers > 1)
+        if (workers_ > 1)
             std::sort(order_.begin(), order_.end(), [&](std::size_t left, std::size_t right) {
                 return std::pair(artifacts_[right]->bytes, left) < std::pair(artifacts_[left]->bytes, right);
             });
+    }
+
+    void run() {
         progress_.begin();
         {
             std::vector<std::jthread> others;
-            startOthers(others, workers - 1);
+            startOthers(others);
             work();
         }
         if (interruption_)
             std::rethrow_exception(interruption_);
-        if (failure_)
-            std::rethrow_exception(failure_);
-        return std::move(assets_);
     }
 
   private:
     // A machine without threads to spare gets the work done with fewer.
-    void startOthers(std::vector<std::jthread>& others, std::size_t count) {
+    void startOthers(std::vector<std::jthread>& others) {
         try {
-            while (others.size() < count)
+            while (others.size() + 1 < workers_)
                 others.emplace_back([this] { work(); });
-        } catch (const std::system_error&) { // NOLINT(bugprone-empty-catch): see above
+        } catch (const std::system_error&) {
+            return;
         }
     }
 
     void work() noexcept {
         try {
-            ArtifactExaminer examiner(directory_);
+            // Where every core has a file to hash, a second thread for reading would only be in the way.
+            ArtifactExaminer examiner(directory_, workers_ == 1);
             for (;;) {
                 throwIfStopped();
                 const std::size_t turn = next_++;
@@ -77,6 +75,8 @@ class Verification {
                 if (const std::size_t index = order_[turn]; index < firstBad_)
                     examine(examiner, index);
             }
+        } catch (const Interruption& interruption) {
+            interrupt(interruption.cause);
         } catch (...) {
             interrupt(std::current_exception());
         }
@@ -89,12 +89,13 @@ class Verification {
                 throwIfStopped();
                 report([&] { file.read(bytes); });
             });
-            assets_[index] = examiner.assetOf(*artifacts_[index]);
+            outcomes_.onSound(index, examiner);
         } catch (const Interruption&) {
             throw;
         } catch (...) {
             noteBad(index, std::current_exception());
-            return;
+            if (outcomes_.firstBadEnds)
+                return;
         }
         report([&] { file.done(); });
     }
@@ -123,45 +124,48 @@ class Verification {
 
     void noteBad(std::size_t index, std::exception_ptr failure) {
         const std::lock_guard lock(mutex_);
-        if (index < firstBad_) {
+        if (outcomes_.firstBadEnds) {
+            if (index > firstBad_)
+                return;
             firstBad_ = index;
-            failure_ = std::move(failure);
         }
+        outcomes_.onBad(index, std::move(failure));
     }
 
-    void interrupt(std::exception_ptr exception) noexcept {
-        try {
-            std::rethrow_exception(exception);
-        } catch (const Interruption& interruption) {
-            exception = interruption.cause;
-        } catch (...) { // NOLINT(bugprone-empty-catch): it is kept as it is
-        }
+    void interrupt(std::exception_ptr cause) noexcept {
         const std::lock_guard lock(mutex_);
         if (!interruption_)
-            interruption_ = std::move(exception);
+            interruption_ = std::move(cause);
         interrupted_ = true;
     }
 
     const ProjectDirectory directory_;
     const std::vector<const FilmArtifact*>& artifacts_;
     const HandoffBuildOptions& options_;
+    const VerificationOutcomes& outcomes_;
     ProgressReport progress_;
+    std::size_t workers_;
     std::vector<std::size_t> order_;
-    std::vector<VistrelHandoffAsset> assets_;
     std::atomic<std::size_t> next_ = 0;
     std::atomic<std::size_t> firstBad_ = none;
     std::atomic<bool> interrupted_ = false;
     std::mutex mutex_;
-    std::exception_ptr failure_;      ///< Of the artifact `firstBad_`.
     std::exception_ptr interruption_; ///< A stop, or something else that is not about an artifact.
 };
 
 } // namespace
 
-std::vector<VistrelHandoffAsset> verifiedAssets(const std::filesystem::path& root,
-                                                const std::vector<const FilmArtifact*>& artifacts,
-                                                const HandoffBuildOptions& options) {
-    return Verification(root, artifacts, options).run();
+std::vector<const FilmArtifact*> exportedArtifacts(const FilmProject& project) {
+    std::vector<const FilmArtifact*> exported;
+    for (const FilmArtifact& artifact : project.artifacts)
+        if (isExportedKind(artifact.kind))
+            exported.push_back(&artifact);
+    return exported;
+}
+
+void verify(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
+            const HandoffBuildOptions& options, const VerificationOutcomes& outcomes) {
+    Verification(root, artifacts, options, outcomes).run();
 }
 
 } // namespace kinovane

@@ -1,16 +1,34 @@
 #pragma once
 
+#include <cstddef>
+#include <exception>
+#include <filesystem>
+#include <functional>
 #include <vector>
 
 #include <kinovane/handoff.hpp>
 
+#include "handoff/artifact_examiner.hpp"
+
 namespace kinovane {
 
-/// Examines all these artifacts of a project and gives their assets, in the same order. Throws what examining
-/// the first bad one, in list order, throws; what the progress callback throws; or std::system_error
+/// What is done with the outcomes of a verification. Both are called on the worker that found out, never for
+/// one index twice.
+struct VerificationOutcomes {
+    /// The artifact is sound. An exception out of it makes it a bad one.
+    std::function<void(std::size_t index, ArtifactExaminer& examiner)> onSound;
+    /// Examining the artifact threw this.
+    std::function<void(std::size_t index, std::exception_ptr failure)> onBad;
+    /// Whether only the first bad artifact matters, and those before it.
+    bool firstBadEnds = false;
+};
+
+/// The artifacts of a project that go into a handoff.
+std::vector<const FilmArtifact*> exportedArtifacts(const FilmProject& project);
+
+/// Examines these artifacts of a project. Throws what the progress callback throws, or std::system_error
 /// (operation_canceled) when a stop was requested.
-std::vector<VistrelHandoffAsset> verifiedAssets(const std::filesystem::path& root,
-                                                const std::vector<const FilmArtifact*>& artifacts,
-                                                const HandoffBuildOptions& options);
+void verify(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
+            const HandoffBuildOptions& options, const VerificationOutcomes& outcomes);
 
 } // namespace kinovane

@@ -30,6 +30,6 @@ src/agent_runtime/a.cpp "handoff/project_directory.hpp"
 tools/kinovane/a.cpp "common/utf8.hpp"
 tools/kinovane/a.cpp <boost/json.hpp>
 simulators/vistrel/a.cpp <kinovane/json.hpp>
-examples/a.cpp "common/utf8.hpp"
+examples/a.cpp <boost/json.hpp>
 ROWS
 exit "$failed"

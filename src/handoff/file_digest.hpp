@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "common/digest.hpp"
+#include "common/regular_file.hpp"
+
+namespace kinovane {
+
+/// Computes the digests of files, one after the other, with one buffer for all of them.
+class FileDigest {
+  public:
+    /// Told of every piece of a file after it was read.
+    using OnRead = std::function<void(std::size_t bytes)>;
+
+    FileDigest();
+
+    /// The digest text of the rest of a file. With `readsAhead`, a large one is read on a second thread.
+    /// Throws std::filesystem::filesystem_error, and whatever `onRead` throws.
+    std::string of(RegularFile& file, const OnRead& onRead = {}, bool readsAhead = false);
+
+    /// For other digests between those of files.
+    Digest& digest() noexcept { return digest_; }
+
+  private:
+    bool readAhead(RegularFile& file, const OnRead& onRead);
+
+    Digest digest_;
+    std::vector<std::byte> buffer_;
+};
+
+} // namespace kinovane

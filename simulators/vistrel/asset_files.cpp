@@ -1,11 +1,17 @@
 #include "asset_files.hpp"
 
-#include "digest.hpp"
-#include "json_text.hpp"
-#include "refusal.hpp"
+#include "common/digest.hpp"
+#include "common/json_text.hpp"
+#include "common/refusal.hpp"
 
 namespace vistrel {
 namespace {
+
+using stand_in::Digest;
+using stand_in::File;
+using stand_in::jsonQuoted;
+using stand_in::Refusal;
+using stand_in::refuseForSystem;
 
 constexpr std::size_t pieceSize = std::size_t{1} << 20U;
 
@@ -50,7 +56,7 @@ void AssetFiles::copy(const Asset& asset, const std::filesystem::path& target) {
     file.close();
 }
 
-File AssetFiles::open(const Asset& asset) const {
+stand_in::File AssetFiles::open(const Asset& asset) const {
     std::error_code error;
     const std::filesystem::path resolved = std::filesystem::canonical(root_ / asset.relativePath, error);
     if (error) {

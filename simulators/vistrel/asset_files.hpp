@@ -1,6 +1,6 @@
 #pragma once
 
-#include "file.hpp"
+#include "common/file.hpp"
 #include "manifest.hpp"
 
 #include <filesystem>
@@ -28,8 +28,8 @@ class AssetFiles {
     void copy(const Asset& asset, const std::filesystem::path& target);
 
   private:
-    File open(const Asset& asset) const;
-    void stream(const Asset& asset, File& source, File* target);
+    stand_in::File open(const Asset& asset) const;
+    void stream(const Asset& asset, stand_in::File& source, stand_in::File* target);
 
     std::filesystem::path root_;
     std::vector<char> buffer_;

@@ -1,8 +1,8 @@
 #include "film_library.hpp"
 
-#include "json_text.hpp"
+#include "common/json_text.hpp"
+#include "common/refusal.hpp"
 #include "receipt.hpp"
-#include "refusal.hpp"
 #include "storyboard.hpp"
 
 #include <fcntl.h>
@@ -13,6 +13,13 @@
 
 namespace vistrel {
 namespace {
+
+using stand_in::File;
+using stand_in::jsonQuoted;
+using stand_in::lastSystemError;
+using stand_in::Refusal;
+using stand_in::refuseForSystem;
+using stand_in::writeWholeFile;
 
 namespace fs = std::filesystem;
 

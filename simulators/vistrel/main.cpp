@@ -1,12 +1,12 @@
 #include "asset_files.hpp"
 #include "command_line.hpp"
+#include "common/json_text.hpp"
+#include "common/refusal.hpp"
 #include "film_library.hpp"
-#include "json_text.hpp"
 #include "manifest.hpp"
 #include "manifest_check.hpp"
 #include "misbehaviour.hpp"
 #include "receipt.hpp"
-#include "refusal.hpp"
 
 #include <exception>
 #include <iostream>
@@ -15,6 +15,8 @@
 
 namespace vistrel {
 namespace {
+
+using stand_in::Refusal;
 
 constexpr int refused = 1;
 constexpr int misused = 2;
@@ -57,7 +59,7 @@ int main(int argumentCount, char** argumentValues) {
         const std::vector<std::string_view> all(argumentValues, argumentValues + argumentCount);
         return vistrel::run(std::span(all).subspan(all.empty() ? 0 : 1));
     } catch (const std::filesystem::filesystem_error& error) {
-        std::cerr << "cannot use " << vistrel::jsonQuoted(error.path1().native()) << ": "
+        std::cerr << "cannot use " << stand_in::jsonQuoted(error.path1().native()) << ": "
                   << error.code().message() << '\n';
     } catch (const std::bad_alloc&) {
         std::cerr << "there is not enough memory to import the film\n";

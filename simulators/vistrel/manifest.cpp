@@ -1,14 +1,18 @@
 #include "manifest.hpp"
 
-#include "file.hpp"
-#include "json_text.hpp"
+#include "common/file.hpp"
+#include "common/json_text.hpp"
+#include "common/refusal.hpp"
 #include "record_reader.hpp"
-#include "refusal.hpp"
 
 #include <algorithm>
 
 namespace vistrel {
 namespace {
+
+using stand_in::jsonQuoted;
+using stand_in::readWholeFile;
+using stand_in::Refusal;
 
 namespace json = boost::json;
 
@@ -114,7 +118,9 @@ std::string readContractVersion(const RecordReader& reader) {
 
 } // namespace
 
-std::string readManifestFile(const std::filesystem::path& file) { return readWholeFile(file, sizeLimit); }
+std::string readManifestFile(const std::filesystem::path& file) {
+    return readWholeFile(file, sizeLimit, "a manifest");
+}
 
 Manifest parseManifest(std::string_view text) {
     const json::value document = parseJson(text);

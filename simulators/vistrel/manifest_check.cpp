@@ -1,8 +1,8 @@
 #include "manifest_check.hpp"
 
-#include "digest.hpp"
-#include "json_text.hpp"
-#include "refusal.hpp"
+#include "common/digest.hpp"
+#include "common/json_text.hpp"
+#include "common/refusal.hpp"
 
 #include <algorithm>
 #include <array>
@@ -12,6 +12,10 @@
 
 namespace vistrel {
 namespace {
+
+using stand_in::digestOf;
+using stand_in::jsonQuoted;
+using stand_in::Refusal;
 
 constexpr std::array<std::string_view, 29> importedKinds{
     "cast-master",      "location-master",      "shot-keyframe",   "shot-clip",

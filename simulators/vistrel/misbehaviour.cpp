@@ -1,6 +1,6 @@
 #include "misbehaviour.hpp"
 
-#include "json_text.hpp"
+#include "common/json_text.hpp"
 #include "receipt.hpp"
 
 #include <algorithm>
@@ -11,6 +11,8 @@
 
 namespace vistrel {
 namespace {
+
+using stand_in::jsonQuoted;
 
 Receipt sampleReceipt() {
     return {true, "vistrel_sample", "vistrel_sample_episode_1", 2, 3, 5, "vistrel://projects/vistrel_sample"};

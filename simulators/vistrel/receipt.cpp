@@ -1,11 +1,13 @@
 #include "receipt.hpp"
 
-#include "digest.hpp"
+#include "common/digest.hpp"
 
 #include <boost/json.hpp>
 
 namespace vistrel {
 namespace {
+
+using stand_in::digestOf;
 
 constexpr std::size_t longestName = 40;
 constexpr std::size_t fingerprintDigits = 12;

@@ -1,11 +1,13 @@
 #include "record_reader.hpp"
 
-#include "refusal.hpp"
+#include "common/refusal.hpp"
 
 #include <cmath>
 
 namespace vistrel {
 namespace {
+
+using stand_in::Refusal;
 
 namespace json = boost::json;
 

@@ -1,6 +1,6 @@
 #include "storyboard.hpp"
 
-#include "json_text.hpp"
+#include "common/json_text.hpp"
 #include "receipt.hpp"
 
 #include <algorithm>
@@ -9,6 +9,8 @@
 
 namespace vistrel {
 namespace {
+
+using stand_in::pretty;
 
 namespace json = boost::json;
 

@@ -48,6 +48,18 @@ LayoutOutcome outcomeOfBuild(const FilmWorkspaceSnapshot& snapshot, const std::s
     return {};
 }
 
+LayoutOutcome outcomeOfAudit(const FilmWorkspaceSnapshot& snapshot, const std::string& path) {
+    const ArtifactOutcome outcome = VistrelHandoffBuilder::audit(snapshot).at(0);
+    if (outcome.refusal == VistrelHandoffError(VistrelHandoffError::unsafeArtifactPath{path}))
+        return {Kind::unsafe, {}};
+    if (outcome.refusal == VistrelHandoffError(VistrelHandoffError::missingArtifact{path}))
+        return {Kind::missing, {}};
+    if (outcome.failure)
+        return {Kind::failure, static_cast<std::errc>(outcome.failure.default_error_condition().value())};
+    EXPECT_TRUE(outcome.sound()) << outcome.description();
+    return {Kind::accepted, {}};
+}
+
 TEST(Containment, EveryLayout) {
     ASSERT_GE(containmentLayouts().size(), 40U);
     for (const Layout& layout : containmentLayouts()) {
@@ -59,6 +71,7 @@ TEST(Containment, EveryLayout) {
         {
             const OrdinaryUser user;
             EXPECT_EQ(outcomeOfBuild(snapshot, layout.path), layout.expected);
+            EXPECT_EQ(outcomeOfAudit(snapshot, layout.path), layout.expected);
         }
         EXPECT_EQ(settledCounts(before), before) << "nothing stays open";
     }

@@ -1,8 +1,12 @@
 #include <gmock/gmock.h>
 
-#include "handoff/import_failure.hpp"
+#include <kinovane/handoff.hpp>
+
 #include "support/child_counts.hpp"
+#include "support/recorder.hpp"
 #include "support/sample_film.hpp"
+#include "support/task_failure.hpp"
+#include "support/variable.hpp"
 
 namespace kinovane::test {
 namespace {
@@ -11,32 +15,18 @@ namespace fs = std::filesystem;
 
 using testing::ElementsAre;
 
-std::vector<std::string> recordedArguments(const fs::path& file) {
-    std::vector<std::string> arguments;
-    std::string rest = contentOf(file);
-    for (std::size_t end = rest.find('\0'); end != std::string::npos; end = rest.find('\0')) {
-        arguments.push_back(rest.substr(0, end));
-        rest.erase(0, end + 1);
-    }
-    EXPECT_EQ(rest, "");
-    return arguments;
-}
-
 class VistrelClientArguments : public testing::Test {
   protected:
     std::vector<std::string> validated(const fs::path& manifest) const {
         EXPECT_TRUE(client_.validate(manifest).get().ok);
-        return recordedArguments(record_);
+        return recorder_.arguments();
     }
     std::vector<std::string> imported(const fs::path& manifest) const {
         EXPECT_TRUE(client_.import(manifest).get().ok);
-        return recordedArguments(record_);
+        return recorder_.arguments();
     }
 
-    const TemporaryDirectory directory_;
-    const fs::path record_ = directory_ / "record";
-    const Variable file_{"RECORDER_FILE", record_};
-    const Variable output_{"RECORDER_OUTPUT", R"({"ok":true,"project_id":"p"})"};
+    const Recorder recorder_{R"({"ok":true,"project_id":"p"})"};
     const VistrelClient client_{programPath("recorder")};
 };
 

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "handoff/import_failure.hpp"
+#include <kinovane/handoff.hpp>
+
 #include "support/sample_film.hpp"
+#include "support/task_failure.hpp"
+#include "support/variable.hpp"
 
 namespace kinovane::test {
 namespace {

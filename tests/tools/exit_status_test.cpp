@@ -1,5 +1,4 @@
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,8 +21,11 @@ TEST(ExitStatus, argumentsThatMakeNoSense) {
         std::string complaint, help;
     };
     const std::vector<Row> rows{
-        {"no command", {}, "A command is needed: inspect or publish", "kinovane --help"},
-        {"an unknown command", {"import"}, "A command is needed: inspect or publish", "kinovane --help"},
+        {"no command", {}, "A command is needed: inspect, publish or doctor", "kinovane --help"},
+        {"an unknown command",
+         {"import"},
+         "A command is needed: inspect, publish or doctor",
+         "kinovane --help"},
         {"no workspace", {"inspect"}, "RUN_JSON is required", "kinovane inspect --help"},
         {"two workspaces",
          {"inspect", "a", "b"},
@@ -54,6 +56,14 @@ TEST(ExitStatus, argumentsThatMakeNoSense) {
          {"publish", "a", "--vistrel", "v", "--workers", "two"},
          "--workers: \"two\" is not a whole number from 1 to 256",
          "kinovane publish --help"},
+        {"a workspace for the doctor",
+         {"doctor", "a"},
+         "The following argument was not expected: a",
+         "kinovane doctor --help"},
+        {"a program without its name",
+         {"doctor", "--pi"},
+         "--pi: 1 required PROGRAM missing",
+         "kinovane doctor --help"},
     };
     for (const Row& row : rows)
         EXPECT_EQ(runCompanion(row.arguments),
@@ -68,9 +78,13 @@ TEST(ExitStatus, helpAndVersionAreSuccesses) {
     };
     const std::vector<Row> rows{
         {{"--version"}, "kinovane 1.0\n"},
-        {{"--help"}, "Looks into the workspace of a film, and publishes the film to Vistrel.\n"},
+        {{"--help"},
+         "Looks into the workspace of a film, publishes the film to Vistrel, and shows whether the programs "
+         "for it are there.\n"},
         {{"inspect", "--help"}, "Show what there is to know about a film's workspace\n"},
         {{"publish", "-h"}, "Verify a film's files, write its handoff manifest and import it into Vistrel\n"},
+        {{"doctor", "--help"},
+         "Show which outside programs and models are there, and what to do about those that are not\n"},
     };
     for (const Row& row : rows) {
         const Outcome outcome = runCompanion(row.arguments);
@@ -78,177 +92,6 @@ TEST(ExitStatus, helpAndVersionAreSuccesses) {
         EXPECT_EQ(outcome.err, "");
         EXPECT_EQ(outcome.out.substr(0, row.beginning.size()), row.beginning);
     }
-}
-
-/// A sound film of two files, spoilt by each row in its own way, and published.
-struct Failure {
-    std::string sentence;
-    std::function<void(WorkspaceMaker&)> spoil;
-    int status;
-    std::string message;     ///< "{ROOT}" stands for the workspace's folder.
-    std::string stepsBefore; ///< Those that were told before the failure.
-    std::string program = programPath("vistrel");
-    std::string misbehaviour = {};
-    Arguments more = {};
-};
-
-void expectFailures(const std::vector<Failure>& rows) {
-    for (const Failure& row : rows)
-        for (const bool json : {false, true}) {
-            SCOPED_TRACE(row.sentence + (json ? ", as JSON" : ""));
-            WorkspaceMaker workspace;
-            workspace.add("shot-clip", "clips/s1.mp4", "moving pictures");
-            workspace.add("poster", "poster.png", "a poster");
-            writeDocuments(workspace);
-            if (row.spoil)
-                row.spoil(workspace);
-            const std::string root = workspace.directory.path().string();
-            Arguments arguments{"publish", root, "--vistrel", row.program};
-            for (const std::string& argument : row.more)
-                arguments.push_back(replaced(argument, "{ROOT}", root));
-            if (json)
-                arguments.emplace_back("--json");
-            Outcome outcome =
-                runCompanion(arguments, {{"VISTREL_LIBRARY", ""}, {"VISTREL_MISBEHAVE", row.misbehaviour}});
-            // The digest of the manifest holds the time of day.
-            if (const auto digest = outcome.out.find("sha256:"); digest != std::string::npos)
-                outcome.out.erase(digest, std::string("sha256:").size() + 64);
-            EXPECT_EQ(outcome, (Outcome{row.status, json ? "" : replaced(row.stepsBefore, "{ROOT}", root),
-                                        "kinovane: " + replaced(row.message, "{ROOT}", root) + "\n"}));
-        }
-}
-
-const std::string posterDigest = "sha256:78dbb01dda9ef4c2025686a3e7372fe6e77ac35ac97af8841bd2183b38f5a87c";
-const std::string loaded = "Loaded    t\n";
-const std::string verified = loaded + "Verified  2 files, 23 B\n";
-const std::string written = verified + "Written   {ROOT}/vistrel-handoff.json\n          \n";
-
-void removeFile(const WorkspaceMaker& workspace, const char* name) { fs::remove(workspace.directory / name); }
-
-void changeProject(const WorkspaceMaker& workspace, const std::string& what, const std::string& by) {
-    const std::string project = contentOf(workspace.directory / "film-project.json");
-    workspace.directory.write("film-project.json", replaced(project, what, by));
-}
-
-void listLost(WorkspaceMaker& workspace, const char* path) {
-    workspace.list("poster", path);
-    writeDocuments(workspace);
-}
-
-TEST(ExitStatus, aWorkspaceThatCannotBeRead) {
-    expectFailures({
-        {"no run manifest", [](auto& workspace) { removeFile(workspace, "run.json"); }, 3,
-         "No run.json exists at {ROOT}/run.json.", ""},
-        {"no project", [](auto& workspace) { removeFile(workspace, "film-project.json"); }, 3,
-         "No film-project.json exists at {ROOT}/film-project.json.", ""},
-        {"a foreign contract", [](auto& workspace) { changeProject(workspace, "project.v1", "project.v2"); },
-         3, "Unsupported film contract: quexrun/film-project.v2.", ""},
-        {"a project that lacks something",
-         [](auto& workspace) { changeProject(workspace, "\"title\"", "\"titel\""); }, 3,
-         "The film project could not be read: film-project.json: title is missing", ""},
-    });
-}
-
-TEST(ExitStatus, aFilmThatCannotBeHandedOver) {
-    expectFailures({
-        {"no plan", [](auto& workspace) { removeFile(workspace, "production-plan.json"); }, 4,
-         "An accepted production plan is required before publishing to Vistrel.", loaded},
-        {"a missing file", [](auto& workspace) { listLost(workspace, "lost.png"); }, 4,
-         "The handoff artifact is missing: lost.png", loaded},
-        {"a path that leads out", [](auto& workspace) { listLost(workspace, "../lost.png"); }, 4,
-         "The handoff contains an unsafe artifact path: ../lost.png", loaded},
-        {"a changed file", [](auto& workspace) { workspace.directory.write("poster.png", ""); }, 4,
-         "Artifact hash mismatch for poster.png. Expected " + posterDigest + ", got " +
-             std::string(emptyDigest) + ".",
-         loaded},
-    });
-}
-
-TEST(ExitStatus, anOutsideProgramThatFails) {
-    expectFailures({
-        {"no such program", {}, 5, "Required executable not found: /nowhere/vistrel", "", "/nowhere/vistrel"},
-        {"no such program, noticed before any file is verified",
-         [](auto& workspace) { listLost(workspace, "lost.png"); }, 5,
-         "Required executable not found: /nowhere/vistrel", "", "/nowhere/vistrel"},
-        {"a program that ends badly",
-         {},
-         5,
-         "Film command exited 3.",
-         written,
-         programPath("vistrel"),
-         "exit-3"},
-        {"a program that is killed",
-         {},
-         5,
-         "Film command exited 9.",
-         written,
-         programPath("vistrel"),
-         "killed"},
-        {"a program that explains itself",
-         {},
-         5,
-         "VISTREL_LIBRARY is not set: it names the folder that films are imported into",
-         written + "Checked   Vistrel accepts 1 scene, 1 shot, 2 files\n"},
-        {"a receipt with other keys",
-         {},
-         5,
-         "Film command returned invalid JSON: project_id is missing",
-         written,
-         programPath("vistrel"),
-         "camel-case"},
-        {"an answer that is no receipt",
-         {},
-         5,
-         "Film command returned invalid JSON: line 1, column 1: this is not valid JSON",
-         written,
-         programPath("vistrel"),
-         "not-json"},
-    });
-}
-
-TEST(ExitStatus, aFileSystemThatDoesNotServe) {
-    expectFailures({
-        {"a folder in the place of a file",
-         [](auto& workspace) {
-             removeFile(workspace, "poster.png");
-             fs::create_directory(workspace.directory / "poster.png");
-         },
-         6, "{ROOT}/poster.png: Is a directory", loaded},
-        {"a manifest below a file",
-         {},
-         6,
-         "{ROOT}/run.json: Not a directory",
-         verified,
-         programPath("vistrel"),
-         "",
-         {"--output", "{ROOT}/run.json/handoff.json"}},
-        {"a manifest in the place of a folder",
-         {},
-         6,
-         "{ROOT}/clips: Is a directory",
-         verified,
-         programPath("vistrel"),
-         "",
-         {"--output", "{ROOT}/clips"}},
-    });
-}
-
-TEST(ExitStatus, aRefusal) {
-    expectFailures({
-        {"in the dry run",
-         {},
-         7,
-         "Vistrel refused the manifest in the dry run. Nothing was imported.",
-         written,
-         programPath("vistrel"),
-         "not-ok"},
-        {"in the import",
-         {},
-         7,
-         "Vistrel refused the import.",
-         written + "Checked   Vistrel accepts the film\n",
-         programPath("reluctant_importer")},
-    });
 }
 
 TEST(ExitStatus, aPlaceThatJSONCannotCarry) {

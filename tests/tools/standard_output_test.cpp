@@ -19,6 +19,8 @@ std::vector<std::vector<std::string>> everyCommand(const std::filesystem::path& 
     return {{"--help"},
             {"--version"},
             {"publish", "--help"},
+            {"doctor", "--quexrun", programPath("quexrun")},
+            {"doctor", "--quexrun", programPath("quexrun"), "--json"},
             {"inspect", run.string()},
             {"inspect", run.string(), "--json"},
             {"publish", run.string(), "--vistrel", programPath("vistrel"), "--dry-run", "--output", manifest},

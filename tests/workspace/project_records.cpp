@@ -145,7 +145,7 @@ std::vector<RecordRow> projectRecords() {
         "FilmProject",
         {text("contractVersion"), text("projectId"), text("title"), text("idea"), text("createdAt"),
          text("updatedAt"), text("status"), text("phase"), object("brief", brief.fullDocument()),
-         object("approvals", R"({"gate":)" + approval.fullDocument() + "}"), list("departments", one(task)),
+         map("approvals", R"({"gate":)" + approval.fullDocument() + "}"), list("departments", one(task)),
          list("shots", one(shot)), list("reviewRequests", one(review)), list("jobs", one(job)),
          object("production", production.fullDocument()), list("artifacts", one(artifact)),
          object("proof", proof.fullDocument()), list("issues", one(issue))});

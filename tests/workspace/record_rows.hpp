@@ -1,54 +1,11 @@
 #pragma once
 
-#include <iosfwd>
-#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include <kinovane/json.hpp>
+#include "support/record_rows.hpp"
 
 namespace kinovane::test {
-
-/// A JSON key of a record, with a value that no other key of the record has.
-struct KeyRow {
-    std::string key;
-    std::string_view expected; ///< What a message says that it should have been.
-    std::string value;         ///< As compact JSON.
-    bool optional = false;
-};
-
-/// A text key; its value is the key's own name.
-KeyRow text(std::string key);
-KeyRow integer(std::string key, std::string value);
-KeyRow real(std::string key, std::string value);
-KeyRow boolean(std::string key, std::string value);
-KeyRow list(std::string key, std::string value);
-KeyRow object(std::string key, std::string value);
-KeyRow optional(KeyRow row);
-
-/// A record, with a value for every key, and how it is read and written.
-struct RecordRow {
-    std::string name;
-    std::vector<KeyRow> keys; ///< In declared order.
-    /// What a failed reading says, as "path | message"; nothing when it succeeds.
-    std::optional<std::string> (*refusal)(std::string_view document);
-    /// Whether the document holds the record in which every key has its value.
-    bool (*isFull)(std::string_view document);
-    bool (*equal)(std::string_view one, std::string_view other);
-    /// Reads and writes again; null for a record that is only read.
-    std::string (*rewritten)(std::string_view document, JSONFormat format);
-
-    /// The record as compact JSON with these of its keys.
-    std::string documentOf(const std::vector<KeyRow>& some) const;
-    std::string fullDocument() const { return documentOf(keys); }
-    /// The full record with another value for one key.
-    std::string documentWith(const std::string& key, const std::string& value) const;
-    std::string documentWithout(const std::string& key) const;
-};
-
-/// How a failed test names the record.
-void PrintTo(const RecordRow& row, std::ostream* stream);
 
 std::vector<RecordRow> projectRecords();
 std::vector<RecordRow> planRecords();
@@ -61,26 +18,7 @@ Record fullRecord();
 
 template <class Record>
 RecordRow recordRow(std::string name, std::vector<KeyRow> keys) {
-    RecordRow row{std::move(name), std::move(keys), {}, {}, {}, {}};
-    row.refusal = [](std::string_view document) -> std::optional<std::string> {
-        try {
-            static_cast<void>(decodeJSON<Record>(document));
-            return std::nullopt;
-        } catch (const JSONDecodingError& error) {
-            return error.path() + " | " + error.what();
-        }
-    };
-    row.isFull = [](std::string_view document) {
-        return decodeJSON<Record>(document) == detail::fullRecord<Record>();
-    };
-    row.equal = [](std::string_view one, std::string_view other) {
-        return decodeJSON<Record>(one) == decodeJSON<Record>(other);
-    };
-    if constexpr (JSONWritable<Record>)
-        row.rewritten = [](std::string_view document, JSONFormat format) {
-            return encodeJSON(decodeJSON<Record>(document), format);
-        };
-    return row;
+    return recordRow<Record>(std::move(name), std::move(keys), detail::fullRecord<Record>());
 }
 
 } // namespace kinovane::test

@@ -23,6 +23,7 @@ constexpr const char* jsonHelp = "Print one JSON object instead of text";
 constexpr const char* mainFooter = R"(Examples:
   kinovane inspect my-film/run.json
   kinovane publish my-film/run.json --vistrel vistrel --dry-run
+  kinovane doctor
 
 Exit statuses:
   0  done
@@ -30,7 +31,7 @@ Exit statuses:
   2  the arguments were not understood
   3  the workspace could not be read
   4  the film cannot be handed over: a file is missing, damaged or misplaced, or there is no plan
-  5  Vistrel's program is missing, failed, or gave no proper answer
+  5  an outside program is missing, failed, or gave no proper answer
   6  a file or folder could not be read or written
   7  Vistrel refused the film
 )";
@@ -44,6 +45,13 @@ constexpr const char* publishFooter = R"(Example:
 
 Nothing is imported unless every file of the film has the digest that the project
 records for it, and Vistrel has accepted the manifest in a dry run.
+)";
+
+constexpr const char* doctorFooter = R"(Example:
+  kinovane doctor --film /opt/film/bin/film
+
+Ends with the status 0 when all four programs are there and quexrun answers, and
+otherwise with 5. That no model is installed is told, but is no failure.
 )";
 
 unsigned coresOfThisMachine() { return std::clamp(std::thread::hardware_concurrency(), 1U, mostWorkers); }
@@ -108,14 +116,35 @@ CLI::App* addPublish(CLI::App& app, PublishRequest& request) {
     return command;
 }
 
+CLI::App* addDoctor(CLI::App& app, DoctorRequest& request) {
+    CLI::App* command =
+        app.add_subcommand("doctor", "Show which outside programs and models are there, and what to do about "
+                                     "those that are not")
+            ->group("Commands");
+    const auto addProgram = [&](const std::string& name, std::string& place, const std::string& what) {
+        command->add_option("--" + name, place, what + ": its name, or its path (default: " + name + ")")
+            ->type_name("PROGRAM");
+    };
+    addProgram("film", request.film, "The film tool");
+    addProgram("vistrel", request.vistrel, "Vistrel's command-line program");
+    addProgram("quexrun", request.quexrun, "The local agent runtime");
+    addProgram("pi", request.pi, "The coding agent");
+    command->add_flag("--json", request.json, jsonHelp);
+    command->footer(doctorFooter);
+    return command;
+}
+
 } // namespace
 
 Command parseCommandLine(int argumentCount, const char* const* arguments) {
     InspectRequest inspectRequest;
     PublishRequest publishRequest;
+    DoctorRequest doctorRequest;
     publishRequest.workers = coresOfThisMachine();
 
-    CLI::App app("Looks into the workspace of a film, and publishes the film to Vistrel.", "kinovane");
+    CLI::App app("Looks into the workspace of a film, publishes the film to Vistrel, and shows whether the "
+                 "programs for it are there.",
+                 "kinovane");
     const auto formatter = app.get_formatter();
     formatter->column_width(optionColumn);
     formatter->label("Positionals", "Arguments");
@@ -128,6 +157,7 @@ Command parseCommandLine(int argumentCount, const char* const* arguments) {
     app.footer(mainFooter);
     const CLI::App* inspectCommand = addInspect(app, inspectRequest);
     const CLI::App* publishCommand = addPublish(app, publishRequest);
+    const CLI::App* doctorCommand = addDoctor(app, doctorRequest);
     try {
         app.parse(argumentCount, arguments);
     } catch (const CLI::CallForHelp&) {
@@ -139,10 +169,14 @@ Command parseCommandLine(int argumentCount, const char* const* arguments) {
             throw usageError(error.what(), "kinovane inspect --help");
         if (publishCommand->parsed())
             throw usageError(error.what(), "kinovane publish --help");
-        throw usageError("A command is needed: inspect or publish", "kinovane --help");
+        if (doctorCommand->parsed())
+            throw usageError(error.what(), "kinovane doctor --help");
+        throw usageError("A command is needed: inspect, publish or doctor", "kinovane --help");
     }
     if (inspectCommand->parsed())
         return inspectRequest;
+    if (doctorCommand->parsed())
+        return doctorRequest;
     return publishRequest;
 }
 

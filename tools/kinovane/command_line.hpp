@@ -4,6 +4,7 @@
 #include <string>
 #include <variant>
 
+#include "doctor.hpp"
 #include "inspect.hpp"
 #include "publish.hpp"
 
@@ -14,7 +15,7 @@ struct Notice {
     std::string text;
 };
 
-using Command = std::variant<Notice, InspectRequest, PublishRequest>;
+using Command = std::variant<Notice, InspectRequest, PublishRequest, DoctorRequest>;
 
 /// Arguments that make no sense.
 class UsageError : public std::runtime_error {

@@ -61,9 +61,9 @@ std::string factsText(const FilmWorkspaceSnapshot& workspace, const WorkspaceSum
         {"Running time", plan ? durationText(plan->plannedDurationSeconds) + " planned" : "not planned yet"});
     facts.add({"Treatment", presence(workspace.treatment.has_value())});
     facts.add({"Plan", presence(plan.has_value())});
-    // The place may be longer than the page; it is kept whole, ready to be copied.
-    return facts.text() + "  Playable cut  " +
-           (summary.playableCut ? plainText(summary.playableCut->string()) : "none yet") + "\n";
+    facts.addWhole(
+        {"Playable cut", summary.playableCut ? plainText(summary.playableCut->string()) : "none yet"});
+    return facts.text();
 }
 
 std::string section(const std::string& title, const TextTable& table, bool empty) {

@@ -7,9 +7,21 @@ namespace kinovane::companion {
 namespace {
 
 struct Perform {
-    void operator()(const Notice& notice) const { printResult(notice.text); }
-    void operator()(const InspectRequest& request) const { inspect(request); }
-    void operator()(const PublishRequest& request) const { publish(request); }
+    ExitStatus operator()(const Notice& notice) const {
+        printResult(notice.text);
+        return ExitStatus::success;
+    }
+    ExitStatus operator()(const InspectRequest& request) const {
+        inspect(request);
+        return ExitStatus::success;
+    }
+    ExitStatus operator()(const PublishRequest& request) const {
+        publish(request);
+        return ExitStatus::success;
+    }
+    ExitStatus operator()(const DoctorRequest& request) const {
+        return doctor(request) ? ExitStatus::success : ExitStatus::program;
+    }
 };
 
 } // namespace
@@ -19,8 +31,7 @@ struct Perform {
 int main(int argumentCount, char** arguments) {
     using namespace kinovane::companion;
     try {
-        std::visit(Perform(), parseCommandLine(argumentCount, arguments));
-        return static_cast<int>(ExitStatus::success);
+        return static_cast<int>(std::visit(Perform(), parseCommandLine(argumentCount, arguments)));
     } catch (...) {
         return static_cast<int>(reportCurrentException());
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "human_text.hpp"
 
@@ -20,17 +21,21 @@ std::string padding(const std::string& cell, std::size_t width) {
 
 } // namespace
 
-void TextTable::add(std::vector<std::string> cells) {
+void TextTable::add(std::vector<std::string> cells) { add(std::move(cells), true); }
+
+void TextTable::addWhole(std::vector<std::string> cells) { add(std::move(cells), false); }
+
+void TextTable::add(std::vector<std::string> cells, bool wrapped) {
     if (cells.size() != columns_.size())
         throw std::logic_error("a row with another number of cells than there are columns");
-    rows_.push_back(std::move(cells));
+    rows_.push_back({std::move(cells), wrapped});
 }
 
 std::vector<std::size_t> TextTable::widths() const {
     std::vector<std::size_t> widths(columns_.size());
-    for (const auto& row : rows_)
-        for (std::size_t column = 0; column < row.size(); ++column)
-            widths[column] = std::max(widths[column], displayWidth(row[column]));
+    for (const Row& row : rows_)
+        for (std::size_t column = 0; column < row.cells.size(); ++column)
+            widths[column] = std::max(widths[column], displayWidth(row.cells[column]));
     return widths;
 }
 
@@ -43,7 +48,7 @@ std::string TextTable::text() const {
     const std::size_t room = std::max(pageWidth - std::min(pageWidth, lastBegins), narrowestColumn);
 
     std::string text;
-    for (const auto& row : rows_) {
+    for (const auto& [row, wrapped] : rows_) {
         std::string line(indent, ' ');
         for (std::size_t column = 0; column < last; ++column) {
             const std::string blank = padding(row[column], width[column]);
@@ -52,7 +57,7 @@ std::string TextTable::text() const {
         }
         if (columns_[last] == Alignment::right)
             line += padding(row[last], width[last]);
-        for (const std::string& piece : wrappedText(row[last], room)) {
+        for (const std::string& piece : wrapped ? wrappedText(row[last], room) : std::vector{row[last]}) {
             line += piece;
             line.erase(line.find_last_not_of(' ') + 1);
             text += line + "\n";

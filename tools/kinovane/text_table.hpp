@@ -16,13 +16,22 @@ class TextTable {
     /// As many cells as there are columns. Cells must be plain text.
     void add(std::vector<std::string> cells);
 
+    /// The same, but the last cell keeps its line to itself however long it is, ready to be copied.
+    void addWhole(std::vector<std::string> cells);
+
     std::string text() const;
 
   private:
+    struct Row {
+        std::vector<std::string> cells;
+        bool wrapped;
+    };
+
+    void add(std::vector<std::string> cells, bool wrapped);
     std::vector<std::size_t> widths() const;
 
     std::vector<Alignment> columns_;
-    std::vector<std::vector<std::string>> rows_;
+    std::vector<Row> rows_;
 };
 
 } // namespace kinovane::companion

@@ -1,0 +1,17 @@
+#include "common/refusal.hpp"
+
+#include "common/json_text.hpp"
+
+#include <cerrno>
+#include <string>
+
+namespace stand_in {
+
+void refuseForSystem(std::string_view attempt, const std::filesystem::path& file, std::error_code reason) {
+    throw Refusal("cannot " + std::string(attempt) + " " + jsonQuoted(file.native()) + ": " +
+                  reason.message());
+}
+
+std::error_code lastSystemError() { return {errno, std::system_category()}; }
+
+} // namespace stand_in

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "documents.hpp"
+
+#include <filesystem>
+#include <string>
+
+namespace film {
+
+/// How to start pi on a film: the command, the film's folder to start it in, and what to tell it by
+/// environment variables.
+json::object launchReply(const std::string& pi, const std::string& plugin,
+                         const std::filesystem::path& runManifest);
+
+} // namespace film

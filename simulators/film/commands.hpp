@@ -1,0 +1,17 @@
+#pragma once
+
+#include "command_line.hpp"
+
+#include <filesystem>
+#include <string>
+
+namespace film {
+
+/// The folder of the film that a command is about.
+std::filesystem::path filmFolder(const Command& command);
+
+/// Carries the command out and answers what to print. `cutOff` makes a run die in the middle of its first
+/// step.
+std::string perform(const Command& command, bool cutOff);
+
+} // namespace film

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "documents.hpp"
+
+#include <string_view>
+
+namespace film {
+
+/// The tasks of all departments before anything is done.
+json::array newDepartments();
+
+/// Marks the tasks of a phase as completed, one attempt further.
+void completeTasks(json::object& project, std::string_view phase);
+
+/// Marks the tasks of a phase as to be done again.
+void reopenTasks(json::object& project, std::string_view phase);
+
+} // namespace film

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "workspace.hpp"
+
+#include <string>
+
+namespace film {
+
+/// Undoes the step that was cut off: files that the project does not know are deleted, moved files go back to
+/// where the project knows them, and the plan follows the project. Answers a sentence about what was done.
+std::string recover(Workspace& workspace);
+
+} // namespace film

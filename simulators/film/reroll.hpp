@@ -1,0 +1,13 @@
+#pragma once
+
+#include "workspace.hpp"
+
+#include <string>
+
+namespace film {
+
+/// Puts the current take of a shot aside, with everything that was made from it, and orders a new one.
+/// Answers a sentence about it.
+std::string reroll(Workspace& workspace, const std::string& shotId, const std::string& note);
+
+} // namespace film

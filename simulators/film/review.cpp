@@ -1,0 +1,65 @@
+#include "review.hpp"
+
+#include "common/refusal.hpp"
+#include "phases.hpp"
+#include "review_requests.hpp"
+#include "shots.hpp"
+
+namespace film {
+namespace {
+
+std::string noteOn(const Shot& shot) {
+    return "Stay on the face until the line “" + shot.lines.front().text + "” is over.";
+}
+
+/// Each review has a file of its own, so that earlier ones stay what they were.
+std::string freshPath(Step& step, const std::string& kind) {
+    std::size_t number = countKind(step.project(), kind) + 1;
+    const auto path = [&] { return "review/" + kind + "-" + std::to_string(number) + ".json"; };
+    while (step.has(path())) {
+        ++number;
+    }
+    return path();
+}
+
+} // namespace
+
+void makeReviews(Step& step) {
+    json::array measured;
+    json::array remarks;
+    for (const Shot& shot : shotsOf(step.project(), step.plan())) {
+        measured.emplace_back(json::object{{"shotId", shot.id},
+                                           {"take", shot.take},
+                                           {"durationMilliseconds", shot.milliseconds},
+                                           {"hasClip", step.has(shot.clipPath())}});
+        if (!shot.lines.empty()) {
+            remarks.emplace_back(json::object{{"shotId", shot.id}, {"remark", noteOn(shot)}});
+        }
+    }
+    step.makeJson("technical-review", freshPath(step, "technical-review"), "stand-in-eye",
+                  {{"reviewedAt", step.startedAt()}, {"shots", std::move(measured)}});
+    step.makeJson("creative-review", freshPath(step, "creative-review"), "stand-in-eye",
+                  {{"reviewedAt", step.startedAt()}, {"remarks", std::move(remarks)}});
+}
+
+std::string review(Workspace& workspace) {
+    expectNoJournal(workspace);
+    phaseAfter(textOf(workspace.project(), "phase"));
+    if (latestPath(workspace.project(), "shot-clip").empty()) {
+        throw stand_in::Refusal("There are no clips to review yet.");
+    }
+    Step step(workspace, "review");
+    makeReviews(step);
+    std::size_t requests = 0;
+    for (const Shot& shot : shotsOf(step.project(), step.plan())) {
+        if (shot.lines.empty() || isRequested(step.project(), shot.id, noteOn(shot))) {
+            continue;
+        }
+        addRequest(step.project(), shot.id, noteOn(shot), step.startedAt(), std::nullopt);
+        ++requests;
+    }
+    step.commit();
+    return "The film has been reviewed; " + std::to_string(requests) + " new notes are waiting.";
+}
+
+} // namespace film

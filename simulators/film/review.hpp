@@ -1,0 +1,15 @@
+#pragma once
+
+#include "step.hpp"
+
+#include <string>
+
+namespace film {
+
+/// Looks at the film as it is and records a technical and a creative review of it.
+void makeReviews(Step& step);
+
+/// The reviews, and a review request for every shot in which somebody speaks. Answers a sentence about it.
+std::string review(Workspace& workspace);
+
+} // namespace film

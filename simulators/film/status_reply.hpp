@@ -1,0 +1,10 @@
+#pragma once
+
+#include "workspace.hpp"
+
+namespace film {
+
+/// Where the film stands, computed from its documents.
+json::object statusOf(const Workspace& workspace);
+
+} // namespace film

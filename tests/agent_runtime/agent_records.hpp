@@ -1,0 +1,14 @@
+#pragma once
+
+#include <kinovane/agent_runtime.hpp>
+
+#include "support/record_rows.hpp"
+
+namespace kinovane::test {
+
+RecordRow statusRow();
+
+/// The status in which every key of the row has its value.
+QuexRunAgentStatus fullStatus();
+
+} // namespace kinovane::test

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include <kinovane/handoff.hpp>
+
+#include "support/record_rows.hpp"
+
+namespace kinovane::test {
+
+RecordRow shotRow();
+RecordRow handoffRow();
+
+/// The handoff in which every key of `handoffRow` has its value.
+VistrelHandoff fullHandoff();
+
+/// Compact JSON: an asset, and a shot whose take is this text, or that has none.
+std::string assetOf(const std::string& id);
+std::string shotOfTake(const std::string& take);
+
+} // namespace kinovane::test

@@ -1,0 +1,194 @@
+#include <algorithm>
+#include <functional>
+
+#include <gmock/gmock.h>
+
+#include <kinovane/handoff.hpp>
+
+#include "scenario/production.hpp"
+#include "support/sample_film.hpp"
+#include "support/task_failure.hpp"
+
+namespace kinovane::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+VistrelHandoff built(const FilmWorkspaceSnapshot& film) {
+    HandoffBuildOptions options;
+    options.workers = 2;
+    return VistrelHandoffBuilder::build(film, film.root.string(), Production::planned, options);
+}
+
+/// The tool's receipt tells the truth about the file that it names.
+VistrelHandoff manifestOf(const FilmVistrelExportReceipt& receipt, const Production& production) {
+    const auto handoff = decodeJSON<VistrelHandoff>(contentOf(receipt.manifest));
+    FilmVistrelExportReceipt expected;
+    expected.ok = true;
+    expected.contractVersion = handoff.contractVersion;
+    expected.manifest = receipt.manifest;
+    expected.manifestSha256 = VistrelHandoffBuilder::sha256(fs::path(receipt.manifest));
+    expected.projectId = handoff.source.projectId;
+    expected.shots = static_cast<std::int64_t>(handoff.shots.size());
+    expected.assets = static_cast<std::int64_t>(handoff.assets.size());
+    for (const VistrelHandoffAsset& asset : handoff.assets)
+        expected.bytes += static_cast<std::int64_t>(fs::file_size(production.folder / asset.relativePath));
+    expected.runId = production.film.status(production.run).get().runId;
+    EXPECT_EQ(receipt, expected);
+    return handoff;
+}
+
+/// Of both manifests the importer makes the same film.
+void expectSameFilmInVistrel(const Production& production, const std::vector<fs::path>& manifests,
+                             std::int64_t assets) {
+    const fs::path library = production.directory / "library";
+    const Variable place("VISTREL_LIBRARY", library.string());
+    const VistrelClient vistrel(programPath("vistrel"));
+    std::vector<std::string> storyboards;
+    for (const fs::path& manifest : manifests) {
+        SCOPED_TRACE(manifest);
+        fs::remove_all(library);
+        const VistrelImportReceipt checked = vistrel.validate(manifest).get();
+        EXPECT_FALSE(fs::exists(library));
+        const VistrelImportReceipt receipt = vistrel.import(manifest).get();
+        EXPECT_EQ(receipt, checked);
+        EXPECT_EQ(receipt, (VistrelImportReceipt{true, receipt.projectId, receipt.projectId + "_episode_1", 3,
+                                                 3, assets, "vistrel://projects/" + receipt.projectId}));
+        const fs::path project = library / receipt.projectId;
+        EXPECT_EQ(contentOf(project / "manifest.json"), contentOf(manifest));
+        storyboards.push_back(contentOf(project / "storyboard.json"));
+        for (const VistrelHandoffAsset& asset : decodeJSON<VistrelHandoff>(contentOf(manifest)).assets)
+            EXPECT_EQ(VistrelHandoffBuilder::sha256(project / "assets" / asset.relativePath), asset.sha256);
+    }
+    EXPECT_THAT(storyboards, testing::Each(storyboards.front()));
+}
+
+TEST(Handoff, ToolAndLibraryMakeTheSameOneAtEveryGate) {
+    const Production production;
+    std::int64_t assets = 0;
+    for (const std::string& gate : gates()) {
+        SCOPED_TRACE(gate);
+        production.pass(gate);
+        const FilmWorkspaceSnapshot film = production.checked();
+        assets = static_cast<std::int64_t>(film.project.artifacts.size());
+
+        const fs::path theirs = production.directory / "handed over" / (gate + " by the tool.json");
+        const auto receipt = production.film.exportVistrel(production.run, theirs).get();
+        EXPECT_EQ(receipt.manifest, theirs.string());
+        EXPECT_EQ(receipt.assets, assets);
+        const VistrelHandoff handoff = built(film);
+        EXPECT_EQ(handoff.assets, manifestOf(receipt, production).assets);
+        EXPECT_EQ(encodeJSON(handoff, JSONFormat::pretty),
+                  encodeJSON(manifestOf(receipt, production), JSONFormat::pretty));
+
+        const fs::path ours = production.directory / "handed over" / (gate + ".json");
+        const std::string digest = VistrelHandoffBuilder::write(handoff, ours);
+        EXPECT_EQ(digest, VistrelHandoffBuilder::sha256(ours));
+        expectSameFilmInVistrel(production, {ours, theirs}, assets);
+    }
+    EXPECT_EQ(assets, 42);
+}
+
+TEST(Handoff, TheToolChoosesThePlace) {
+    const Production production;
+    production.passUpTo("delivery");
+    const auto receipt = production.film.exportVistrel(production.run).get();
+    EXPECT_EQ(receipt.manifest, (production.folder / "vistrel-handoff.json").string());
+    EXPECT_EQ(manifestOf(receipt, production), built(FilmProjectLoader::load(production.run)));
+}
+
+TEST(Handoff, APlanAloneIsAStoryboardWithoutPictures) {
+    const Production production;
+    const fs::path manifest = production.directory / "plan.json";
+    const auto receipt = production.film.exportVistrel(production.run, manifest).get();
+    const VistrelHandoff handoff = built(production.checked());
+    EXPECT_EQ(manifestOf(receipt, production), handoff);
+    EXPECT_EQ(handoff.assets.size(), 0U);
+    for (const VistrelHandoffShot& shot : handoff.shots) {
+        EXPECT_EQ(shot.keyframeAssetId, std::nullopt);
+        EXPECT_EQ(shot.clipAssetId, std::nullopt);
+    }
+    expectSameFilmInVistrel(production, {manifest}, 0);
+}
+
+TEST(Handoff, ToolLibraryAndImporterRefuseTheSameFilms) {
+    struct Row {
+        const char* sentence;
+        std::function<void(const fs::path& clip)> damage;
+        std::function<VistrelHandoffError(const FilmArtifact&)> library;
+        const char* tool;
+        const char* importer;
+    };
+    const std::vector<Row> rows{
+        {"a file that was changed",
+         [](const fs::path& clip) { fs::resize_file(clip, fs::file_size(clip) - 1); },
+         [](const FilmArtifact& clip) -> VistrelHandoffError {
+             return VistrelHandoffError::hashMismatch{clip.path, clip.sha256, ""};
+         },
+         "The file \"clips/shot-02.mp4\" is not the one that was recorded.\n", "clips/shot-02.mp4"},
+        {"a file that was taken away", [](const fs::path& clip) { fs::remove(clip); },
+         [](const FilmArtifact& clip) -> VistrelHandoffError {
+             return VistrelHandoffError::missingArtifact{clip.path};
+         },
+         "The file \"clips/shot-02.mp4\" is missing.\n", "clips/shot-02.mp4"},
+        {"a file that was put elsewhere",
+         [](const fs::path& clip) {
+             const fs::path elsewhere = clip.parent_path().parent_path().parent_path() / "elsewhere.mp4";
+             fs::rename(clip, elsewhere);
+             fs::create_symlink(elsewhere, clip);
+         },
+         [](const FilmArtifact& clip) -> VistrelHandoffError {
+             return VistrelHandoffError::unsafeArtifactPath{clip.path};
+         },
+         "The file \"clips/shot-02.mp4\" does not lie inside the film's folder.\n", "clips/shot-02.mp4"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        const Production production;
+        production.passUpTo("frames");
+        const FilmWorkspaceSnapshot film = production.checked();
+        const fs::path manifest = production.directory / "before.json";
+        VistrelHandoffBuilder::write(built(film), manifest);
+        const std::string run = production.run.string();
+
+        row.damage(production.folder / "clips/shot-02.mp4");
+        EXPECT_EQ(errorOf(production.film.exportVistrel(run)),
+                  production.refusal({"export-vistrel", run}, row.tool));
+        EXPECT_FALSE(fs::exists(production.folder / "vistrel-handoff.json"));
+        const auto clip = std::ranges::find(film.project.artifacts, "clips/shot-02.mp4", &FilmArtifact::path);
+        try {
+            built(film);
+            ADD_FAILURE() << "it was built";
+        } catch (const VistrelHandoffError& error) {
+            VistrelHandoffError expected = row.library(*clip);
+            if (const auto* mismatch = std::get_if<VistrelHandoffError::hashMismatch>(&expected.value()))
+                expected = VistrelHandoffError::hashMismatch{
+                    mismatch->path, mismatch->expected,
+                    VistrelHandoffBuilder::sha256(production.folder / mismatch->path)};
+            EXPECT_EQ(error, expected);
+        }
+        const FilmToolError refused = errorOf(VistrelClient(programPath("vistrel")).validate(manifest));
+        const auto* failed = std::get_if<FilmToolError::commandFailed>(&refused.value());
+        ASSERT_NE(failed, nullptr);
+        EXPECT_EQ(failed->result.exitCode, 1);
+        EXPECT_THAT(failed->result.stderr, testing::HasSubstr(row.importer));
+    }
+}
+
+TEST(Handoff, NothingToHandOverWithoutAPlan) {
+    const Production production;
+    fs::remove(production.folder / "production-plan.json");
+    const std::string run = production.run.string();
+    EXPECT_EQ(errorOf(production.film.exportVistrel(run)),
+              production.refusal({"export-vistrel", run},
+                                 "This film has no production plan, so there is nothing to hand over.\n"));
+    try {
+        built(FilmProjectLoader::load(production.run));
+        FAIL() << "it was built";
+    } catch (const VistrelHandoffError& error) {
+        EXPECT_EQ(error, VistrelHandoffError(VistrelHandoffError::productionPlanMissing{}));
+    }
+}
+
+} // namespace
+} // namespace kinovane::test

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include <kinovane/tooling.hpp>
+
+namespace kinovane::test {
+
+/// The error that arrives through a task; nothing when a result does.
+template <class T>
+std::optional<FilmToolError> possibleErrorOf(Task<T> task) {
+    try {
+        static_cast<void>(task.get());
+    } catch (const FilmToolError& error) {
+        return error;
+    }
+    return std::nullopt;
+}
+
+template <class T>
+FilmToolError errorOf(Task<T> task) {
+    if (const auto error = possibleErrorOf(std::move(task)))
+        return *error;
+    throw std::logic_error("the operation succeeded");
+}
+
+/// The error's text; empty when a result arrives.
+template <class T>
+std::string failureOf(Task<T> task) {
+    const auto error = possibleErrorOf(std::move(task));
+    return error ? error->errorDescription() : "";
+}
+
+} // namespace kinovane::test

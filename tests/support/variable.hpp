@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+namespace kinovane::test {
+
+/// A variable of this process, and so of the programs it starts, until the end of the block; without a value
+/// it is taken away for that time.
+class Variable {
+  public:
+    Variable(const char* name, const std::optional<std::string>& value) : name_(name) {
+        if (const char* former = std::getenv(name))
+            former_ = former;
+        set(value);
+    }
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+    ~Variable() { set(former_); }
+
+  private:
+    void set(const std::optional<std::string>& value) const {
+        if (value)
+            ::setenv(name_, value->c_str(), 1);
+        else
+            ::unsetenv(name_);
+    }
+
+    const char* name_;
+    std::optional<std::string> former_;
+};
+
+} // namespace kinovane::test

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <kinovane/tooling.hpp>
+
+namespace kinovane::test {
+
+/// A call of the film tool.
+struct CommandRow {
+    std::string sentence;
+    std::string reply; ///< What the tool has to print for the call to succeed.
+    /// Makes the call, waits for its end and gives the text of its error; empty when it succeeds.
+    std::function<std::string(const FilmToolClient&)> failure;
+    std::vector<std::string> arguments; ///< What the tool must be started with.
+    /// What the tool must have besides this process's environment.
+    std::map<std::string, std::string> environment = {};
+    bool decodes = true; ///< Whether the tool's reply is read.
+};
+
+/// Every call that runs the tool, with every optional absent and present.
+std::vector<CommandRow> commandRows();
+
+} // namespace kinovane::test

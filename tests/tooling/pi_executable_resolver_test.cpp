@@ -1,0 +1,177 @@
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <kinovane/tooling.hpp>
+
+#include "support/temporary_directory.hpp"
+#include "support/variable.hpp"
+#include "tooling/pi_copies.hpp"
+#include "tooling/user_database.hpp"
+
+namespace kinovane::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const char* const rootInHome = "Library/Application Support/QuexRun/agents/pi";
+
+/// The path that was found, or the description of the error.
+std::string found(const std::string& command) {
+    try {
+        return PiExecutableResolver::resolve(command).string();
+    } catch (const FilmToolError& error) {
+        return error.errorDescription();
+    }
+}
+
+std::string notFound(const std::string& command) { return "Required executable not found: " + command; }
+
+/// Somebody whose home the user database knows. The environment's HOME is another, with a newer copy of pi,
+/// and PATH is a directory "bin", empty at first.
+class PiResolver : public testing::Test {
+  protected:
+    PiResolver() {
+        fs::create_directories(place / "bin");
+        installPi(place / "other home" / rootInHome, "99.0");
+    }
+
+    void SetUp() override {
+        for (const char* directory : {"/opt/homebrew/bin", "/usr/local/bin", "/usr/bin", "/bin"})
+            ASSERT_FALSE(fs::exists(fs::path(directory) / "pi"))
+                << "a pi of this machine's own is in the way";
+    }
+
+    std::string install(const std::string& version) const { return installPi(root, version).string(); }
+
+    std::string addProgram(const std::string& name) const {
+        fs::permissions(place.write(name, "never run"), fs::perms::owner_all);
+        return (place / name).string();
+    }
+
+    const TemporaryDirectory place;
+    UserDatabase users{(place / "home").string()};
+    const fs::path root = place / "home" / rootInHome;
+    const Variable home{"HOME", (place / "other home").string()};
+    const Variable path{"PATH", (place / "bin").string()};
+};
+
+TEST_F(PiResolver, TheNewestInstalledCopy) {
+    install("1.10.0");
+    install("1.9.3");
+    install("latest");
+    install(".99");
+    const std::string newest = install("v2.0");
+    EXPECT_EQ(found("pi"), newest);
+    fs::permissions(newest, fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_EQ(found("pi"), (root / "1.10.0/pi/pi").string());
+    fs::remove_all(root / "1.10.0");
+    EXPECT_EQ(found("pi"), (root / "1.9.3/pi/pi").string());
+    fs::remove_all(root / "1.9.3");
+    EXPECT_EQ(found("pi"), (root / "latest/pi/pi").string());
+    fs::remove_all(root / "latest");
+    EXPECT_EQ(found("pi"), notFound("pi"));
+}
+
+TEST_F(PiResolver, TheSearchPathWins) {
+    install("99.9");
+    const std::string onPath = addProgram("bin/pi");
+    EXPECT_EQ(found("pi"), onPath);
+    fs::permissions(onPath, fs::perms::owner_read);
+    EXPECT_EQ(found("pi"), (root / "99.9/pi/pi").string());
+}
+
+TEST_F(PiResolver, WithoutASearchPath) {
+    const Variable none("PATH", std::nullopt);
+    const std::string copy = install("1.0");
+    EXPECT_EQ(found("pi"), copy);
+}
+
+TEST_F(PiResolver, OnlyTheBareNameFallsBack) {
+    install("1.0");
+    const std::string nul("pi\0", 3);
+    for (const std::string& command :
+         {std::string("Pi"), std::string("PI"), std::string(" pi"), std::string("pi "), std::string("pi\n"),
+          std::string("/x/pi"), std::string("./pi"), std::string("~/pi"), std::string("pi/pi"),
+          std::string("pi/"), std::string("~pi"), std::string("p"), std::string("pi2"), std::string(), nul}) {
+        SCOPED_TRACE(command);
+        EXPECT_EQ(found(command), notFound(command));
+        EXPECT_THROW(
+            {
+                try {
+                    (void)PiExecutableResolver::resolve(command);
+                } catch (const FilmToolError& error) {
+                    EXPECT_EQ(error, FilmToolError(FilmToolError::executableNotFound{command}));
+                    throw;
+                }
+            },
+            FilmToolError);
+    }
+}
+
+TEST_F(PiResolver, OtherCommandsAreFoundLikeAnyProgram) {
+    install("1.0");
+    const std::string other = addProgram("bin/Pi");
+    EXPECT_EQ(found("Pi"), other);
+    const std::string elsewhere = addProgram("elsewhere/pi");
+    EXPECT_EQ(found(elsewhere), elsewhere);
+    const std::string atHome = addProgram("home/bin/pi");
+    EXPECT_EQ(found("~/bin/pi"), atHome);
+}
+
+TEST_F(PiResolver, NothingAnywhere) {
+    EXPECT_EQ(found("pi"), "Required executable not found: pi");
+    fs::create_directories(root);
+    EXPECT_EQ(found("pi"), "Required executable not found: pi");
+    fs::remove(root);
+    std::ofstream(root) << "a file in place of the directory";
+    EXPECT_EQ(found("pi"), "Required executable not found: pi");
+}
+
+TEST_F(PiResolver, TheDefaultRoot) {
+    EXPECT_EQ(PiExecutableResolver::defaultRoot(), root);
+    EXPECT_EQ(PiExecutableResolver::bundledCandidates(), std::vector<fs::path>());
+    const std::string older = install("1.9");
+    const std::string newer = install("1.10");
+    EXPECT_EQ(PiExecutableResolver::bundledCandidates(), (std::vector<fs::path>{newer, older}));
+}
+
+TEST_F(PiResolver, AUserWithALongEntry) {
+    const std::string copy = install("1.0");
+    users.bufferNeeded = 100'000;
+    EXPECT_EQ(found("pi"), copy);
+}
+
+// Somebody whom the database does not know has no other home than the one in the environment.
+TEST_F(PiResolver, AUserWhomTheDatabaseDoesNotKnow) {
+    const std::string copyOfHome = (place / "other home" / rootInHome / "99.0/pi/pi").string();
+    install("1.0");
+    struct Row {
+        const char* sentence;
+        std::optional<std::string> home;
+        int error;
+        std::size_t bufferNeeded;
+    };
+    for (const Row& row : {Row{"no entry", std::nullopt, 0, 0}, Row{"an entry without a home", "", 0, 0},
+                           Row{"a broken database", place / "home", EIO, 0},
+                           Row{"an entry without end", place / "home", 0, std::size_t{1} << 40U}}) {
+        SCOPED_TRACE(row.sentence);
+        users.home = row.home;
+        users.error = row.error;
+        users.bufferNeeded = row.bufferNeeded;
+        EXPECT_EQ(found("pi"), copyOfHome);
+        for (const auto& value : {std::optional<std::string>(), std::optional<std::string>("")}) {
+            const Variable none("HOME", value);
+            EXPECT_EQ(PiExecutableResolver::defaultRoot(), fs::path("/") / rootInHome);
+        }
+    }
+}
+
+} // namespace
+
+} // namespace kinovane::test

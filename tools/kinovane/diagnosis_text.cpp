@@ -1,0 +1,193 @@
+#include "diagnosis_text.hpp"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "human_text.hpp"
+#include "json_text.hpp"
+#include "text_table.hpp"
+
+namespace kinovane::companion {
+
+namespace {
+
+using enum TextTable::Alignment;
+
+constexpr const char* modelAdvice = "Install a model that quexrun can start.";
+constexpr const char* noAnswer = "  not known, because quexrun gave no answer\n";
+
+std::string summaryText(const Diagnosis& diagnosis) {
+    const std::size_t count = diagnosis.complaints();
+    if (count == 0)
+        return "All four programs are there, and quexrun answers.\n";
+    if (count == diagnosis.programs().size())
+        return "All four programs are missing or do not answer.\n";
+    return std::to_string(count) + " of the four programs " +
+           (count == 1 ? "is missing or does" : "are missing or do") + " not answer.\n";
+}
+
+/// An outside program's words may take several lines, and end with a line break.
+std::vector<std::string> plainLines(std::string_view text) {
+    text = text.substr(0, text.find_last_not_of('\n') + 1);
+    std::vector<std::string> lines;
+    for (;;) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        lines.push_back(plainText(text.substr(0, end)));
+        if (end == text.size())
+            return lines;
+        text.remove_prefix(end + 1);
+    }
+}
+
+std::string programsText(const Diagnosis& diagnosis) {
+    TextTable table({left, left, left});
+    for (const ProgramFinding* program : diagnosis.programs()) {
+        std::string role = program->role;
+        if (program->place)
+            table.addWhole({std::exchange(role, ""), "found", plainText(program->place->string())});
+        if (program->complaint) {
+            const auto& [description, advice] = *program->complaint;
+            std::string state = program->place ? "FAILING" : "MISSING";
+            for (const std::string& line : plainLines(description))
+                table.addWhole({std::exchange(role, ""), std::exchange(state, ""), line});
+            table.add({"", "", advice});
+        }
+    }
+    return "\nPrograms\n" + table.text();
+}
+
+const char* originText(PiOrigin origin) {
+    switch (origin) {
+    case PiOrigin::searchPath:
+        return "on the search path";
+    case PiOrigin::namedPlace:
+        return "named with --pi";
+    case PiOrigin::installedCopy:
+        break;
+    }
+    return "installed copy";
+}
+
+const char* choiceText(const std::optional<PiOrigin>& origin) {
+    if (!origin)
+        return "  Installed copies are used only for the name \"pi\".\n";
+    switch (*origin) {
+    case PiOrigin::searchPath:
+        return "  What is on the search path comes before the installed copies.\n";
+    case PiOrigin::namedPlace:
+        return "  What is named with --pi comes before the installed copies.\n";
+    case PiOrigin::installedCopy:
+        break;
+    }
+    return "  There is no pi on the search path, so the newest installed copy is used.\n";
+}
+
+std::string copiesText(const Diagnosis& diagnosis) {
+    if (!diagnosis.piOrigin && diagnosis.installedPis.empty())
+        return "\nCopies of pi\n  none\n";
+    TextTable table({left, left, left});
+    bool fromCopies = diagnosis.piOrigin == PiOrigin::installedCopy;
+    if (diagnosis.piOrigin && diagnosis.pi.place && !fromCopies)
+        table.addWhole({"USED", originText(*diagnosis.piOrigin), plainText(diagnosis.pi.place->string())});
+    for (const std::filesystem::path& copy : diagnosis.installedPis)
+        table.addWhole({std::exchange(fromCopies, false) ? "USED" : "", originText(PiOrigin::installedCopy),
+                        plainText(copy.string())});
+    return "\nCopies of pi\n" + table.text() + choiceText(diagnosis.piOrigin);
+}
+
+std::string yesOrNo(bool value) { return value ? "yes" : "no"; }
+
+std::string modelsText(const std::optional<QuexRunAgentStatus>& agent) {
+    if (!agent)
+        return std::string("\nModels\n") + noAnswer;
+    auto best = agent->bestInstalledModel();
+    TextTable table({left, left, left, left, left, right, left});
+    table.add({"", "name", "id", "installed", "startable", "memory", "engine"});
+    for (const QuexRunAgentModel& model : agent->models) {
+        const bool marked = best == model;
+        if (marked) // The same model may be listed twice; the first of them counts.
+            best.reset();
+        table.add({marked ? "BEST" : "", plainText(model.displayName), plainText(model.id),
+                   yesOrNo(model.installed), yesOrNo(model.startableByQuexRun),
+                   std::to_string(model.recommendedUnifiedMemoryGB) + " GB", plainText(model.servingEngine)});
+    }
+    std::string text = "\nModels\n" + (agent->models.empty() ? "  none\n" : table.text());
+    if (!agent->bestInstalledModel())
+        text += std::string("  No model is both installed and startable by quexrun. ") + modelAdvice + "\n";
+    return text;
+}
+
+std::string agentPiText(const std::optional<QuexRunAgentStatus>& agent) {
+    const char* title = "\nWhat quexrun says of its own pi\n";
+    if (!agent)
+        return std::string(title) + noAnswer;
+    TextTable table({left, left});
+    table.add({"Installed", yesOrNo(agent->pi.installed)});
+    table.add({"Version", plainText(agent->pi.version.value_or("not given"))});
+    table.addWhole({"Place", plainText(agent->pi.path.value_or("not given"))});
+    return title + table.text();
+}
+
+JSONObject programJSON(const ProgramFinding& program) {
+    const auto& complaint = program.complaint;
+    return JSONObject()
+        .add("name", program.name)
+        .add("path", program.place ? JSONValue(program.place->string()) : JSONValue(nullptr))
+        .add("error", complaint ? JSONValue(complaint->description) : JSONValue(nullptr))
+        .add("advice", complaint ? JSONValue(complaint->advice) : JSONValue(nullptr));
+}
+
+JSONValue originJSON(const std::optional<PiOrigin>& origin) {
+    if (!origin)
+        return nullptr;
+    switch (*origin) {
+    case PiOrigin::searchPath:
+        return "search-path";
+    case PiOrigin::namedPlace:
+        return "named-place";
+    case PiOrigin::installedCopy:
+        break;
+    }
+    return "installed-copy";
+}
+
+JSONValue agentJSON(const std::optional<QuexRunAgentStatus>& agent) {
+    if (!agent)
+        return nullptr;
+    const auto best = agent->bestInstalledModel();
+    JSONList models;
+    for (const QuexRunAgentModel& model : agent->models)
+        models.add(JSONValue::ready(encodeJSON(model)));
+    return JSONObject()
+        .add("models", models)
+        .add("bestInstalledModel", best ? JSONValue(best->id) : JSONValue(nullptr))
+        .add("advice", best ? JSONValue(nullptr) : JSONValue(modelAdvice))
+        .add("pi", JSONValue::ready(encodeJSON(agent->pi)));
+}
+
+} // namespace
+
+std::string humanText(const Diagnosis& diagnosis) {
+    return summaryText(diagnosis) + programsText(diagnosis) + copiesText(diagnosis) +
+           modelsText(diagnosis.agent) + agentPiText(diagnosis.agent);
+}
+
+std::string jsonText(const Diagnosis& diagnosis) {
+    JSONObject programs;
+    for (const ProgramFinding* program : diagnosis.programs())
+        programs.add(program->role, programJSON(*program));
+    JSONList copies;
+    for (const std::filesystem::path& copy : diagnosis.installedPis)
+        copies.add(copy.string());
+    const JSONValue document =
+        JSONObject()
+            .add("ok", diagnosis.complaints() == 0)
+            .add("programs", programs)
+            .add("pi",
+                 JSONObject().add("origin", originJSON(diagnosis.piOrigin)).add("installedCopies", copies))
+            .add("agent", agentJSON(diagnosis.agent));
+    return document.text() + "\n";
+}
+
+} // namespace kinovane::companion

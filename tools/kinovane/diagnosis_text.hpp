@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "diagnosis.hpp"
+
+namespace kinovane::companion {
+
+/// The diagnosis as a person reads it.
+std::string humanText(const Diagnosis& diagnosis);
+
+/// The diagnosis as one line with one JSON object. Throws JSONEncodingError for a path that is not UTF-8.
+std::string jsonText(const Diagnosis& diagnosis);
+
+} // namespace kinovane::companion

@@ -157,7 +157,7 @@ TEST(Agent, TheRuntimeOffersTheLargestModelThatItCanStart) {
     ToolLog log(production);
     production.approve("plan");
     log.news();
-    production.film.advance(production.run, status.pi.path, "quexrun", status.bestInstalledModel()->id).get();
+    production.film.advance(production.run, status.pi.path, "quexrun", best.id).get();
     EXPECT_EQ(log.news(), R"("arguments":["run",")" + production.run.string() +
                               R"(","--pi-command","/usr/local/bin/pi"],"piCommand":"/usr/local/bin/pi",)"
                               R"("piProvider":"quexrun","piModel":"heron-32b-q4"})"

@@ -1,13 +1,9 @@
-#include <algorithm>
-#include <functional>
-
 #include <gmock/gmock.h>
 
 #include <kinovane/handoff.hpp>
 
 #include "scenario/production.hpp"
 #include "support/sample_film.hpp"
-#include "support/task_failure.hpp"
 
 namespace kinovane::test {
 namespace {
@@ -109,85 +105,6 @@ TEST(Handoff, APlanAloneIsAStoryboardWithoutPictures) {
         EXPECT_EQ(shot.clipAssetId, std::nullopt);
     }
     expectSameFilmInVistrel(production, {manifest}, 0);
-}
-
-TEST(Handoff, ToolLibraryAndImporterRefuseTheSameFilms) {
-    struct Row {
-        const char* sentence;
-        std::function<void(const fs::path& clip)> damage;
-        std::function<VistrelHandoffError(const FilmArtifact&)> library;
-        const char* tool;
-        const char* importer;
-    };
-    const std::vector<Row> rows{
-        {"a file that was changed",
-         [](const fs::path& clip) { fs::resize_file(clip, fs::file_size(clip) - 1); },
-         [](const FilmArtifact& clip) -> VistrelHandoffError {
-             return VistrelHandoffError::hashMismatch{clip.path, clip.sha256, ""};
-         },
-         "The file \"clips/shot-02.mp4\" is not the one that was recorded.\n", "clips/shot-02.mp4"},
-        {"a file that was taken away", [](const fs::path& clip) { fs::remove(clip); },
-         [](const FilmArtifact& clip) -> VistrelHandoffError {
-             return VistrelHandoffError::missingArtifact{clip.path};
-         },
-         "The file \"clips/shot-02.mp4\" is missing.\n", "clips/shot-02.mp4"},
-        {"a file that was put elsewhere",
-         [](const fs::path& clip) {
-             const fs::path elsewhere = clip.parent_path().parent_path().parent_path() / "elsewhere.mp4";
-             fs::rename(clip, elsewhere);
-             fs::create_symlink(elsewhere, clip);
-         },
-         [](const FilmArtifact& clip) -> VistrelHandoffError {
-             return VistrelHandoffError::unsafeArtifactPath{clip.path};
-         },
-         "The file \"clips/shot-02.mp4\" does not lie inside the film's folder.\n", "clips/shot-02.mp4"},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.sentence);
-        const Production production;
-        production.passUpTo("frames");
-        const FilmWorkspaceSnapshot film = production.checked();
-        const fs::path manifest = production.directory / "before.json";
-        VistrelHandoffBuilder::write(built(film), manifest);
-        const std::string run = production.run.string();
-
-        row.damage(production.folder / "clips/shot-02.mp4");
-        EXPECT_EQ(errorOf(production.film.exportVistrel(run)),
-                  production.refusal({"export-vistrel", run}, row.tool));
-        EXPECT_FALSE(fs::exists(production.folder / "vistrel-handoff.json"));
-        const auto clip = std::ranges::find(film.project.artifacts, "clips/shot-02.mp4", &FilmArtifact::path);
-        try {
-            built(film);
-            ADD_FAILURE() << "it was built";
-        } catch (const VistrelHandoffError& error) {
-            VistrelHandoffError expected = row.library(*clip);
-            if (const auto* mismatch = std::get_if<VistrelHandoffError::hashMismatch>(&expected.value()))
-                expected = VistrelHandoffError::hashMismatch{
-                    mismatch->path, mismatch->expected,
-                    VistrelHandoffBuilder::sha256(production.folder / mismatch->path)};
-            EXPECT_EQ(error, expected);
-        }
-        const FilmToolError refused = errorOf(VistrelClient(programPath("vistrel")).validate(manifest));
-        const auto* failed = std::get_if<FilmToolError::commandFailed>(&refused.value());
-        ASSERT_NE(failed, nullptr);
-        EXPECT_EQ(failed->result.exitCode, 1);
-        EXPECT_THAT(failed->result.stderr, testing::HasSubstr(row.importer));
-    }
-}
-
-TEST(Handoff, NothingToHandOverWithoutAPlan) {
-    const Production production;
-    fs::remove(production.folder / "production-plan.json");
-    const std::string run = production.run.string();
-    EXPECT_EQ(errorOf(production.film.exportVistrel(run)),
-              production.refusal({"export-vistrel", run},
-                                 "This film has no production plan, so there is nothing to hand over.\n"));
-    try {
-        built(FilmProjectLoader::load(production.run));
-        FAIL() << "it was built";
-    } catch (const VistrelHandoffError& error) {
-        EXPECT_EQ(error, VistrelHandoffError(VistrelHandoffError::productionPlanMissing{}));
-    }
 }
 
 } // namespace

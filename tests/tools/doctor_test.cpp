@@ -161,10 +161,11 @@ TEST(Doctor, aQuexrunThatGivesNoAnswer) {
          invalid + "line 1, column 13: the document ends too early\n" + update},
     };
     const std::string before =
-        one + "\nPrograms\n" + widened(film + vistrel + quexrun) + "           FAILING  ";
-    const std::string after = widened(pi) + piOnPath + unanswered;
+        filledIn(one + "\nPrograms\n" + widened(film + vistrel + quexrun) + "           FAILING  ");
+    const std::string after = filledIn(widened(pi) + piOnPath + unanswered);
     for (const Row& row : rows)
-        EXPECT_EQ(runDoctor({}, row.environment), (Outcome{5, filledIn(before + row.words + after), ""}))
+        EXPECT_EQ(runDoctor({}, row.environment),
+                  (Outcome{5, std::string(before).append(row.words).append(after), ""}))
             << row.sentence;
 }
 

@@ -75,7 +75,7 @@ class TaskState final : public TaskCore {
     T take() {
         rethrowError();
         if constexpr (!std::is_void_v<T>)
-            return std::move(*value_);
+            return std::move(*value_); // NOLINT(*-unchecked-optional-access): else there is an error
     }
 
   private:

@@ -21,10 +21,10 @@ TEST(ExitStatus, argumentsThatMakeNoSense) {
         std::string complaint, help;
     };
     const std::vector<Row> rows{
-        {"no command", {}, "A command is needed: inspect, publish or doctor", "kinovane --help"},
+        {"no command", {}, "A command is needed: inspect, verify, publish or doctor", "kinovane --help"},
         {"an unknown command",
          {"import"},
-         "A command is needed: inspect, publish or doctor",
+         "A command is needed: inspect, verify, publish or doctor",
          "kinovane --help"},
         {"no workspace", {"inspect"}, "RUN_JSON is required", "kinovane inspect --help"},
         {"two workspaces",
@@ -56,6 +56,15 @@ TEST(ExitStatus, argumentsThatMakeNoSense) {
          {"publish", "a", "--vistrel", "v", "--workers", "two"},
          "--workers: \"two\" is not a whole number from 1 to 256",
          "kinovane publish --help"},
+        {"nothing to verify", {"verify"}, "RUN_JSON is required", "kinovane verify --help"},
+        {"no workers to verify",
+         {"verify", "a", "--workers", "0"},
+         "--workers: \"0\" is not a whole number from 1 to 256",
+         "kinovane verify --help"},
+        {"an option of another command",
+         {"verify", "a", "--dry-run"},
+         "The following argument was not expected: --dry-run",
+         "kinovane verify --help"},
         {"a workspace for the doctor",
          {"doctor", "a"},
          "The following argument was not expected: a",
@@ -79,9 +88,10 @@ TEST(ExitStatus, helpAndVersionAreSuccesses) {
     const std::vector<Row> rows{
         {{"--version"}, "kinovane 1.0\n"},
         {{"--help"},
-         "Looks into the workspace of a film, publishes the film to Vistrel, and shows whether the programs "
-         "for it are there.\n"},
+         "Looks into the workspace of a film, verifies its files, publishes the film to Vistrel, and shows "
+         "whether the programs for it are there.\n"},
         {{"inspect", "--help"}, "Show what there is to know about a film's workspace\n"},
+        {{"verify", "--help"}, "Examine every file that is handed over, and show all that are damaged\n"},
         {{"publish", "-h"}, "Verify a film's files, write its handoff manifest and import it into Vistrel\n"},
         {{"doctor", "--help"},
          "Show which outside programs and models are there, and what to do about those that are not\n"},

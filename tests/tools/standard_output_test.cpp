@@ -23,6 +23,8 @@ std::vector<std::vector<std::string>> everyCommand(const std::filesystem::path& 
             {"doctor", "--quexrun", programPath("quexrun"), "--json"},
             {"inspect", run.string()},
             {"inspect", run.string(), "--json"},
+            {"verify", run.string()},
+            {"verify", run.string(), "--json"},
             {"publish", run.string(), "--vistrel", programPath("vistrel"), "--dry-run", "--output", manifest},
             {"publish", run.string(), "--vistrel", programPath("vistrel"), "--dry-run", "--json", "--output",
              manifest}};

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <pty.h>
 #include <sys/ioctl.h>
@@ -85,9 +86,17 @@ Screen runOnTerminal(const std::vector<std::string>& arguments, unsigned short c
     return screen;
 }
 
-std::vector<std::string> publishing(const WorkspaceMaker& workspace, std::vector<std::string> more = {}) {
-    std::vector<std::string> arguments{"publish", workspace.snapshot.runManifest.string(), "--vistrel",
-                                       programPath("vistrel"), "--dry-run"};
+using Arguments = std::vector<std::string>;
+
+Arguments publishing(const WorkspaceMaker& workspace, const Arguments& more = {}) {
+    Arguments arguments{"publish", workspace.snapshot.runManifest.string(), "--vistrel",
+                        programPath("vistrel"), "--dry-run"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return arguments;
+}
+
+Arguments verifying(const WorkspaceMaker& workspace, const Arguments& more = {}) {
+    Arguments arguments{"verify", workspace.snapshot.runManifest.string()};
     arguments.insert(arguments.end(), more.begin(), more.end());
     return arguments;
 }
@@ -99,27 +108,39 @@ void fill(WorkspaceMaker& workspace) {
 
 const std::vector<std::string> nothing{""};
 
+/// How fast this machine is, is its own affair.
+const std::string rateAndNothingLeft = ", [0-9.]+ [kMGTPE]?B/s, 0:00 left";
+
 TEST(VerificationLine, isDrawnOnATerminalAndGoneAfterwards) {
     WorkspaceMaker workspace;
     fill(workspace);
     writeDocuments(workspace);
-    const Screen screen = runOnTerminal(publishing(workspace), 80);
-    EXPECT_EQ(screen.status, 0);
-    ASSERT_GE(screen.drawn.size(), 2U);
-    EXPECT_EQ(screen.drawn.front(), "Verifying   0%  0 of 2 files, 0 B of 2.0 kB");
-    EXPECT_EQ(screen.drawn.back(), "Verifying 100%  2 of 2 files, 2.0 kB of 2.0 kB");
-    EXPECT_EQ(screen.lines, nothing);
+    for (const Arguments& arguments : {publishing(workspace), verifying(workspace)}) {
+        SCOPED_TRACE(arguments.front());
+        const Screen screen = runOnTerminal(arguments, 80);
+        EXPECT_EQ(screen.status, 0);
+        ASSERT_GE(screen.drawn.size(), 2U);
+        EXPECT_EQ(screen.drawn.front(), "[----------]   0%  0 of 2 files, 0 B of 2.0 kB");
+        EXPECT_THAT(screen.drawn.back(),
+                    testing::MatchesRegex("\\[##########\\] 100%  2 of 2 files, 2.0 kB of 2.0 kB" +
+                                          rateAndNothingLeft));
+        EXPECT_EQ(screen.lines, nothing);
+    }
 }
 
 TEST(VerificationLine, neverReachesTheEdgeOfTheTerminal) {
     WorkspaceMaker workspace;
     fill(workspace);
     writeDocuments(workspace);
-    const Screen screen = runOnTerminal(publishing(workspace), 20);
-    EXPECT_EQ(screen.status, 0);
-    ASSERT_FALSE(screen.drawn.empty());
-    EXPECT_EQ(screen.drawn.front(), "Verifying   0%  0 o");
-    EXPECT_EQ(screen.lines, nothing);
+    for (const Arguments& arguments : {publishing(workspace), verifying(workspace)}) {
+        SCOPED_TRACE(arguments.front());
+        const Screen screen = runOnTerminal(arguments, 20);
+        EXPECT_EQ(screen.status, 0);
+        ASSERT_FALSE(screen.drawn.empty());
+        EXPECT_EQ(screen.drawn.front(), "  0%  0 of 2 files");
+        EXPECT_EQ(screen.drawn.back(), "100%  2 of 2 files");
+        EXPECT_EQ(screen.lines, nothing);
+    }
 }
 
 TEST(VerificationLine, makesRoomForAMessage) {
@@ -130,19 +151,35 @@ TEST(VerificationLine, makesRoomForAMessage) {
     const Screen screen = runOnTerminal(publishing(workspace, {"--workers", "1"}), 80);
     EXPECT_EQ(screen.status, 4);
     ASSERT_FALSE(screen.drawn.empty());
-    EXPECT_EQ(screen.drawn.front(), "Verifying   0%  0 of 3 files, 0 B of 2.0 kB");
-    EXPECT_EQ(screen.lines,
-              (std::vector<std::string>{"kinovane: The handoff artifact is missing: lost.m4a", ""}));
+    EXPECT_EQ(screen.drawn.front(), "[----------]   0%  0 of 3 files, 0 B of 2.0 kB");
+    EXPECT_EQ(screen.lines, (Arguments{"kinovane: The handoff artifact is missing: lost.m4a", ""}));
+}
+
+TEST(VerificationLine, goesOnToTheEndAfterADamagedFile) {
+    WorkspaceMaker workspace;
+    workspace.list("score", "lost.m4a");
+    fill(workspace);
+    writeDocuments(workspace);
+    const Screen screen = runOnTerminal(verifying(workspace, {"--workers", "1"}), 80);
+    EXPECT_EQ(screen.status, 4);
+    ASSERT_FALSE(screen.drawn.empty());
+    EXPECT_THAT(
+        screen.drawn.back(),
+        testing::MatchesRegex("\\[##########\\] 100%  3 of 3 files, 2.0 kB of 2.0 kB" + rateAndNothingLeft));
+    EXPECT_EQ(screen.lines, nothing);
 }
 
 TEST(VerificationLine, isNotDrawnWhenAProgramWantsJSON) {
     WorkspaceMaker workspace;
     fill(workspace);
     writeDocuments(workspace);
-    const Screen screen = runOnTerminal(publishing(workspace, {"--json"}), 80);
-    EXPECT_EQ(screen.status, 0);
-    EXPECT_EQ(screen.drawn, std::vector<std::string>{});
-    EXPECT_EQ(screen.lines, nothing);
+    for (const Arguments& arguments : {publishing(workspace, {"--json"}), verifying(workspace, {"--json"})}) {
+        SCOPED_TRACE(arguments.front());
+        const Screen screen = runOnTerminal(arguments, 80);
+        EXPECT_EQ(screen.status, 0);
+        EXPECT_EQ(screen.drawn, Arguments{});
+        EXPECT_EQ(screen.lines, nothing);
+    }
 }
 
 } // namespace

@@ -22,6 +22,7 @@ constexpr const char* jsonHelp = "Print one JSON object instead of text";
 
 constexpr const char* mainFooter = R"(Examples:
   kinovane inspect my-film/run.json
+  kinovane verify my-film/run.json
   kinovane publish my-film/run.json --vistrel vistrel --dry-run
   kinovane doctor
 
@@ -38,6 +39,17 @@ Exit statuses:
 
 constexpr const char* inspectFooter = R"(Example:
   kinovane inspect my-film/run.json
+)";
+
+constexpr const char* verifyFooter = R"(Example:
+  kinovane verify my-film/run.json
+
+Ends with the status 0 when every file is sound, with 4 when a file is missing, changed
+or misplaced, and with 6 when the only trouble is files that could not be read.
+
+With --json: {"files": how many were verified, "bytes": their size as the project
+records it, "sound": how many are sound, "damaged": [{"path", "kind", "description"}]},
+where "kind" is missing, mismatch, unsafe or unreadable.
 )";
 
 constexpr const char* publishFooter = R"(Example:
@@ -92,6 +104,26 @@ CLI::App* addInspect(CLI::App& app, InspectRequest& request) {
     return command;
 }
 
+void addWorkers(CLI::App& command, unsigned& workers) {
+    workers = coresOfThisMachine();
+    command
+        .add_option("--workers", workers,
+                    "How many files to verify at once (default: one for each core of this machine)")
+        ->type_name("N")
+        ->check(complaintAboutWorkers);
+}
+
+CLI::App* addVerify(CLI::App& app, VerifyRequest& request) {
+    CLI::App* command =
+        app.add_subcommand("verify", "Examine every file that is handed over, and show all that are damaged")
+            ->group("Commands");
+    command->add_option("RUN_JSON", request.runManifest, workspaceHelp)->required()->type_name("");
+    addWorkers(*command, request.workers);
+    command->add_flag("--json", request.json, jsonHelp);
+    command->footer(verifyFooter);
+    return command;
+}
+
 CLI::App* addPublish(CLI::App& app, PublishRequest& request) {
     CLI::App* command =
         app.add_subcommand("publish",
@@ -106,11 +138,7 @@ CLI::App* addPublish(CLI::App& app, PublishRequest& request) {
                      "Where to write the manifest (default: vistrel-handoff.json in the workspace)")
         ->type_name("MANIFEST");
     command->add_flag("--dry-run", request.dryRun, "Let Vistrel check the manifest, and import nothing");
-    command
-        ->add_option("--workers", request.workers,
-                     "How many files to verify at once (default: one for each core of this machine)")
-        ->type_name("N")
-        ->check(complaintAboutWorkers);
+    addWorkers(*command, request.workers);
     command->add_flag("--json", request.json, jsonHelp);
     command->footer(publishFooter);
     return command;
@@ -138,13 +166,14 @@ CLI::App* addDoctor(CLI::App& app, DoctorRequest& request) {
 
 Command parseCommandLine(int argumentCount, const char* const* arguments) {
     InspectRequest inspectRequest;
+    VerifyRequest verifyRequest;
     PublishRequest publishRequest;
     DoctorRequest doctorRequest;
-    publishRequest.workers = coresOfThisMachine();
 
-    CLI::App app("Looks into the workspace of a film, publishes the film to Vistrel, and shows whether the "
-                 "programs for it are there.",
-                 "kinovane");
+    CLI::App app(
+        "Looks into the workspace of a film, verifies its files, publishes the film to Vistrel, and shows "
+        "whether the programs for it are there.",
+        "kinovane");
     const auto formatter = app.get_formatter();
     formatter->column_width(optionColumn);
     formatter->label("Positionals", "Arguments");
@@ -156,6 +185,7 @@ Command parseCommandLine(int argumentCount, const char* const* arguments) {
     app.require_subcommand(1);
     app.footer(mainFooter);
     const CLI::App* inspectCommand = addInspect(app, inspectRequest);
+    const CLI::App* verifyCommand = addVerify(app, verifyRequest);
     const CLI::App* publishCommand = addPublish(app, publishRequest);
     const CLI::App* doctorCommand = addDoctor(app, doctorRequest);
     try {
@@ -167,14 +197,18 @@ Command parseCommandLine(int argumentCount, const char* const* arguments) {
     } catch (const CLI::ParseError& error) {
         if (inspectCommand->parsed())
             throw usageError(error.what(), "kinovane inspect --help");
+        if (verifyCommand->parsed())
+            throw usageError(error.what(), "kinovane verify --help");
         if (publishCommand->parsed())
             throw usageError(error.what(), "kinovane publish --help");
         if (doctorCommand->parsed())
             throw usageError(error.what(), "kinovane doctor --help");
-        throw usageError("A command is needed: inspect, publish or doctor", "kinovane --help");
+        throw usageError("A command is needed: inspect, verify, publish or doctor", "kinovane --help");
     }
     if (inspectCommand->parsed())
         return inspectRequest;
+    if (verifyCommand->parsed())
+        return verifyRequest;
     if (doctorCommand->parsed())
         return doctorRequest;
     return publishRequest;

@@ -7,6 +7,7 @@
 #include "doctor.hpp"
 #include "inspect.hpp"
 #include "publish.hpp"
+#include "verify.hpp"
 
 namespace kinovane::companion {
 
@@ -15,7 +16,7 @@ struct Notice {
     std::string text;
 };
 
-using Command = std::variant<Notice, InspectRequest, PublishRequest, DoctorRequest>;
+using Command = std::variant<Notice, InspectRequest, VerifyRequest, PublishRequest, DoctorRequest>;
 
 /// Arguments that make no sense.
 class UsageError : public std::runtime_error {

@@ -13,6 +13,8 @@ namespace kinovane::companion {
 /// Throws JSONEncodingError for text that is not UTF-8 and for numbers that are not finite.
 class JSONValue {
   public:
+    // A value is made of whatever is added to an object or a list.
+    // NOLINTBEGIN(google-explicit-constructor)
     JSONValue(std::nullptr_t /*null*/) : text_("null") {}
     template <std::same_as<bool> Boolean>
     JSONValue(Boolean value) : text_(value ? "true" : "false") {}
@@ -26,6 +28,7 @@ class JSONValue {
     template <class Value>
     JSONValue(const std::optional<Value>& value)
         : JSONValue(value ? JSONValue(*value) : JSONValue(nullptr)) {}
+    // NOLINTEND(google-explicit-constructor)
 
     /// A value that is JSON already.
     static JSONValue ready(std::string text);
@@ -42,6 +45,7 @@ class JSONValue {
 class JSONObject {
   public:
     JSONObject& add(std::string_view key, const JSONValue& value);
+    // NOLINTNEXTLINE(google-explicit-constructor): it is added like any other value
     operator JSONValue() const { return JSONValue::ready("{" + members_ + "}"); }
 
   private:
@@ -51,6 +55,7 @@ class JSONObject {
 class JSONList {
   public:
     JSONList& add(const JSONValue& value);
+    // NOLINTNEXTLINE(google-explicit-constructor): it is added like any other value
     operator JSONValue() const { return JSONValue::ready("[" + values_ + "]"); }
 
   private:

@@ -15,6 +15,7 @@ struct Perform {
         inspect(request);
         return ExitStatus::success;
     }
+    ExitStatus operator()(const VerifyRequest& request) const { return verify(request); }
     ExitStatus operator()(const PublishRequest& request) const {
         publish(request);
         return ExitStatus::success;

@@ -38,8 +38,7 @@ VistrelHandoff verifiedHandoff(const FilmWorkspaceSnapshot& workspace, const Pub
     VerificationLine line(!request.json);
     HandoffBuildOptions options;
     options.workers = request.workers;
-    if (line.shown())
-        options.onProgress = [&](const VerificationProgress& progress) { line.show(progress); };
+    options.onProgress = line.callback();
     return VistrelHandoffBuilder::build(workspace, workspace.root.string(), std::nullopt, options);
 }
 

@@ -33,11 +33,6 @@ std::int64_t sum(std::int64_t left, std::int64_t right) {
     return right < 0 ? std::numeric_limits<std::int64_t>::min() : std::numeric_limits<std::int64_t>::max();
 }
 
-void count(ArtifactCount& counted, const FilmArtifact& artifact) {
-    ++counted.files;
-    counted.bytes = sum(counted.bytes, artifact.bytes);
-}
-
 /// The film tool closes a request by applying or by dismissing it; whatever else it says, the request is
 /// still open.
 bool isWaiting(const FilmReviewRequest& request) {
@@ -45,6 +40,11 @@ bool isWaiting(const FilmReviewRequest& request) {
 }
 
 } // namespace
+
+void ArtifactCount::add(const FilmArtifact& artifact) {
+    ++files;
+    bytes = sum(bytes, artifact.bytes);
+}
 
 WorkspaceSummary::WorkspaceSummary(const FilmWorkspaceSnapshot& workspace)
     : playableCut(workspace.playableCutURL()) {
@@ -58,8 +58,8 @@ WorkspaceSummary::WorkspaceSummary(const FilmWorkspaceSnapshot& workspace)
             ++shotsWithoutStatus;
     }
     for (const FilmArtifact& artifact : project.artifacts) {
-        count(artifactsByKind[artifact.kind], artifact);
-        count(artifacts, artifact);
+        artifactsByKind[artifact.kind].add(artifact);
+        artifacts.add(artifact);
     }
     std::ranges::copy_if(project.issues, std::back_inserter(issues), &FilmIssue::blocking);
     std::ranges::copy_if(project.issues, std::back_inserter(issues), std::not_fn(&FilmIssue::blocking));

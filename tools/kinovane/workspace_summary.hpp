@@ -22,6 +22,8 @@ struct ProofStep {
 struct ArtifactCount {
     std::uint64_t files = 0;
     std::int64_t bytes = 0; ///< As recorded; sums stop at the ends of their range.
+
+    void add(const FilmArtifact& artifact);
 };
 
 /// What is counted and chosen from a workspace before it is shown.

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <filesystem>
+
+#include "exit_status.hpp"
+
+namespace kinovane::companion {
+
+struct VerifyRequest {
+    std::filesystem::path runManifest;
+    unsigned workers = 1;
+    bool json = false;
+};
+
+/// Examines every file that is handed over and prints which of them are damaged, in the project's order. They
+/// are the result, and no exception: the status is `handoff` when a file is missing, changed or misplaced,
+/// and `fileSystem` when the only trouble is files that could not be read.
+///
+/// Throws FilmProjectError and std::filesystem::filesystem_error.
+ExitStatus verify(const VerifyRequest& request);
+
+} // namespace kinovane::companion

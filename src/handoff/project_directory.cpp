@@ -70,9 +70,9 @@ ProjectDirectory::ProjectDirectory(const fs::path& root) : root_(fs::absolute(ro
 }
 
 RegularFile ProjectDirectory::open(const std::string& path) const {
-    const VistrelHandoffError unsafe(VistrelHandoffError::unsafeArtifactPath{path});
+    const auto unsafe = [&] { return VistrelHandoffError(VistrelHandoffError::unsafeArtifactPath{path}); };
     if (path.starts_with('/') || climbs(path) || holdsNUL(path))
-        throw unsafe;
+        throw unsafe();
 
     const fs::path location = root_ / path;
     if (walk_.descriptor() >= 0)
@@ -85,7 +85,7 @@ RegularFile ProjectDirectory::open(const std::string& path) const {
         // Where the way could not be followed to its end, it is the place reached so far that counts.
         const bool outside = !walk.isInside(walk_) && !(error && walk.isAt(walk_));
         if (outside && !isChange(error))
-            throw unsafe;
+            throw unsafe();
         if (!error && !walk.arrived())
             throw VistrelHandoffError(VistrelHandoffError::missingArtifact{path});
         if (!error) {

@@ -11,7 +11,7 @@ while read -r file include; do
     mkdir -p "$tree"/{include/kinovane,src/{common,workspace,tooling,handoff}}
     mkdir -p "$tree/$(dirname "$file")"
     echo "#include $include" >"$tree/$file"
-    if output=$("$check" "$tree") || [ "$output" != "$file:1: $(sed -E 's,(include|tools|simulators|examples|src/[a-z_]+)/.*,\1,' <<<"$file") may not include $include" ]; then
+    if output=$("$check" "$tree") || [ "$output" != "$file:1: $(sed -E 's,(include|tools|simulators|examples|benchmarks|src/[a-z_]+)/.*,\1,' <<<"$file") may not include $include" ]; then
         echo "not found as it should be: $include in $file; the check said: $output"
         failed=1
     fi
@@ -31,5 +31,6 @@ tools/kinovane/a.cpp "common/utf8.hpp"
 tools/kinovane/a.cpp <boost/json.hpp>
 simulators/vistrel/a.cpp <kinovane/json.hpp>
 examples/a.cpp <boost/json.hpp>
+benchmarks/a.cpp "common/utf8.hpp"
 ROWS
 exit "$failed"

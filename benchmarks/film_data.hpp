@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <kinovane/handoff.hpp>
+
+namespace kinovane::benchmarks {
+
+/// A folder that is made anew, and removed at the end unless it is to be kept.
+class DataFolder {
+  public:
+    DataFolder(std::filesystem::path place, bool keep);
+    ~DataFolder();
+    DataFolder(const DataFolder&) = delete;
+    DataFolder& operator=(const DataFolder&) = delete;
+
+    const std::filesystem::path& path() const noexcept { return place_; }
+
+  private:
+    std::filesystem::path place_;
+    bool keep_;
+};
+
+/// A finished film and its media files, one artifact each, all sound.
+struct MediaFilm {
+    FilmWorkspaceSnapshot snapshot;
+    std::vector<std::filesystem::path> files; ///< In the order of the artifacts.
+    std::uint64_t bytes = 0;                  ///< Of all files together.
+};
+
+/// Writes one file of each size below `root`, to the disk, so that no writing is left for later.
+MediaFilm makeMediaFilm(const std::filesystem::path& root, const std::vector<std::size_t>& sizes);
+
+/// A project document of about this many bytes, laid out as the film tool does; nearly all of it artifacts.
+std::string projectDocument(std::size_t bytes);
+
+/// A handoff with this many shots and assets, each shot with a line of dialogue and a sound effect.
+VistrelHandoff longHandoff(std::size_t shots, std::size_t assets);
+
+} // namespace kinovane::benchmarks

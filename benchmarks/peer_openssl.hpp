@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+/// SHA-256 with libcrypto and nothing around it.
+namespace kinovane::benchmarks {
+
+/// Hashes this many bytes out of one warm buffer of 1 MiB: as fast as it gets without files.
+void hashInMemory(std::uint64_t bytes);
+
+/// The same on two threads, half of the bytes each.
+void hashInMemoryOnTwoThreads(std::uint64_t bytes);
+
+/// For each file: open, fstat, read, hash, close. One context and one buffer serve all of them.
+void hashFilesBare(const std::vector<std::filesystem::path>& files);
+
+/// Hashes one text.
+void hashText(std::string_view text);
+
+} // namespace kinovane::benchmarks

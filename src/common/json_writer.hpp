@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include <kinovane/json.hpp>
 
@@ -56,6 +57,18 @@ class Writer {
         return order;
     }
 
+    /// A member's key as it stands in the document, quotes and colon included. Keys hold nothing to be
+    /// escaped.
+    template <std::size_t index, class R>
+    static consteval auto keyText() {
+        constexpr std::string_view key = std::get<index>(Table<R>::fields).key;
+        constexpr std::string_view end = pretty ? "\": " : "\":";
+        std::array<char, 1 + key.size() + end.size()> text{'"'};
+        std::copy(key.begin(), key.end(), text.begin() + 1);
+        std::copy(end.begin(), end.end(), text.end() - end.size());
+        return text;
+    }
+
     template <class T>
     void put(const T& value, const Cursor* cursor) {
         if constexpr (std::is_same_v<T, std::string>) {
@@ -88,9 +101,8 @@ class Writer {
         const auto& member = record.*row.member;
         const auto putMember = [&](const auto& value) {
             separate();
-            document_ += '"';
-            document_ += row.key;
-            document_ += pretty ? "\": " : "\":";
+            static constexpr auto key = keyText<index, R>();
+            document_.append(key.data(), key.size());
             const Cursor inner{cursor, row.key, 0, false};
             put(value, &inner);
         };
@@ -134,26 +146,31 @@ class Writer {
     }
 
     void separate() {
-        if (!first_)
+        const bool comma = !std::exchange(first_, false);
+        if constexpr (pretty)
+            newLine(comma);
+        else if (comma)
             document_ += ',';
-        first_ = false;
-        newLine();
     }
 
     void close(char bracket) {
-        if constexpr (pretty)
+        if constexpr (pretty) {
             --depth_;
-        if (!first_)
-            newLine();
+            if (!first_)
+                newLine(false);
+        }
         document_ += bracket;
         first_ = false;
     }
 
-    void newLine() {
-        if constexpr (pretty) {
-            document_ += '\n';
-            document_.append(2 * depth_, ' ');
-        }
+    /// A comma where one is due, the end of the line and the next one's indentation, in one piece.
+    void newLine(bool comma) {
+        static constexpr std::string_view beginning = ",\n                    ";
+        static constexpr std::size_t mostSpaces = beginning.size() - 2;
+        const std::size_t spaces = 2 * depth_;
+        document_.append(beginning.substr(comma ? 0 : 1, (comma ? 2 : 1) + std::min(spaces, mostSpaces)));
+        if (spaces > mostSpaces)
+            document_.append(spaces - mostSpaces, ' ');
     }
 
     [[noreturn]] static void fail(const Cursor* cursor, std::string_view what) {

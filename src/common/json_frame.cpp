@@ -1,0 +1,48 @@
+#include "common/json_frame.hpp"
+
+#include <bit>
+#include <utility>
+
+namespace kinovane::json {
+
+void Frame::note(Failure&& failure) {
+    switch (shape->kind) {
+    case Kind::record:
+        failure.within(shape->rows[current].key);
+        needExtra().rowFailures.insert_or_assign(current, std::move(failure));
+        break;
+    case Kind::map:
+        failure.within(entryKey);
+        needExtra().keyFailures.insert_or_assign(std::string(entryKey), std::move(failure));
+        break;
+    default:
+        // The elements of a list come in order, so the first failure is the one to report.
+        if (needExtra().rowFailures.empty()) {
+            failure.within(current);
+            extra->rowFailures.emplace(current, std::move(failure));
+        }
+    }
+}
+
+std::optional<Failure> Frame::firstFailure() {
+    if (shape->kind == Kind::map) {
+        if (!extra || extra->keyFailures.empty())
+            return std::nullopt;
+        return std::move(extra->keyFailures.begin()->second);
+    }
+    const std::uint64_t missing = shape->requiredRows & ~seen;
+    const bool wrong = extra && !extra->rowFailures.empty();
+    if (missing == 0) { // As in every list, which may have any number of elements.
+        if (!wrong)
+            return std::nullopt;
+        return std::move(extra->rowFailures.begin()->second);
+    }
+    const auto firstMissing = static_cast<std::size_t>(std::countr_zero(missing)); // 64 when there is none
+    if (wrong && extra->rowFailures.begin()->first < firstMissing)
+        return std::move(extra->rowFailures.begin()->second);
+    Failure failure = Failure::missing();
+    failure.within(shape->rows[firstMissing].key);
+    return failure;
+}
+
+} // namespace kinovane::json

@@ -130,6 +130,10 @@ class TemporaryFile {
 } // namespace
 
 void writeAtomically(const fs::path& location, std::string_view content) {
+    writeAtomically(location, std::span(&content, 1));
+}
+
+void writeAtomically(const fs::path& location, std::span<const std::string_view> pieces) {
     if (holdsNUL(location.native()))
         fail("cannot write", location, EINVAL);
     const fs::path target = finalLocation(fs::absolute(location));
@@ -149,7 +153,8 @@ void writeAtomically(const fs::path& location, std::string_view content) {
     // Until its mode is set, the new file must not be open to more people than the old one.
     const mode_t mode = replaces ? old.st_mode & permissionBits : mode_t{0666};
     TemporaryFile temporary(target, directory.get(), mode);
-    temporary.write(content);
+    for (const std::string_view piece : pieces)
+        temporary.write(piece);
     if (replaces)
         temporary.setMode(mode);
     temporary.putInPlace();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <span>
 #include <string_view>
 
 namespace kinovane {
@@ -16,5 +17,8 @@ namespace kinovane {
 /// Throws std::filesystem::filesystem_error; the old file is then untouched, except when the very last step,
 /// making the directory durable, fails: then the new file is in place. No temporary file is left behind.
 void writeAtomically(const std::filesystem::path& location, std::string_view content);
+
+/// The same for content in pieces, which are written one after the other.
+void writeAtomically(const std::filesystem::path& location, std::span<const std::string_view> pieces);
 
 } // namespace kinovane

@@ -20,8 +20,7 @@ void require(int succeeded) {
 
 // The algorithm is fetched once for each object: looking it up costs as much as digesting a small file.
 Digest::Digest() : algorithm_(EVP_MD_fetch(nullptr, "SHA2-256", nullptr)), context_(EVP_MD_CTX_new()) {
-    if (algorithm_ == nullptr || context_ == nullptr ||
-        EVP_DigestInit_ex2(context_, algorithm_, nullptr) != 1) {
+    if (algorithm_ == nullptr || context_ == nullptr) {
         EVP_MD_CTX_free(context_);
         EVP_MD_free(algorithm_);
         throw std::bad_alloc();
@@ -34,6 +33,7 @@ Digest::~Digest() {
 }
 
 void Digest::update(std::span<const std::byte> bytes) {
+    begin();
     require(EVP_DigestUpdate(context_, bytes.data(), bytes.size()));
 }
 
@@ -41,8 +41,9 @@ std::string Digest::finish() {
     static constexpr char digits[] = "0123456789abcdef";
     std::array<unsigned char, 32> value{};
     unsigned size = 0;
+    begin();
     require(EVP_DigestFinal_ex(context_, value.data(), &size));
-    restart();
+    begun_ = false;
     std::string text = "sha256:";
     static_assert(sizeof("sha256:") == prefixLength + 1);
     text.reserve(prefixLength + 2 * value.size());
@@ -53,7 +54,12 @@ std::string Digest::finish() {
     return text;
 }
 
-void Digest::restart() { require(EVP_DigestInit_ex2(context_, nullptr, nullptr)); }
+void Digest::begin() {
+    if (begun_)
+        return;
+    require(EVP_DigestInit_ex2(context_, algorithm_, nullptr));
+    begun_ = true;
+}
 
 std::string digestText(std::span<const std::byte> bytes) {
     Digest digest;

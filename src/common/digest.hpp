@@ -25,13 +25,16 @@ class Digest {
     std::string finish();
 
     /// Forgets the bytes so far.
-    void restart();
+    void restart() noexcept { begun_ = false; }
 
     static constexpr std::size_t prefixLength = 7; ///< Of "sha256:".
 
   private:
+    void begin();
+
     evp_md_st* algorithm_;
     evp_md_ctx_st* context_;
+    bool begun_ = false; ///< The context is ready for more bytes of the digest at hand.
 };
 
 /// The digest text of bytes in memory.

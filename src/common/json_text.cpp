@@ -1,8 +1,11 @@
 #include "common/json_text.hpp"
 
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 #include "common/utf8.hpp"
 
@@ -28,49 +31,71 @@ constexpr std::array<char, 256> byteClasses = [] {
     return classes;
 }();
 
+/// How much of `text` from `position` on stands as it is: no control character, quote or backslash, and
+/// nothing beyond ASCII.
+std::size_t plainLength(std::string_view text, std::size_t position) noexcept {
+    std::size_t end = position;
+    if constexpr (std::endian::native == std::endian::little) {
+        // Eight bytes at once. A byte has its high bit set in one of the four when it does not stand as it
+        // is; above the lowest such byte the answer may be wrong, but only the lowest is looked at.
+        constexpr std::uint64_t each = 0x0101010101010101U;
+        constexpr std::uint64_t highBits = 0x80 * each;
+        for (; end + sizeof(std::uint64_t) <= text.size(); end += sizeof(std::uint64_t)) {
+            std::uint64_t word = 0;
+            std::memcpy(&word, text.data() + end, sizeof word);
+            const std::uint64_t quotes = (word ^ ('"' * each)) - each;
+            const std::uint64_t backslashes = (word ^ ('\\' * each)) - each;
+            const std::uint64_t controls = word - 0x20 * each;
+            if (const std::uint64_t others = (quotes | backslashes | controls | word) & highBits; others != 0)
+                return end + static_cast<std::size_t>(std::countr_zero(others)) / 8 - position;
+        }
+    }
+    while (end < text.size() && byteClasses[static_cast<unsigned char>(text[end])] == 0)
+        ++end;
+    return end - position;
+}
+
 template <class Number>
-void appendNumber(std::string& document, Number value) {
-    std::array<char, 32> text{};
-    const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
-    document.append(text.data(), end);
+void appendNumber(TextBuffer& document, Number value) {
+    constexpr std::size_t longest = 32;
+    char* const text = document.room(longest);
+    document.advance(static_cast<std::size_t>(std::to_chars(text, text + longest, value).ptr - text));
 }
 
 } // namespace
 
-bool appendString(std::string& document, std::string_view text) {
+bool appendString(TextBuffer& document, std::string_view text) {
     static constexpr char digits[] = "0123456789abcdef";
-    document += '"';
+    document.append('"');
     std::size_t pending = 0; // From here on nothing is appended yet.
     std::size_t position = 0;
-    while (position < text.size()) {
+    while ((position += plainLength(text, position)) < text.size()) {
         const auto byte = static_cast<unsigned char>(text[position]);
         const char byteClass = byteClasses[byte];
-        if (byteClass == 0) {
-            ++position;
-        } else if (byteClass == 'm') {
+        if (byteClass == 'm') {
             const std::size_t length = sequenceLength(text, position);
             if (length == 0)
                 return false;
             position += length;
-        } else {
-            document.append(text, pending, position - pending);
-            document += '\\';
-            document += byteClass;
-            if (byteClass == 'u') {
-                document += "00";
-                document += digits[byte >> 4U];
-                document += digits[byte & 0xfU];
-            }
-            pending = ++position;
+            continue;
         }
+        document.append(text.substr(pending, position - pending));
+        document.append('\\');
+        document.append(byteClass);
+        if (byteClass == 'u') {
+            document.append(std::string_view("00"));
+            document.append(digits[byte >> 4U]);
+            document.append(digits[byte & 0xfU]);
+        }
+        pending = ++position;
     }
-    document.append(text, pending);
-    document += '"';
+    document.append(text.substr(pending));
+    document.append('"');
     return true;
 }
 
-void appendInteger(std::string& document, std::int64_t value) { appendNumber(document, value); }
+void appendInteger(TextBuffer& document, std::int64_t value) { appendNumber(document, value); }
 
-void appendReal(std::string& document, double value) { appendNumber(document, value); }
+void appendReal(TextBuffer& document, double value) { appendNumber(document, value); }
 
 } // namespace kinovane::json

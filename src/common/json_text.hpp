@@ -1,19 +1,20 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <string_view>
+
+#include "common/text_buffer.hpp"
 
 /// Plain values as JSON text, appended to a growing document.
 namespace kinovane::json {
 
 /// Appends the text in quotes. Only what JSON requires is escaped, so "/" and characters beyond ASCII stand
 /// as they are. Returns false when the text is not UTF-8; what was appended is then of no use.
-[[nodiscard]] bool appendString(std::string& document, std::string_view text);
+[[nodiscard]] bool appendString(TextBuffer& document, std::string_view text);
 
-void appendInteger(std::string& document, std::int64_t value);
+void appendInteger(TextBuffer& document, std::int64_t value);
 
 /// Appends the shortest form that reads back equal. The value is finite.
-void appendReal(std::string& document, double value);
+void appendReal(TextBuffer& document, double value);
 
 } // namespace kinovane::json

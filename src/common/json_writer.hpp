@@ -16,10 +16,11 @@
 #include "common/json_failure.hpp"
 #include "common/json_table.hpp"
 #include "common/json_text.hpp"
+#include "common/text_buffer.hpp"
 
 namespace kinovane::json {
 
-/// Writes a record into one growing text, member by member in the order that the format wants, without a
+/// Writes a record as text that only grows, member by member in the order that the format wants, without a
 /// tree.
 template <JSONFormat format>
 class Writer {
@@ -29,7 +30,7 @@ class Writer {
         put(value, nullptr);
     }
 
-    std::string take() { return std::move(document_); }
+    TextBuffer take() { return std::move(document_); }
 
   private:
     static constexpr bool pretty = format == JSONFormat::pretty;
@@ -71,11 +72,11 @@ class Writer {
 
     template <class T>
     void put(const T& value, const Cursor* cursor) {
-        if constexpr (std::is_same_v<T, std::string>) {
+        if constexpr (std::is_same_v<T, std::string> || std::is_same_v<T, std::string_view>) {
             if (!appendString(document_, value))
                 fail(cursor, "the text is not UTF-8");
         } else if constexpr (std::is_same_v<T, bool>) {
-            document_ += value ? "true" : "false";
+            document_.append(value ? std::string_view("true") : "false");
         } else if constexpr (std::is_same_v<T, std::int64_t>) {
             appendInteger(document_, value);
         } else if constexpr (std::is_same_v<T, double>) {
@@ -102,7 +103,7 @@ class Writer {
         const auto putMember = [&](const auto& value) {
             separate();
             static constexpr auto key = keyText<index, R>();
-            document_.append(key.data(), key.size());
+            document_.append(std::string_view(key.data(), key.size()));
             const Cursor inner{cursor, row.key, 0, false};
             put(value, &inner);
         };
@@ -132,14 +133,14 @@ class Writer {
             const Cursor inner{cursor, key, 0, false};
             if (!appendString(document_, key))
                 fail(cursor, "a key is not UTF-8");
-            document_ += pretty ? ": " : ":";
+            document_.append(std::string_view(pretty ? ": " : ":"));
             put(value, &inner);
         }
         close('}');
     }
 
     void open(char bracket) {
-        document_ += bracket;
+        document_.append(bracket);
         if constexpr (pretty)
             ++depth_;
         first_ = true;
@@ -150,7 +151,7 @@ class Writer {
         if constexpr (pretty)
             newLine(comma);
         else if (comma)
-            document_ += ',';
+            document_.append(',');
     }
 
     void close(char bracket) {
@@ -159,7 +160,7 @@ class Writer {
             if (!first_)
                 newLine(false);
         }
-        document_ += bracket;
+        document_.append(bracket);
         first_ = false;
     }
 
@@ -169,8 +170,8 @@ class Writer {
         static constexpr std::size_t mostSpaces = beginning.size() - 2;
         const std::size_t spaces = 2 * depth_;
         document_.append(beginning.substr(comma ? 0 : 1, (comma ? 2 : 1) + std::min(spaces, mostSpaces)));
-        if (spaces > mostSpaces)
-            document_.append(spaces - mostSpaces, ' ');
+        for (std::size_t space = mostSpaces; space < spaces; ++space)
+            document_.append(' ');
     }
 
     [[noreturn]] static void fail(const Cursor* cursor, std::string_view what) {
@@ -184,19 +185,26 @@ class Writer {
         throw JSONEncodingError(failure.path, failure.message());
     }
 
-    std::string document_;
+    TextBuffer document_;
     std::size_t depth_ = 0;
     bool first_ = true; ///< Nothing stands in the innermost bracket yet.
 };
 
+/// The document of a record. Throws JSONEncodingError.
 template <class T>
-std::string encode(const T& value, JSONFormat format) {
-    const auto write = [&](auto writer) {
+TextBuffer write(const T& value, JSONFormat format) {
+    const auto writeWith = [&](auto writer) {
         writer.value(value);
         return writer.take();
     };
-    return format == JSONFormat::pretty ? write(Writer<JSONFormat::pretty>())
-                                        : write(Writer<JSONFormat::compact>());
+    return format == JSONFormat::pretty ? writeWith(Writer<JSONFormat::pretty>())
+                                        : writeWith(Writer<JSONFormat::compact>());
+}
+
+/// The same in one piece.
+template <class T>
+std::string encode(const T& value, JSONFormat format) {
+    return write(value, format).join();
 }
 
 } // namespace kinovane::json

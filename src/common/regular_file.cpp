@@ -32,7 +32,7 @@ Descriptor openForReading(const fs::path& location) {
     return descriptor;
 }
 
-struct stat statusOf(int descriptor, const fs::path& location) {
+struct stat statusOf(int descriptor, const std::string& location) {
     struct stat status{};
     if (::fstat(descriptor, &status) != 0)
         throwFileError("cannot examine", location);
@@ -43,10 +43,11 @@ struct stat statusOf(int descriptor, const fs::path& location) {
 
 const int RegularFile::openFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
-RegularFile::RegularFile(const fs::path& location) : RegularFile(openForReading(location), location) {}
+RegularFile::RegularFile(const fs::path& location)
+    : RegularFile(openForReading(location), location.native()) {}
 
-RegularFile::RegularFile(Descriptor descriptor, const fs::path& location)
-    : descriptor_(std::move(descriptor)), location_(location) {
+RegularFile::RegularFile(Descriptor descriptor, std::string location)
+    : descriptor_(std::move(descriptor)), location_(std::move(location)) {
     const struct stat status = statusOf(descriptor_.get(), location_);
     if (S_ISDIR(status.st_mode))
         throwFileError("cannot read", location_, make_error_code(std::errc::is_a_directory));
@@ -55,25 +56,31 @@ RegularFile::RegularFile(Descriptor descriptor, const fs::path& location)
     size_ = static_cast<std::uint64_t>(status.st_size);
 }
 
-std::optional<RegularFile> RegularFile::from(Descriptor descriptor, const fs::path& location) {
+std::optional<RegularFile> RegularFile::from(Descriptor descriptor, std::string location) {
     const struct stat status = statusOf(descriptor.get(), location);
     if (!S_ISREG(status.st_mode))
         return std::nullopt;
-    return RegularFile(std::move(descriptor), location, static_cast<std::uint64_t>(status.st_size));
+    return RegularFile(std::move(descriptor), std::move(location),
+                       static_cast<std::uint64_t>(status.st_size));
 }
 
 std::size_t RegularFile::read(std::span<std::byte> buffer) {
+    if (ended_)
+        return 0;
     const auto count =
         retryInterrupted([&] { return ::read(descriptor_.get(), buffer.data(), buffer.size()); });
     if (count < 0)
         throwFileError("cannot read", location_);
+    position_ += static_cast<std::uint64_t>(count);
+    // Less than there was room for, and just as much as the file was to hold: that was all, and small files
+    // are spared a second call. Files that the system makes up as they are read give no size.
+    ended_ = static_cast<std::size_t>(count) < buffer.size() && position_ == size_ && size_ != 0;
     return static_cast<std::size_t>(count);
 }
 
 std::size_t RegularFile::readDocumentPiece(std::span<std::byte> buffer) {
     const std::size_t count = size_ > maximumDocumentSize ? 0 : read(buffer);
-    documentLength_ += count;
-    if (std::max(size_, documentLength_) > maximumDocumentSize)
+    if (std::max(size_, position_) > maximumDocumentSize)
         throwFileError("cannot read", location_, make_error_code(std::errc::file_too_large));
     return count;
 }

@@ -20,12 +20,12 @@ class RegularFile {
     /// Throws std::filesystem::filesystem_error.
     explicit RegularFile(const std::filesystem::path& location);
 
-    /// Takes over a descriptor that was opened with `openFlags`, as above.
-    RegularFile(Descriptor descriptor, const std::filesystem::path& location);
+    /// Takes over a descriptor that was opened with `openFlags`, as above. `location` is only for messages,
+    /// and a text because taking a path apart costs as much as reading a small file.
+    RegularFile(Descriptor descriptor, std::string location);
 
-    /// Takes over a descriptor that was opened with `openFlags`; `location` is only for messages. Absent when
-    /// the descriptor is not a regular file's.
-    static std::optional<RegularFile> from(Descriptor descriptor, const std::filesystem::path& location);
+    /// The same; absent when the descriptor is not a regular file's.
+    static std::optional<RegularFile> from(Descriptor descriptor, std::string location);
 
     /// How every file of a workspace is opened: without waiting for the other end of a FIFO, and closed in
     /// children.
@@ -42,13 +42,14 @@ class RegularFile {
     std::size_t readDocumentPiece(std::span<std::byte> buffer);
 
   private:
-    RegularFile(Descriptor descriptor, std::filesystem::path location, std::uint64_t size) noexcept
+    RegularFile(Descriptor descriptor, std::string location, std::uint64_t size) noexcept
         : descriptor_(std::move(descriptor)), location_(std::move(location)), size_(size) {}
 
     Descriptor descriptor_;
-    std::filesystem::path location_;
-    std::uint64_t size_ = 0;
-    std::uint64_t documentLength_ = 0; ///< Of what was read as a document.
+    std::string location_;
+    std::uint64_t size_ = 0;     ///< When it was opened.
+    std::uint64_t position_ = 0; ///< How much has been read.
+    bool ended_ = false;         ///< Nothing more is to be expected.
 };
 
 /// What a failure to open a file means. A socket is no more a regular file than a FIFO is, but the system

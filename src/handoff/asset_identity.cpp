@@ -1,6 +1,7 @@
 #include "handoff/asset_identity.hpp"
 
 #include <span>
+#include <string_view>
 
 #include "common/json_writer.hpp"
 
@@ -10,8 +11,8 @@ namespace {
 
 /// What the identifier is the digest of, as compact JSON.
 struct AssetIdentity {
-    std::string path;
-    std::string sha256;
+    std::string_view path;
+    std::string_view sha256;
 };
 
 } // namespace
@@ -30,7 +31,7 @@ std::string stableAssetID(const FilmArtifact& artifact, Digest& digest) {
         json::encode(AssetIdentity{artifact.path, artifact.sha256}, JSONFormat::compact);
     digest.restart();
     digest.update(std::as_bytes(std::span(identity)));
-    return "film_asset_" + digest.finish().substr(Digest::prefixLength, digitsKept);
+    return std::string("film_asset_").append(digest.finish(), Digest::prefixLength, digitsKept);
 }
 
 } // namespace kinovane

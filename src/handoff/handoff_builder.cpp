@@ -14,6 +14,7 @@
 #include "common/regular_file.hpp"
 #include "handoff/artifact_examiner.hpp"
 #include "handoff/file_digest.hpp"
+#include "handoff/handoff_document.hpp"
 #include "handoff/verification.hpp"
 
 namespace kinovane {
@@ -48,6 +49,7 @@ std::vector<VistrelHandoffAsset> verifiedAssets(const FilmWorkspaceSnapshot& sna
 
 AssetsByPath byPath(const std::vector<VistrelHandoffAsset>& assets) {
     AssetsByPath result;
+    result.reserve(assets.size());
     for (const VistrelHandoffAsset& asset : assets)
         if (!result.emplace(asset.relativePath, &asset).second)
             fatalStop("Duplicate values for key: '" + asset.relativePath + "'");
@@ -157,10 +159,10 @@ VistrelHandoff VistrelHandoffBuilder::build(const FilmWorkspaceSnapshot& from, c
 }
 
 std::string VistrelHandoffBuilder::write(const VistrelHandoff& handoff, const fs::path& to) {
-    const std::string document = encodeJSON(handoff, JSONFormat::pretty);
+    const TextBuffer document = documentOf(handoff);
     if (const fs::path parent = to.parent_path(); !parent.empty() && !holdsNUL(to.native()))
         fs::create_directories(parent);
-    writeAtomically(to, document);
+    writeAtomically(to, document.pieces());
     return sha256(to);
 }
 

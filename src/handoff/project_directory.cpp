@@ -34,7 +34,7 @@ bool isChange(std::error_code error) {
 /// it never left the directory, whoever exchanges links meanwhile. A refusal says nothing (a link may lead
 /// out and another one back in, and older systems do not know the call), so the slow way then decides.
 std::optional<RegularFile> openBeneath([[maybe_unused]] int root, [[maybe_unused]] const std::string& path,
-                                       [[maybe_unused]] const fs::path& location) {
+                                       [[maybe_unused]] const std::string& location) {
 #if defined(__linux__) && defined(SYS_openat2)
     open_how how{};
     how.flags = static_cast<decltype(how.flags)>(RegularFile::openFlags);
@@ -58,14 +58,16 @@ bool climbs(std::string_view path) {
 
 } // namespace
 
-ProjectDirectory::ProjectDirectory(const fs::path& root) : root_(fs::absolute(root)) {
+ProjectDirectory::ProjectDirectory(const fs::path& root) {
+    const fs::path location = fs::absolute(root);
+    prefix_ = (location / "").native();
     for (int attempt = 1;; ++attempt) {
         walk_ = DirectoryWalk();
-        const std::error_code error = walk_.follow(root_.native());
+        const std::error_code error = walk_.follow(location.native());
         if (!error)
             return;
         if (!isChange(error) || attempt == attempts)
-            throw fs::filesystem_error("cannot open", root_, error);
+            throw fs::filesystem_error("cannot open", location, error);
     }
 }
 
@@ -74,7 +76,7 @@ RegularFile ProjectDirectory::open(const std::string& path) const {
     if (path.starts_with('/') || climbs(path) || holdsNUL(path))
         throw unsafe();
 
-    const fs::path location = root_ / path;
+    const std::string location = prefix_ + path;
     if (walk_.descriptor() >= 0)
         if (std::optional<RegularFile> file = openBeneath(walk_.descriptor(), path, location))
             return std::move(*file);

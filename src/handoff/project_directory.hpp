@@ -22,7 +22,7 @@ class ProjectDirectory {
     RegularFile open(const std::string& path) const;
 
   private:
-    std::filesystem::path root_;
+    std::string prefix_; ///< The root and a slash, for messages.
     DirectoryWalk walk_; ///< To the root.
 };
 

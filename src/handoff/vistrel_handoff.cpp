@@ -1,11 +1,14 @@
 #include <kinovane/handoff.hpp>
 
 #include "common/json_instances.hpp"
+#include "handoff/handoff_document.hpp"
 #include "handoff/handoff_tables.hpp"
 #include "workspace/plan_tables.hpp"
 #include "workspace/project_tables.hpp"
 
 namespace kinovane {
+
+TextBuffer documentOf(const VistrelHandoff& handoff) { return json::write(handoff, JSONFormat::pretty); }
 
 KINOVANE_JSON_WRITABLE(VistrelHandoff)
 KINOVANE_JSON_WRITABLE(VistrelHandoffSource)

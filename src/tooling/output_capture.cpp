@@ -1,27 +1,23 @@
 #include "tooling/output_capture.hpp"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
-#include <memory>
+#include <span>
 #include <system_error>
-#include <vector>
+#include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include "common/descriptor.hpp"
+#include "common/text_buffer.hpp"
 
 namespace kinovane {
 
 namespace {
 
-constexpr std::size_t firstChunk = std::size_t{4} << 10U;
-constexpr std::size_t largestChunk = std::size_t{1} << 20U;
-
-/// One pipe and what came out of it so far. The bytes are kept in chunks and joined once, at the end: a text
-/// that grows would be copied again and again.
+/// One pipe and what came out of it so far.
 class Stream {
   public:
     explicit Stream(int pipe) : pipe_(pipe) {}
@@ -31,52 +27,34 @@ class Stream {
 
     /// Reads what is there; waits when nothing is.
     void read() {
-        if (chunks_.empty() || chunks_.back().used == chunks_.back().size)
-            addChunk();
-        Chunk& chunk = chunks_.back();
-        const auto count = retryInterrupted(
-            [&] { return ::read(pipe_, chunk.bytes.get() + chunk.used, chunk.size - chunk.used); });
+        const std::span<char> room = text_.room();
+        const auto count = retryInterrupted([&] { return ::read(pipe_, room.data(), room.size()); });
         if (count < 0)
             throw std::system_error(errno, std::generic_category(), "cannot read a program's output");
+        text_.advance(static_cast<std::size_t>(count));
+        enlargePipe();
         if (count == 0)
             pipe_ = -1;
-        chunk.used += static_cast<std::size_t>(count);
-        total_ += static_cast<std::size_t>(count);
     }
 
-    std::string join() {
-        std::string text;
-        text.reserve(total_);
-        for (Chunk& chunk : chunks_) {
-            text.append(chunk.bytes.get(), chunk.used);
-            chunk.bytes.reset();
-        }
-        return text;
-    }
+    std::string take() { return std::move(text_).join(); }
 
   private:
-    struct Chunk {
-        std::unique_ptr<char[]> bytes; // NOLINT(*-avoid-c-arrays): a buffer that is not filled first
-        std::size_t size;
-        std::size_t used;
-    };
-
-    void addChunk() {
-        const std::size_t size = std::clamp(total_, firstChunk, largestChunk);
+    // A program that writes much is stopped less often by a larger pipe. Where it is refused, nothing is
+    // lost.
+    void enlargePipe() noexcept {
 #ifdef F_SETPIPE_SZ
-        // A program that writes much is stopped less often by a larger pipe. Where it is refused, nothing is
-        // lost.
-        if (size == largestChunk && !enlarged_) {
-            ::fcntl(pipe_, F_SETPIPE_SZ, static_cast<int>(largestChunk));
+        if (!enlarged_ && text_.size() >= largePipe) {
+            ::fcntl(pipe_, F_SETPIPE_SZ, static_cast<int>(largePipe));
             enlarged_ = true;
         }
 #endif
-        chunks_.push_back({std::unique_ptr<char[]>(new char[size]), size, 0}); // NOLINT(*-avoid-c-arrays)
     }
 
+    static constexpr std::size_t largePipe = std::size_t{1} << 20U;
+
     int pipe_;
-    std::vector<Chunk> chunks_;
-    std::size_t total_ = 0;
+    TextBuffer text_;
     [[maybe_unused]] bool enlarged_ = false;
 };
 
@@ -100,7 +78,7 @@ CapturedOutput captureOutput(int output, int errors) {
     for (Stream& stream : streams)
         while (stream.open())
             stream.read();
-    return {streams[0].join(), streams[1].join()};
+    return {streams[0].take(), streams[1].take()};
 }
 
 } // namespace kinovane

@@ -35,12 +35,14 @@ bool TaskCore::done() const noexcept {
 }
 
 void TaskCore::wait() {
-    {
-        std::unique_lock lock(sync_->mutex);
-        sync_->finished.wait(lock, [&] { return sync_->done; });
-    }
-    if (sync_->worker.joinable())
+    // The thread's end is all there is to wait for, where it is still this task's: being woken twice takes
+    // longer than either.
+    if (sync_->worker.joinable()) {
         sync_->worker.join();
+        return;
+    }
+    std::unique_lock lock(sync_->mutex);
+    sync_->finished.wait(lock, [&] { return sync_->done; });
 }
 
 void TaskCore::letGo() noexcept {

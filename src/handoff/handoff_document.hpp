@@ -1,0 +1,12 @@
+#pragma once
+
+#include <kinovane/handoff.hpp>
+
+#include "common/text_buffer.hpp"
+
+namespace kinovane {
+
+/// The document of a handoff as it is stored. Throws JSONEncodingError.
+TextBuffer documentOf(const VistrelHandoff& handoff);
+
+} // namespace kinovane

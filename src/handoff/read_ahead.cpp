@@ -23,7 +23,8 @@ std::span<const std::byte> ReadAhead::next() {
     if (holding_) {
         ++emptied_;
         holding_ = false;
-        changed_.notify_all();
+        if (resting_ && halfEmpty())
+            changed_.notify_all();
     }
     changed_.wait(lock, [this] { return filled_ > emptied_ || ended_; });
     if (filled_ > emptied_) {
@@ -39,7 +40,11 @@ std::span<const std::byte> ReadAhead::next() {
 void ReadAhead::read() noexcept {
     std::unique_lock lock(mutex_);
     while (!ended_) {
-        changed_.wait(lock, [this] { return stopped_ || filled_ - emptied_ < pieceCount; });
+        if (filled_ - emptied_ == pieceCount) {
+            resting_ = true;
+            changed_.wait(lock, [this] { return stopped_ || halfEmpty(); });
+            resting_ = false;
+        }
         if (stopped_)
             return;
         Piece& piece = pieces_[filled_ % pieceCount];

@@ -38,6 +38,7 @@ class ReadAhead {
     };
 
     void read() noexcept;
+    bool halfEmpty() const noexcept { return filled_ - emptied_ <= pieceCount / 2; }
 
     RegularFile& file_;
     std::array<Piece, pieceCount> pieces_;
@@ -46,6 +47,8 @@ class ReadAhead {
     std::size_t filled_ = 0;  ///< How many pieces have been read so far.
     std::size_t emptied_ = 0; ///< How many the other side has done with.
     bool holding_ = false;    ///< The other side works on a piece.
+    bool resting_ = false;    ///< Everything is full. Waking a thread costs as much as reading a piece, so
+                              ///< the next ones are read only once there is room for several.
     bool ended_ = false;      ///< Nothing more will be read.
     bool stopped_ = false;    ///< Nobody wants more.
     std::exception_ptr failure_;

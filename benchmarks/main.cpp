@@ -44,7 +44,7 @@ int main(int count, char** arguments) {
     try {
         const Settings settings = settingsFrom(count, arguments);
         std::filesystem::create_directories(settings.data);
-        Report report;
+        Report report(settings.quick);
         // The process that forks is to be small, so it does that first.
         measureProcess(settings, report);
         measureDigests(settings, report);

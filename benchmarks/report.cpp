@@ -35,7 +35,9 @@ Cells cellsOf(const Row& row) {
 } // namespace
 
 void Report::add(const std::vector<Row>& rows) {
-    for (const Row& row : rows) {
+    for (Row row : rows) {
+        if (quick_)
+            row.target.reset();
         const auto behind =
             std::upper_bound(rows_.begin(), rows_.end(), row.figure.number,
                              [](int number, const Row& other) { return number < other.figure.number; });

@@ -27,6 +27,9 @@ struct Settings {
 /// Collects the rows of the table.
 class Report {
   public:
+    /// Ratios of small data are held to no target.
+    explicit Report(bool quick) : quick_(quick) {}
+
     void add(const std::vector<Row>& rows);
 
     /// Prints one line for each row, in the order of the figures.
@@ -36,6 +39,7 @@ class Report {
     void write(const std::filesystem::path& file) const;
 
   private:
+    bool quick_;
     std::vector<Row> rows_;
 };
 

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include <kinovane/handoff.hpp>
+
+namespace kinovane::test {
+
+/// A manifest that differs from those of other versions from its beginning to its end, and in its length. So
+/// large that it is not written in one moment.
+inline VistrelHandoff manifestVersion(std::size_t version) {
+    const std::string text = "version " + std::to_string(version);
+    VistrelHandoff manifest;
+    manifest.contractVersion = text;
+    manifest.exportedAt = text;
+    for (std::size_t asset = 0; asset < 400 + 50 * version; ++asset)
+        manifest.assets.push_back({text, text, text, text, static_cast<std::int64_t>(version), text, text});
+    return manifest;
+}
+
+inline std::string manifestText(std::size_t version) {
+    return encodeJSON(manifestVersion(version), JSONFormat::pretty);
+}
+
+} // namespace kinovane::test

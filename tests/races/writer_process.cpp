@@ -1,0 +1,89 @@
+#include "races/writer_process.hpp"
+
+#include <array>
+#include <csignal>
+#include <stdexcept>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "support/sample_film.hpp"
+
+namespace kinovane::test {
+
+WriterProcess::WriterProcess(const std::filesystem::path& target, std::size_t rounds,
+                             const std::vector<std::size_t>& versions) {
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+        throw std::runtime_error("no pipe");
+    output_ = Descriptor(ends[0]);
+    const Descriptor input(ends[1]);
+
+    std::vector<std::string> words{programPath("races_writer"), target.string(), std::to_string(rounds)};
+    for (const std::size_t version : versions)
+        words.push_back(std::to_string(version));
+    std::vector<char*> pointers;
+    for (std::string& word : words)
+        pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawn_file_actions_adddup2(&actions, input.get(), STDOUT_FILENO);
+    const int error = ::posix_spawn(&process_, pointers[0], &actions, nullptr, pointers.data(), environ);
+    ::posix_spawn_file_actions_destroy(&actions);
+    if (error != 0)
+        throw std::runtime_error("no writer");
+}
+
+WriterProcess::~WriterProcess() {
+    if (process_ < 0)
+        return;
+    ::kill(process_, SIGKILL);
+    ::waitpid(process_, nullptr, 0);
+}
+
+void WriterProcess::awaitBeginning() {
+    char letter = 0;
+    while (letter != 'b')
+        if (retryInterrupted([&] { return ::read(output_.get(), &letter, 1); }) != 1)
+            throw std::runtime_error("the writer has ended");
+}
+
+std::string WriterProcess::heard() {
+    std::string text;
+    std::array<char, 4096> buffer{};
+    for (;;) {
+        const auto count =
+            retryInterrupted([&] { return ::read(output_.get(), buffer.data(), buffer.size()); });
+        if (count < 0)
+            throw std::runtime_error("the writer cannot be heard");
+        if (count == 0)
+            return text;
+        text.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+}
+
+int WriterProcess::wait() {
+    heard();
+    int status = 0;
+    ::waitpid(process_, &status, 0);
+    process_ = -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+bool WriterProcess::killedWhileWriting() {
+    ::kill(process_, SIGKILL);
+    const std::string text = heard();
+    int status = 0;
+    ::waitpid(process_, &status, 0);
+    process_ = -1;
+    if (WIFEXITED(status) && WEXITSTATUS(status) != 0)
+        throw std::runtime_error("the writer has failed");
+    // The "b" of the writing that was waited for has been taken away.
+    return WIFSIGNALED(status) && (text.empty() || text.back() == 'b');
+}
+
+} // namespace kinovane::test

@@ -3,7 +3,35 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/utf8.hpp"
+
 namespace kinovane::json {
+
+namespace {
+
+/// A key of a map may hold anything, but a message is to be read by a person: what controls a terminal, or
+/// ends a text early, is shown as JSON would write it.
+std::string legible(std::string_view key) {
+    static constexpr char digits[] = "0123456789abcdef";
+    std::string shown;
+    for (std::size_t position = 0; position < key.size();) {
+        const std::size_t length = std::max<std::size_t>(sequenceLength(key, position), 1);
+        const auto byte = static_cast<unsigned char>(key[position + length - 1]);
+        const bool control =
+            length == 1 ? byte < 0x20 || byte == 0x7F : length == 2 && key[position] == '\xC2' && byte < 0xA0;
+        if (control) {
+            shown += "\\u00";
+            shown += digits[byte >> 4U];
+            shown += digits[byte & 0xFU];
+        } else {
+            shown += key.substr(position, length);
+        }
+        position += length;
+    }
+    return repairUTF8(std::move(shown));
+}
+
+} // namespace
 
 Failure Failure::mismatch(std::string_view expected, std::string_view found) {
     std::string text = ": expected ";
@@ -13,7 +41,7 @@ Failure Failure::mismatch(std::string_view expected, std::string_view found) {
     return Failure(std::move(text));
 }
 
-void Failure::within(std::string_view key) { prepend(std::string(key)); }
+void Failure::within(std::string_view key) { prepend(legible(key)); }
 
 void Failure::within(std::size_t index) { prepend('[' + std::to_string(index) + ']'); }
 

@@ -1,0 +1,118 @@
+// A document in a file is read in pieces. Wherever the pieces meet, the answer is that of the whole text.
+
+#include <cstddef>
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+
+#include <unistd.h>
+
+#include "common/descriptor.hpp"
+#include "common/json_decoder.hpp"
+#include "common/regular_file.hpp"
+#include "handoff/handoff_tables.hpp"
+#include "reading.hpp"
+#include "record_choice.hpp"
+#include "target.hpp"
+#include "tooling/reply_tables.hpp"
+#include "workspace/brief_form.hpp"
+#include "workspace/plan_tables.hpp"
+#include "workspace/project_tables.hpp"
+
+namespace kinovane::fuzz {
+namespace {
+
+using Documents = RecordChoice<FilmTarget, FilmProject, FilmProductionPlan, FilmTreatment, FilmBrief,
+                               FilmApproval, FilmSoundEffect, FilmProof>;
+
+constexpr std::size_t pieceSize = std::size_t{64} << 10U;
+
+/// A file that holds a piece of white space and then the text. Reading it from `cut` on gives a first piece
+/// with just so many bytes of the text in it.
+class PaddedFile {
+  public:
+    PaddedFile() {
+        std::string name = (std::filesystem::temp_directory_path() / "kinovane-fuzz-XXXXXX").string();
+        descriptor_ = Descriptor(::mkstemp(name.data()));
+        ::unlink(name.c_str());
+        const std::string space(pieceSize, ' ');
+        if (!descriptor_ || ::pwrite(descriptor_.get(), space.data(), space.size(), 0) < 0)
+            throw std::runtime_error("no temporary file");
+    }
+
+    /// Shares its place in the file with every other file given so far.
+    RegularFile holding(std::string_view text, std::size_t cut) const {
+        const auto length = static_cast<off_t>(pieceSize + text.size());
+        Descriptor shared(::dup(descriptor_.get()));
+        if (!shared || ::ftruncate(shared.get(), length) != 0 ||
+            ::pwrite(shared.get(), text.data(), text.size(), pieceSize) < 0 ||
+            ::lseek(shared.get(), static_cast<off_t>(cut), SEEK_SET) < 0)
+            throw std::runtime_error("cannot fill the temporary file");
+        return {std::move(shared), "document"};
+    }
+
+  private:
+    Descriptor descriptor_;
+};
+
+/// What is not JSON gives no message here: for line and column the whole text is read again.
+struct NoJSON {
+    bool operator==(const NoJSON&) const = default;
+};
+
+template <class Record>
+using Answer = std::variant<Record, Refusal, NoJSON>;
+
+template <class Record>
+Answer<Record> readWhole(std::string_view text) {
+    auto answer = readDocument<Record>(text);
+    if (auto* record = std::get_if<Record>(&answer))
+        return std::move(*record);
+    const Refusal& refusal = std::get<Refusal>(answer);
+    if (refusal.isSyntaxError())
+        return NoJSON();
+    return refusal;
+}
+
+template <class Record>
+Answer<Record> readInPieces(RegularFile file) {
+    try {
+        Record record{};
+        if (!json::decodeInto(&record, json::shapeOf<Record>(), std::move(file)))
+            return NoJSON();
+        return record;
+    } catch (const JSONDecodingError& error) {
+        return refusalOf(error);
+    }
+}
+
+struct Compare {
+    std::size_t choice;
+
+    template <class Record>
+    void operator()(std::string_view text) const {
+        static const PaddedFile file;
+        if (text.starts_with("\xEF\xBB\xBF")) // Behind white space it would be no byte-order mark.
+            return;
+        const std::size_t cut = choice % (text.size() + 1);
+        promise(readWhole<Record>(text) == readInPieces<Record>(file.holding(text, cut)),
+                "a document gives the same in pieces", text);
+    }
+};
+
+} // namespace
+} // namespace kinovane::fuzz
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace kinovane::fuzz;
+    if (size < 2)
+        return 0;
+    // Two bytes say where the document is cut.
+    const std::size_t choice = data[0] * std::size_t{256} + data[1];
+    Documents::apply(textOf(data, size).substr(2), Compare{choice});
+    return 0;
+}

@@ -1,0 +1,96 @@
+#include "unicode.hpp"
+
+#include <algorithm>
+#include <array>
+
+namespace kinovane::fuzz {
+
+namespace {
+
+struct Range {
+    unsigned char first;
+    unsigned char last;
+};
+
+struct Row {
+    std::size_t length;
+    std::array<Range, 4> bytes;
+};
+
+constexpr Range any{0x80, 0xBF};
+
+constexpr Row rows[] = {
+    {1, {{{0x00, 0x7F}}}},
+    {2, {{{0xC2, 0xDF}, any}}},
+    {3, {{{0xE0, 0xE0}, {0xA0, 0xBF}, any}}},
+    {3, {{{0xE1, 0xEC}, any, any}}},
+    {3, {{{0xED, 0xED}, {0x80, 0x9F}, any}}},
+    {3, {{{0xEE, 0xEF}, any, any}}},
+    {4, {{{0xF0, 0xF0}, {0x90, 0xBF}, any, any}}},
+    {4, {{{0xF1, 0xF3}, any, any, any}}},
+    {4, {{{0xF4, 0xF4}, {0x80, 0x8F}, any, any}}},
+};
+
+std::size_t matched(const Row& row, std::string_view text) {
+    std::size_t length = 0;
+    while (length < std::min(row.length, text.size())) {
+        const auto byte = static_cast<unsigned char>(text[length]);
+        if (byte < row.bytes[length].first || byte > row.bytes[length].last)
+            break;
+        ++length;
+    }
+    return length;
+}
+
+} // namespace
+
+Piece pieceAt(std::string_view text, std::size_t position) {
+    Piece piece;
+    for (const Row& row : rows) {
+        const std::size_t length = matched(row, text.substr(position));
+        if (length == row.length)
+            return {length, true};
+        piece.length = std::max(piece.length, length);
+    }
+    return piece;
+}
+
+bool isWellFormed(std::string_view text) {
+    for (std::size_t position = 0; position < text.size();) {
+        const Piece piece = pieceAt(text, position);
+        if (!piece.whole)
+            return false;
+        position += piece.length;
+    }
+    return true;
+}
+
+std::string repaired(std::string_view text) {
+    std::string result;
+    for (std::size_t position = 0; position < text.size();) {
+        const Piece piece = pieceAt(text, position);
+        if (piece.whole)
+            result += text.substr(position, piece.length);
+        else
+            result += "\uFFFD";
+        position += piece.length;
+    }
+    return result;
+}
+
+bool isLegible(std::string_view message) {
+    for (std::size_t position = 0; position < message.size();) {
+        const Piece piece = pieceAt(message, position);
+        const auto byteAt = [&](std::size_t index) {
+            return static_cast<unsigned char>(message[position + index]);
+        };
+        const bool control =
+            piece.length == 1 ? byteAt(0) < 0x20 || byteAt(0) == 0x7F : byteAt(0) == 0xC2 && byteAt(1) < 0xA0;
+        if (!piece.whole || control)
+            return false;
+        position += piece.length;
+    }
+    return true;
+}
+
+} // namespace kinovane::fuzz

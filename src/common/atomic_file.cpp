@@ -34,6 +34,9 @@ fs::path finalLocation(fs::path location) {
     for (int link = 0; link < longestLinkChain; ++link) {
         std::error_code error;
         const fs::file_status status = fs::symlink_status(location, error);
+        // Taken for no link, one that could not be looked at would be replaced, or refused as a device is.
+        if (error && status.type() != fs::file_type::not_found)
+            fail("cannot write", location, error.value());
         if (!fs::is_symlink(status))
             return location;
         location = location.parent_path() / fs::read_symlink(location);
@@ -147,6 +150,9 @@ void writeAtomically(const fs::path& location, std::span<const std::string_view>
     struct stat old{};
     const bool replaces =
         ::fstatat(directory.get(), target.filename().c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0;
+    // Taken for none, an old file that could not be looked at would lose its mode.
+    if (!replaces && errno != ENOENT)
+        fail("cannot write", location, errno);
     if (replaces && !S_ISREG(old.st_mode))
         fail("cannot write", location, S_ISDIR(old.st_mode) ? EISDIR : EOPNOTSUPP);
 

@@ -11,6 +11,29 @@ namespace kinovane {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+/// What a link leads to; anything else, and a link that goes round in circles, as it is. To take a link for
+/// anything else because it cannot be read would lead to another place.
+fs::path targetOf(fs::path location) {
+    if (holdsNUL(location.native()))
+        return location;
+    std::error_code error;
+    const fs::file_status status = fs::symlink_status(location, error);
+    if (error && status.type() != fs::file_type::not_found)
+        throw fs::filesystem_error("cannot examine", location, error);
+    if (!fs::is_symlink(status))
+        return location;
+    fs::path target = fs::weakly_canonical(location, error);
+    if (error == std::errc::too_many_symbolic_link_levels)
+        return location;
+    if (error)
+        throw fs::filesystem_error("cannot follow", location, error);
+    return target;
+}
+
+} // namespace
+
 fs::path standardized(const fs::path& location) {
     const fs::path absolute = fs::absolute(location);
     fs::path result = absolute.root_path();
@@ -21,12 +44,7 @@ fs::path standardized(const fs::path& location) {
             result /= piece;
             continue;
         }
-        std::error_code ignored;
-        if (!holdsNUL(result.native()) && fs::is_symlink(fs::symlink_status(result, ignored))) {
-            if (fs::path target = fs::weakly_canonical(result, ignored); !ignored)
-                result = std::move(target);
-        }
-        result = result.parent_path();
+        result = targetOf(std::move(result)).parent_path();
     }
     return result;
 }

@@ -50,7 +50,7 @@ std::string readLink(int directory, const char* name) {
 } // namespace
 
 DirectoryWalk::DirectoryWalk() {
-    Descriptor top(::open("/", passingFlags));
+    Descriptor top(retryInterrupted([] { return ::open("/", passingFlags); }));
     if (!top)
         throw std::filesystem::filesystem_error("cannot open", "/", lastError());
     steps_.push_back({{}, std::make_shared<const Descriptor>(std::move(top))});
@@ -114,7 +114,8 @@ std::error_code DirectoryWalk::enter(std::string_view name, std::vector<std::str
         steps_.push_back({std::move(piece), nullptr});
         return {};
     }
-    auto next = std::make_shared<const Descriptor>(::openat(directory, piece.c_str(), passingFlags));
+    auto next = std::make_shared<const Descriptor>(
+        retryInterrupted([&] { return ::openat(directory, piece.c_str(), passingFlags); }));
     if (!*next)
         return lastError();
     steps_.push_back({std::move(piece), std::move(next)});

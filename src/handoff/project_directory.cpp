@@ -86,7 +86,9 @@ RegularFile ProjectDirectory::open(const std::string& path) const {
         std::error_code error = walk.follow(path);
         // Where the way could not be followed to its end, it is the place reached so far that counts.
         const bool outside = !walk.isInside(walk_) && !(error && walk.isAt(walk_));
-        if (outside && !isChange(error))
+        // A way that is barred outside is one that leads out. Any other failure there, such as a lack of
+        // descriptors, says nothing of where the way leads.
+        if (outside && (!error || error == std::errc::permission_denied))
             throw unsafe();
         if (!error && !walk.arrived())
             throw VistrelHandoffError(VistrelHandoffError::missingArtifact{path});

@@ -1,4 +1,4 @@
-#include "tooling/forked_process.hpp"
+#include "support/forked_process.hpp"
 
 #include <array>
 #include <cerrno>

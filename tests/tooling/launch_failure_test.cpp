@@ -14,9 +14,10 @@
 
 #include <kinovane/tooling.hpp>
 
+#include "support/forked_process.hpp"
+#include "support/limits.hpp"
 #include "support/ordinary_user.hpp"
 #include "support/temporary_directory.hpp"
-#include "tooling/forked_process.hpp"
 #include "tooling/process_runner.hpp"
 #include "tooling/puppet.hpp"
 #include "tooling/resting_counts.hpp"
@@ -43,25 +44,6 @@ std::string outcomeOfMany(const std::vector<std::string>& arguments) {
         if (const std::string again = puppetSays(arguments); again != outcome)
             return outcome + ", and then: " + again;
     return settledCounts(before) == before ? outcome : outcome + ", and something was left";
-}
-
-template <class Resource>
-void limitTo(Resource resource, rlim_t amount) {
-    rlimit limit{};
-    if (::getrlimit(resource, &limit) == 0) {
-        limit.rlim_cur = amount;
-        if (::setrlimit(resource, &limit) == 0)
-            return;
-    }
-    throw std::system_error(errno, std::generic_category(), "limit");
-}
-
-/// Leaves exactly so many descriptors to be opened.
-void leaveDescriptors(int wanted) {
-    int limit = 0;
-    for (int spare = 0; spare < wanted || ::fcntl(limit, F_GETFD) >= 0; ++limit)
-        spare += ::fcntl(limit, F_GETFD) < 0 ? 1 : 0;
-    limitTo(RLIMIT_NOFILE, static_cast<rlim_t>(limit));
 }
 
 TEST(LaunchFailure, FilesThatAreNoPrograms) {

@@ -15,8 +15,8 @@
 
 #include <kinovane/tooling.hpp>
 
+#include "support/forked_process.hpp"
 #include "support/temporary_directory.hpp"
-#include "tooling/forked_process.hpp"
 #include "tooling/puppet.hpp"
 
 namespace kinovane::test {

@@ -1,0 +1,59 @@
+#include "faults/fault_plan.hpp"
+
+#include <cerrno>
+#include <sstream>
+#include <system_error>
+#include <utility>
+
+namespace kinovane::test {
+
+namespace {
+
+std::atomic<FaultPlan*> current = nullptr;
+
+} // namespace
+
+bool Fault::harmless() const { return manner == Manner::shortened || error == EINTR; }
+
+std::string Fault::description() const {
+    std::ostringstream text;
+    text << callNames[static_cast<std::size_t>(call)] << ' ' << index + 1;
+    if (times == forever)
+        text << " and all later ones";
+    else if (times != 1)
+        text << " and " << times - 1 << " more";
+    if (manner == Manner::shortened)
+        text << ": one byte only";
+    else
+        text << (manner == Manner::reportedLate ? ": done, but: " : ": ")
+             << std::generic_category().message(error);
+    return text.str();
+}
+
+FaultPlan::FaultPlan(std::vector<Fault> faults) : faults_(std::move(faults)) { current = this; }
+
+FaultPlan::~FaultPlan() { current = nullptr; }
+
+Census FaultPlan::census() const {
+    Census census{};
+    for (std::size_t kind = 0; kind < census.size(); ++kind)
+        census[kind] = counts_[kind];
+    return census;
+}
+
+std::optional<Fault> FaultPlan::atCall(Call call) noexcept {
+    FaultPlan* const plan = current;
+    return plan != nullptr ? plan->noteCall(call) : std::nullopt;
+}
+
+std::optional<Fault> FaultPlan::noteCall(Call call) noexcept {
+    const std::size_t index = counts_[static_cast<std::size_t>(call)]++;
+    for (const Fault& fault : faults_)
+        if (fault.call == call && index >= fault.index && index - fault.index < fault.times) {
+            struck_ = true;
+            return fault;
+        }
+    return std::nullopt;
+}
+
+} // namespace kinovane::test

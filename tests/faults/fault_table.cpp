@@ -1,0 +1,69 @@
+#include "faults/fault_table.hpp"
+
+#include <cerrno>
+
+namespace kinovane::test {
+
+const std::vector<FaultRow>& faultTable() {
+    static const std::vector<FaultRow> rows{
+        {Call::open, {EACCES, EMFILE, ENFILE, ENOMEM, EIO, ESTALE, ENOENT, ENOTDIR, ELOOP, EINTR}, {}},
+        {Call::openat, {EACCES, EMFILE, ENFILE, ENOMEM, EIO, ESTALE, ENOENT, ENOTDIR, ELOOP, EINTR}, {}},
+        {Call::create,
+         {EEXIST, EACCES, EPERM, EMFILE, ENFILE, ENOMEM, ENOSPC, EDQUOT, EROFS, EIO, ESTALE, EINTR},
+         {}},
+        {Call::openat2,
+         {EACCES, EPERM, EMFILE, ENFILE, ENOMEM, EIO, EXDEV, ELOOP, ENOENT, ENOSYS, E2BIG, EINVAL, EAGAIN,
+          EINTR},
+         {}},
+        {Call::read, {EIO, EISDIR, ENOMEM, ESTALE, EINTR}, {}, true},
+        {Call::write, {ENOSPC, EDQUOT, EIO, EFBIG, EPERM, ENOMEM, EINTR}, {}, true},
+        // A descriptor is gone whatever its closing reports.
+        {Call::close, {}, {EIO, ENOSPC, EDQUOT, EINTR}},
+        {Call::fstat, {EIO, ENOMEM, EOVERFLOW, ESTALE}, {}},
+        {Call::fstatat, {EACCES, EIO, ENOMEM, ESTALE}, {}},
+        {Call::stat, {EACCES, EIO, ENOMEM, EOVERFLOW, ESTALE}, {}},
+        {Call::lstat, {EACCES, EIO, ENOMEM, ESTALE}, {}},
+        {Call::faccessat, {EACCES, EIO, ENOMEM, EROFS}, {}},
+        {Call::fchmod, {EPERM, EIO, EROFS}, {}},
+        {Call::fsync, {EIO, ENOSPC, EDQUOT, EROFS, EINVAL, EINTR}, {EIO, ENOSPC}},
+        {Call::renameat, {EACCES, EPERM, EIO, ENOSPC, EDQUOT, EROFS, ENOMEM}, {EIO}},
+        {Call::unlinkat, {EACCES, EIO}, {EIO}},
+        {Call::readlink, {EACCES, EIO, ENOMEM, ESTALE}, {}},
+        {Call::readlinkat, {EACCES, EIO, ENOMEM, ESTALE}, {}},
+        {Call::mkdir, {EACCES, EIO, ENOSPC, EDQUOT, EROFS, EMLINK, ENOMEM}, {}},
+        {Call::getcwd, {ENOENT, EACCES, ENOMEM}, {}},
+        {Call::realpath, {EACCES, EIO, ENOMEM, ESTALE}, {}},
+        {Call::pipe2, {EMFILE, ENFILE}, {}},
+        {Call::fcntl, {EBADF, EMFILE, EPERM, EBUSY, EINVAL}, {}},
+        {Call::poll, {ENOMEM, EAGAIN, EINTR}, {}},
+        // Somebody else may take the status.
+        {Call::waitpid, {EINTR}, {ECHILD}},
+        {Call::spawnSetup, {ENOMEM, EINVAL}, {}},
+        {Call::posixSpawn,
+         {EAGAIN, ENOMEM, EMFILE, ENOENT, EACCES, ENOEXEC, E2BIG, ETXTBSY, EPERM, EIO, ELOOP, ENOTDIR},
+         {}},
+        {Call::pthreadCreate, {EAGAIN, EPERM}, {}},
+    };
+    return rows;
+}
+
+std::vector<Fault> faultsAt(const Census& census) {
+    std::vector<Fault> faults;
+    for (const FaultRow& row : faultTable())
+        for (std::size_t index = 0; index < census[static_cast<std::size_t>(row.call)]; ++index) {
+            for (const int error : row.refusals) {
+                faults.push_back({row.call, index, Fault::Manner::refused, error});
+                if (error == EINTR) // Signals may come in swarms.
+                    faults.push_back({row.call, index, Fault::Manner::refused, error, 5});
+            }
+            for (const int error : row.lateReports)
+                faults.push_back({row.call, index, Fault::Manner::reportedLate, error});
+            if (row.canBeShort) {
+                faults.push_back({row.call, index, Fault::Manner::shortened});
+                faults.push_back({row.call, index, Fault::Manner::shortened, 0, 50});
+            }
+        }
+    return faults;
+}
+
+} // namespace kinovane::test

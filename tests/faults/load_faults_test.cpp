@@ -1,0 +1,117 @@
+// What the loader makes of a workspace when reading goes wrong.
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <kinovane/workspace.hpp>
+
+#include "faults/fault_sweep.hpp"
+#include "support/sample_film.hpp"
+#include "support/temporary_directory.hpp"
+
+namespace kinovane::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class LoadFaults : public testing::Test {
+  protected:
+    TemporaryDirectory directory;
+
+    LoadFaults() {
+        for (const char* name : {"run.json", "film-project.json", "production-plan.json", "treatment.json"})
+            directory.write("film/" + std::string(name), contentOf(sampleFilm() / name));
+    }
+
+    /// Loads the workspace, with a fault at each call. What is loaded is always the same workspace.
+    void sweep(const std::string& path, const fs::path& runManifest, std::vector<Call> moreCalls = {}) {
+        std::optional<FilmWorkspaceSnapshot> expected;
+        std::vector<Call> calls{Call::open, Call::fstat, Call::read, Call::close, Call::stat};
+        calls.insert(calls.end(), moreCalls.begin(), moreCalls.end());
+        FaultSweep{
+            .path = path,
+            .operation =
+                [&] {
+                    FilmWorkspaceSnapshot snapshot = FilmProjectLoader::load(runManifest);
+                    if (!expected)
+                        expected = snapshot;
+                    // Where nobody can tell what stands on the way, the location stays as it was given.
+                    if (snapshot.runManifest == runManifest && snapshot.root == runManifest.parent_path()) {
+                        snapshot.root = expected->root;
+                        snapshot.runManifest = expected->runManifest;
+                    }
+                    return snapshot == expected
+                               ? std::string("the workspace")
+                               : "another one: " + snapshot.root.string() + ", " + snapshot.project.title;
+                },
+            .expectedCalls = calls,
+            .check = checkNamed,
+            .moreFaults = {{Call::read, 0, Fault::Manner::shortened, 0, forever},
+                           {Call::read, 0, Fault::Manner::refused, EIO, forever},
+                           {Call::open, 0, Fault::Manner::refused, EMFILE, forever}}}
+            .run();
+    }
+
+    /// An error names the document, and says what the system said.
+    static void checkNamed(const Fault& fault, const Outcome& outcome) {
+        if (outcome.kind == Outcome::Kind::result)
+            return;
+        EXPECT_EQ(outcome.kind, Outcome::Kind::projectError);
+        const std::string why = ".json: " + std::generic_category().message(fault.error);
+        EXPECT_NE(outcome.text.find(why), std::string::npos) << outcome.text;
+        const std::vector<std::string> documents{"film-project", "production-plan", "treatment"};
+        EXPECT_TRUE(std::any_of(documents.begin(), documents.end(), [&](const std::string& document) {
+            return outcome.text.find(document + ".json: ") != std::string::npos;
+        })) << outcome.text;
+    }
+};
+
+TEST_F(LoadFaults, AWorkspace) { sweep("loading a workspace", directory / "film/run.json"); }
+
+TEST_F(LoadFaults, ByARelativeLocation) {
+    const fs::path before = fs::current_path();
+    fs::current_path(directory / "film");
+    sweep("loading from a relative location", "run.json", {Call::getcwd});
+    fs::current_path(before);
+}
+
+// By its name alone the way leads to another film.
+TEST_F(LoadFaults, BehindALink) {
+    directory.write("elsewhere/run.json", "");
+    directory.write("elsewhere/film-project.json", smallestProject());
+    fs::create_directory(directory / "film/cuts");
+    fs::create_directory_symlink(directory / "film/cuts", directory / "elsewhere/link");
+    sweep("loading by way of a link", directory / "elsewhere/link/../run.json", {Call::lstat});
+}
+
+// Whatever goes wrong, a document with a mistake is never taken for a sound one.
+TEST_F(LoadFaults, ABrokenDocument) {
+    directory.write("film/production-plan.json", R"({"title":)");
+    FaultSweep{.path = "loading a broken document",
+               .operation =
+                   [&] {
+                       (void)FilmProjectLoader::load(directory / "film/run.json");
+                       return std::string("loaded");
+                   },
+               .expectedCalls = {Call::open, Call::read, Call::close},
+               .check =
+                   [](const Fault& fault, const Outcome& outcome) {
+                       EXPECT_EQ(outcome.kind, Outcome::Kind::projectError);
+                       const bool broken = outcome.text.find("production-plan.json: line 1, column 10: the "
+                                                             "document ends too early") != std::string::npos;
+                       if (!broken)
+                           checkNamed(fault, outcome);
+                   }}
+        .run();
+}
+
+} // namespace
+
+} // namespace kinovane::test

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <system_error>
+
+namespace kinovane::test {
+
+/// What came of an operation.
+struct Outcome {
+    enum class Kind { result, systemError, projectError, handoffError, toolError, undocumented };
+
+    Kind kind = Kind::undocumented;
+    std::string text;     ///< The result, or the error's text.
+    std::error_code code; ///< Of a system error.
+
+    bool operator==(const Outcome&) const = default;
+};
+
+/// `operation` gives its result as text.
+Outcome outcomeOf(const std::function<std::string()>& operation);
+
+} // namespace kinovane::test

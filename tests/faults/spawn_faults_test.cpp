@@ -1,0 +1,117 @@
+// What is left of a program's start, and of the program, when a call goes wrong.
+
+#include <cerrno>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <kinovane/tooling.hpp>
+
+#include "faults/fault_sweep.hpp"
+#include "support/child_counts.hpp"
+#include "support/forked_process.hpp"
+#include "support/sample_film.hpp"
+#include "tooling/resting_counts.hpp"
+
+namespace kinovane::test {
+
+namespace {
+
+const std::vector<Call> startCalls{Call::stat,    Call::faccessat,  Call::pipe2,        Call::fcntl,
+                                   Call::poll,    Call::posixSpawn, Call::read,         Call::close,
+                                   Call::waitpid, Call::spawnSetup, Call::pthreadCreate};
+
+std::string join(const ProcessResult& result) { return result.stdout + "|" + result.stderr; }
+
+const std::string launchFailed = "Could not launch film command: ";
+
+/// Where it went wrong decides which error it is.
+void checkTold(const Fault& fault, const Outcome& outcome) {
+    if (outcome.kind == Outcome::Kind::result)
+        return;
+    const std::string why = std::generic_category().message(fault.error);
+    switch (fault.call) {
+    case Call::stat:
+    case Call::faccessat:
+        EXPECT_EQ(outcome.text, "Required executable not found: " + programPath("puppet"));
+        break;
+    case Call::read:
+    case Call::poll:
+        EXPECT_EQ(outcome.kind, Outcome::Kind::systemError);
+        EXPECT_EQ(outcome.code, std::error_code(fault.error, std::generic_category()));
+        break;
+    case Call::waitpid:
+        EXPECT_EQ(outcome.text.find(launchFailed + "its exit status cannot be learned"), 0U) << outcome.text;
+        break;
+    case Call::pthreadCreate:
+        EXPECT_EQ(outcome.text, launchFailed + "no thread could be started: " + why);
+        break;
+    default:
+        EXPECT_EQ(outcome.text, launchFailed + why);
+    }
+}
+
+FaultSweep sweepOf(const std::string& path, const std::vector<std::string>& arguments) {
+    return {
+        .path = path,
+        .operation = [arguments] { return join(FilmToolClient(programPath("puppet")).run(arguments).get()); },
+        .expectedCalls = startCalls,
+        .check = checkTold,
+        // How often a pipe is read depends on how fast the program writes.
+        .repeatable = false};
+}
+
+TEST(SpawnFaults, AShortRun) {
+    FaultSweep sweep = sweepOf("running a program", {"out", "x", "err", "y"});
+    sweep.moreFaults = {{Call::read, 0, Fault::Manner::shortened, 0, forever},
+                        {Call::read, 0, Fault::Manner::refused, EIO, forever},
+                        {Call::pipe2, 0, Fault::Manner::refused, EMFILE, forever}};
+    sweep.run();
+}
+
+// Large enough for a larger pipe, and for a program that has to be stopped in the middle.
+TEST(SpawnFaults, ARunWithMuchOutput) {
+    sweepOf("running a program with much output", {"flood", "1100000"}).run();
+}
+
+TEST(SpawnFaults, AFailingProgram) {
+    FaultSweep sweep = sweepOf("running a program that fails", {"out", "x", "exit", "3"});
+    sweep.check = [](const Fault& fault, const Outcome& outcome) {
+        EXPECT_NE(outcome.kind, Outcome::Kind::result);
+        if (outcome.text != "Film command exited 3.")
+            checkTold(fault, outcome);
+    };
+    sweep.run();
+}
+
+// The first pipe then gets the place of standard input, and has to move away.
+TEST(SpawnFaults, WithoutStandardInput) {
+    EXPECT_EQ(inForkedProcess([] {
+                  ::close(STDIN_FILENO);
+                  sweepOf("running a program without standard input", {"out", "x"}).run();
+                  return std::string(testing::Test::HasFailure() ? "failed" : "passed");
+              }),
+              "passed");
+}
+
+// An error after the start ends the run, and while the rest is cleared away calls may be interrupted too. The
+// program still writes when nobody reads any more.
+TEST(SpawnFaults, InterruptedWhileClearingAway) {
+    const FaultSweep sweep = sweepOf("", {"flood", "300000"});
+    const ProcessCounts before = restingCounts();
+    {
+        const FaultPlan plan({{Call::poll, 1, Fault::Manner::refused, ENOMEM},
+                              {Call::waitpid, 0, Fault::Manner::refused, EINTR, 3},
+                              {Call::close, 2, Fault::Manner::reportedLate, EINTR, forever}});
+        EXPECT_EQ(outcomeOf(sweep.operation).code, std::errc::not_enough_memory);
+        EXPECT_EQ(plan.census()[static_cast<std::size_t>(Call::waitpid)], 4U);
+    }
+    EXPECT_TRUE(settledCounts(before) == before) << "something was left";
+}
+
+} // namespace
+
+} // namespace kinovane::test

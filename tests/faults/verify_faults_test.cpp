@@ -1,0 +1,194 @@
+// What the verification of artifacts makes of faults while they are read.
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <span>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <kinovane/handoff.hpp>
+
+#include "faults/fault_sweep.hpp"
+#include "support/sample_film.hpp"
+
+namespace kinovane::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::vector<Call> walkCalls{Call::open, Call::openat, Call::openat2, Call::fstatat,
+                                  Call::read, Call::fstat,  Call::close};
+
+/// Where a way is barred outside the project, nobody can tell that it would have led back in.
+const std::string barred = "The handoff contains an unsafe artifact path: absolute/cut.mp4";
+
+class VerifyFaults : public testing::Test {
+  protected:
+    WorkspaceMaker maker;
+
+    /// Artifacts at all kinds of places; two of them are reached through links.
+    VerifyFaults() {
+        const fs::path& root = maker.directory.path();
+        maker.add("shot-keyframe", "frames/s1.png", "a frame");
+        maker.add("shot-clip", "clips/by-name/s1.mp4", "a clip");
+        maker.add("score", "score/theme.wav", "a theme");
+        maker.directory.write("kept/poster.png", "a poster");
+        maker.directory.write("kept/cut.mp4", "a cut");
+        fs::create_symlink("kept/poster.png", root / "poster.png");
+        fs::create_directory_symlink(root / "kept", root / "absolute");
+        list("poster", "poster.png", "a poster");
+        list("rough-cut", "absolute/cut.mp4", "a cut");
+    }
+
+    void list(std::string_view kind, std::string_view path, std::string_view content) {
+        maker.list(kind, path).sha256 = VistrelHandoffBuilder::sha256(std::as_bytes(std::span(content)));
+    }
+
+    std::string build(unsigned workers) const {
+        HandoffBuildOptions options;
+        options.workers = workers;
+        return encodeJSON(VistrelHandoffBuilder::build(maker.snapshot, "film", "now", options));
+    }
+
+    /// One line for each artifact.
+    std::string audit(unsigned workers) const {
+        HandoffBuildOptions options;
+        options.workers = workers;
+        std::string lines;
+        for (const ArtifactOutcome& outcome : VistrelHandoffBuilder::audit(maker.snapshot, options))
+            lines += outcome.description() + "\n";
+        return lines;
+    }
+
+    bool namesAnArtifactOrTheRoot(const std::string& text) const {
+        const auto& artifacts = maker.snapshot.project.artifacts;
+        return text.find(maker.directory.path().string() + "]") != std::string::npos ||
+               text.find("[/]") != std::string::npos ||
+               std::any_of(artifacts.begin(), artifacts.end(), [&](const FilmArtifact& artifact) {
+                   return text.find(artifact.path) != std::string::npos;
+               });
+    }
+
+    /// A fault of the system is told as such: the artifact is neither missing nor unsafe nor damaged.
+    void checkTold(const Fault& fault, const Outcome& outcome) const {
+        if (outcome.kind == Outcome::Kind::result)
+            return;
+        if (fault.error == EACCES && outcome.kind == Outcome::Kind::handoffError) {
+            EXPECT_EQ(outcome.text, barred);
+            return;
+        }
+        EXPECT_EQ(outcome.kind, Outcome::Kind::systemError) << outcome.text;
+        if (outcome.kind == Outcome::Kind::systemError) {
+            EXPECT_EQ(outcome.code.value(), fault.error) << outcome.text;
+        }
+        EXPECT_TRUE(namesAnArtifactOrTheRoot(outcome.text)) << outcome.text;
+    }
+};
+
+TEST_F(VerifyFaults, Building) {
+    for (const unsigned workers : {1U, 3U}) {
+        std::vector<Call> calls = walkCalls;
+        calls.push_back(Call::readlinkat);
+        if (workers > 1)
+            calls.push_back(Call::pthreadCreate);
+        FaultSweep{.path = "building with workers: " + std::to_string(workers),
+                   .operation = [&] { return build(workers); },
+                   .expectedCalls = calls,
+                   .check = [&](const Fault& fault, const Outcome& outcome) { checkTold(fault, outcome); },
+                   .repeatable = workers == 1,
+                   .moreFaults = {{Call::openat2, 0, Fault::Manner::refused, ENOSYS, forever},
+                                  {Call::read, 0, Fault::Manner::shortened, 0, forever},
+                                  {Call::read, 0, Fault::Manner::refused, EIO, forever},
+                                  {Call::openat, 0, Fault::Manner::refused, EMFILE, forever}}}
+            .run();
+    }
+}
+
+/// The lines of an audit differ from those of a sound one only where they tell of the fault.
+void checkLines(const Fault& fault, const std::string& text, const std::string& sound) {
+    std::istringstream lines(text);
+    std::istringstream soundLines(sound);
+    const std::string why = " (" + std::generic_category().message(fault.error) + ")";
+    std::size_t different = 0;
+    for (std::string line, soundLine; std::getline(soundLines, soundLine);) {
+        ASSERT_TRUE(std::getline(lines, line));
+        if (line == soundLine)
+            continue;
+        ++different;
+        if (fault.error == EACCES && line == barred)
+            continue;
+        EXPECT_TRUE(line.starts_with("The handoff artifact could not be read: ") && line.ends_with(why))
+            << line;
+    }
+    EXPECT_LE(different, fault.times);
+}
+
+TEST_F(VerifyFaults, Auditing) {
+    for (const unsigned workers : {1U, 3U}) {
+        const std::string sound = audit(workers);
+        FaultSweep{.path = "auditing with workers: " + std::to_string(workers),
+                   .operation = [&] { return audit(workers); },
+                   .expectedCalls = walkCalls,
+                   .check =
+                       [&](const Fault& fault, const Outcome& outcome) {
+                           if (outcome.kind == Outcome::Kind::result)
+                               checkLines(fault, outcome.text, sound);
+                           else
+                               checkTold(fault, outcome);
+                       },
+                   .oneResult = false,
+                   .repeatable = workers == 1,
+                   .moreFaults = {{Call::read, 0, Fault::Manner::refused, EIO, forever}}}
+            .run();
+    }
+}
+
+TEST_F(VerifyFaults, ADamagedArtifactIsNeverSound) {
+    maker.directory.write("score/theme.wav", "a scratch");
+    for (const unsigned workers : {1U, 3U})
+        FaultSweep{.path = "building with a damaged file, workers: " + std::to_string(workers),
+                   .operation = [&] { return build(workers); },
+                   .expectedCalls = walkCalls,
+                   .check =
+                       [&](const Fault& fault, const Outcome& outcome) {
+                           EXPECT_NE(outcome.kind, Outcome::Kind::result);
+                           if (outcome.text.find("score/theme.wav") == std::string::npos)
+                               checkTold(fault, outcome);
+                       },
+                   .repeatable = workers == 1}
+            .run();
+}
+
+// Large enough to be read on a thread of its own.
+TEST_F(VerifyFaults, ReadingAhead) {
+    maker.snapshot.project.artifacts.clear();
+    maker.add("delivery-master", "delivery/film.mp4", std::string(std::size_t{5} << 20U, 'k'));
+    std::vector<Call> calls = walkCalls;
+    calls.push_back(Call::pthreadCreate);
+    FaultSweep{.path = "building with reading ahead",
+               .operation = [&] { return build(1); },
+               .expectedCalls = calls,
+               .check = [&](const Fault& fault, const Outcome& outcome) { checkTold(fault, outcome); }}
+        .run();
+}
+
+TEST_F(VerifyFaults, TheDigestOfAFile) {
+    const fs::path file = maker.directory / "score/theme.wav";
+    FaultSweep{.path = "the digest of a file",
+               .operation = [&] { return VistrelHandoffBuilder::sha256(file); },
+               .expectedCalls = {Call::open, Call::fstat, Call::read, Call::close},
+               .check = [&](const Fault& fault, const Outcome& outcome) { checkTold(fault, outcome); },
+               .moreFaults = {{Call::read, 0, Fault::Manner::shortened, 0, forever}}}
+        .run();
+}
+
+} // namespace
+
+} // namespace kinovane::test

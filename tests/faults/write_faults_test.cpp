@@ -1,0 +1,182 @@
+// What is left of a manifest when the writing of it goes wrong.
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <string>
+#include <system_error>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <kinovane/handoff.hpp>
+
+#include "faults/fault_sweep.hpp"
+#include "support/temporary_directory.hpp"
+
+namespace kinovane::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr mode_t privateMode = 0640;
+
+VistrelHandoff handoffToWrite() {
+    VistrelHandoff handoff;
+    handoff.contractVersion = "quexrun/film-vistrel-handoff.v1";
+    handoff.project.title = "A Lamp for the Late Ferry";
+    return handoff;
+}
+
+class WriteFaults : public testing::Test {
+  protected:
+    const VistrelHandoff handoff = handoffToWrite();
+    const std::string content = encodeJSON(handoff, JSONFormat::pretty);
+    const TemporaryDirectory directory;
+    const fs::path home = directory / "home";
+    const fs::path manifest = home / "manifest.json"; ///< Where it lies in the end.
+    std::optional<std::string> old = "the old manifest";
+
+    /// Writes to `to`, with a fault at each call.
+    void sweep(
+        const std::string& path, const fs::path& to, std::vector<Call> moreCalls,
+        const std::function<void()>& prepareMore = [] {}) {
+        std::vector<Call> calls{Call::open,    Call::create,   Call::write, Call::fsync, Call::close,
+                                Call::fstatat, Call::renameat, Call::read,  Call::fstat, Call::lstat};
+        calls.insert(calls.end(), moreCalls.begin(), moreCalls.end());
+        FaultSweep sweep{
+            .path = path,
+            .operation = [&] { return VistrelHandoffBuilder::write(handoff, to); },
+            .expectedCalls = calls,
+            .prepare =
+                [&] {
+                    prepare();
+                    prepareMore();
+                },
+            .check = [&](const Fault& fault, const Outcome& outcome) { check(to, fault, outcome); }};
+        // A disk that is full stays full, and may still have taken a part.
+        for (const int error : {ENOSPC, EDQUOT, EFBIG, EIO})
+            sweep.moreFaults.push_back({Call::write, 0, Fault::Manner::refused, error, forever});
+        sweep.moreFaults.push_back({Call::write, 0, Fault::Manner::shortened, 0, forever});
+        sweep.moreFaults.push_back({Call::fsync, 0, Fault::Manner::refused, EIO, forever});
+        sweep.run();
+    }
+
+  private:
+    void prepare() const {
+        fs::remove_all(home);
+        if (!old)
+            return;
+        directory.write("home/manifest.json", *old);
+        ASSERT_EQ(::chmod(manifest.c_str(), privateMode), 0);
+    }
+
+    void check(const fs::path& to, const Fault& fault, const Outcome& outcome) const {
+        const bool exists = fs::exists(manifest);
+        const std::string found = exists ? contentOf(manifest) : "";
+        const bool isNew = exists && found == content;
+        const bool isOld = old ? exists && found == *old : !exists;
+        EXPECT_TRUE(isNew || isOld) << "neither the old manifest nor the new one: " << found;
+        if (exists && (old || isNew))
+            checkMode(isNew);
+        checkNames();
+        if (outcome.kind == Outcome::Kind::result) {
+            EXPECT_TRUE(isNew);
+            EXPECT_FALSE(mustBeTold(fault)) << "it was not told";
+            return;
+        }
+        EXPECT_EQ(outcome.kind, Outcome::Kind::systemError);
+        EXPECT_EQ(outcome.code, std::error_code(fault.error, std::generic_category())) << outcome.text;
+        checkNamed(to, outcome.text);
+    }
+
+    void checkMode(bool isNew) const {
+        struct stat status{};
+        ASSERT_EQ(::stat(manifest.c_str(), &status), 0);
+        const mode_t mask = ::umask(0);
+        ::umask(mask);
+        EXPECT_EQ(status.st_mode & 07777U, old ? privateMode : 0666U & ~mask)
+            << (isNew ? "of the new manifest" : "of the old manifest");
+    }
+
+    void checkNames() const {
+        if (!fs::exists(home))
+            return;
+        for (const std::string& name : namesIn(home))
+            EXPECT_EQ(name, "manifest.json") << "left behind";
+    }
+
+    /// The manifest, a link on the way to it, or the directory above it, which could not be made.
+    void checkNamed(const fs::path& to, const std::string& text) const {
+        const std::set<fs::path> places{to, to.parent_path(), directory / "second", manifest, home};
+        EXPECT_TRUE(std::any_of(places.begin(), places.end(), [&](const fs::path& place) {
+            return text.find(place.string() + "]") != std::string::npos;
+        })) << text;
+    }
+
+    /// Whether the manifest may not be on the disk after this fault. The second file to be flushed is the
+    /// directory, which some file systems cannot do; the first to be closed is the file that was written.
+    static bool mustBeTold(const Fault& fault) {
+        if (fault.harmless())
+            return false;
+        switch (fault.call) {
+        case Call::write:
+        case Call::renameat:
+        case Call::fchmod:
+            return true;
+        case Call::fsync:
+            return fault.index == 0 || fault.error != EINVAL;
+        case Call::close:
+            return fault.index == 0;
+        default:
+            return false;
+        }
+    }
+};
+
+TEST_F(WriteFaults, OverAnExistingManifest) {
+    sweep("writing over a manifest", manifest, {Call::fchmod, Call::stat});
+}
+
+TEST_F(WriteFaults, IntoAnEmptyDirectory) {
+    old.reset();
+    sweep("writing into an empty directory", manifest, {Call::stat}, [&] { fs::create_directory(home); });
+}
+
+TEST_F(WriteFaults, IntoDirectoriesThatAreMadeForIt) {
+    old.reset();
+    sweep("writing into a new directory", manifest, {Call::stat, Call::mkdir});
+}
+
+TEST_F(WriteFaults, ThroughALink) {
+    fs::create_symlink("home/manifest.json", directory / "second");
+    fs::create_symlink(directory / "second", directory / "first");
+    sweep("writing through links", directory / "first", {Call::fchmod, Call::readlink});
+}
+
+TEST_F(WriteFaults, ByARelativeLocation) {
+    const fs::path before = fs::current_path();
+    fs::current_path(directory.path());
+    sweep("writing to a relative location", "home/manifest.json", {Call::fchmod, Call::getcwd});
+    fs::current_path(before);
+}
+
+// What was created before the fault has to be removed also when the first attempt was interrupted.
+TEST_F(WriteFaults, AFullDiskAfterAnInterruption) {
+    directory.write("home/manifest.json", *old);
+    const FaultPlan plan({{Call::write, 0, Fault::Manner::refused, EINTR},
+                          {Call::write, 1, Fault::Manner::shortened},
+                          {Call::write, 2, Fault::Manner::refused, ENOSPC, forever}});
+    const Outcome outcome = outcomeOf([&] { return VistrelHandoffBuilder::write(handoff, manifest); });
+    EXPECT_EQ(outcome.code, std::errc::no_space_on_device);
+    EXPECT_EQ(plan.census()[static_cast<std::size_t>(Call::unlinkat)], 1U);
+    EXPECT_EQ(contentOf(manifest), *old);
+    EXPECT_EQ(namesIn(home), std::vector<std::string>{"manifest.json"});
+}
+
+} // namespace
+
+} // namespace kinovane::test

@@ -119,23 +119,29 @@ void decodeInto(void* target, const Shape& shape, std::string_view document) {
 }
 
 bool decodeInto(void* target, const Shape& shape, RegularFile file) {
-    constexpr std::size_t pieceSize = std::size_t{64}
-                                      << 10U; // Stays in the processor's cache while it is parsed.
-    std::array<char, pieceSize> buffer;       // NOLINT(*-member-init): filled by reading
-    Parser parser(target, shape);
+    constexpr std::size_t pieceSize = std::size_t{64} << 10U; // Stays in the processor's cache.
+    // In this order: the parser takes its own address for the sign that a piece ended too early, so the end
+    // of a piece must never be there.
+    struct State {
+        State(void* target, const Shape& shape) : parser(target, shape) {} // NOLINT(*-member-init)
+        Parser parser;
+        std::array<char, pieceSize> buffer; ///< Filled by reading.
+    };
+    State state(target, shape);
     bj::error_code error;
     bool first = true;
-    while (const std::size_t count = file.readDocumentPiece(std::as_writable_bytes(std::span(buffer)))) {
-        std::string_view piece(buffer.data(), count);
+    while (const std::size_t count =
+               file.readDocumentPiece(std::as_writable_bytes(std::span(state.buffer)))) {
+        std::string_view piece(state.buffer.data(), count);
         if (std::exchange(first, false) && piece.starts_with(byteOrderMark))
             piece.remove_prefix(byteOrderMark.size());
-        if (parser.take(piece, true, error) < piece.size() || error)
+        if (state.parser.take(piece, true, error) < piece.size() || error)
             return false;
     }
-    parser.take({}, false, error);
+    state.parser.take({}, false, error);
     if (error)
         return false;
-    parser.throwFailure();
+    state.parser.throwFailure();
     return true;
 }
 

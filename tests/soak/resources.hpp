@@ -24,17 +24,4 @@ std::optional<std::string> growth(const Resources& first, const Resources& last)
 /// A memory allocator keeps a little here and there; a leak of 60 bytes in each of 20 000 runs is more.
 inline constexpr std::size_t allowedMemory = std::size_t{1} << 20U;
 
-/// Sanitizers keep freed memory back, so that its use is noticed.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-inline constexpr bool memoryCounts = false;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-inline constexpr bool memoryCounts = false;
-#else
-inline constexpr bool memoryCounts = true;
-#endif
-#else
-inline constexpr bool memoryCounts = true;
-#endif
-
 } // namespace kinovane::test

@@ -4,26 +4,17 @@
 #include <thread>
 
 #include "support/child_counts.hpp"
+#include "support/sanitizers.hpp"
 
 namespace kinovane::test {
 
-#if defined(__SANITIZE_THREAD__)
-inline constexpr std::size_t restingThreads = 2; // One is the sanitizer's own.
-#elif defined(__has_feature)
-#if __has_feature(thread_sanitizer)
-inline constexpr std::size_t restingThreads = 2;
-#else
-inline constexpr std::size_t restingThreads = 1;
-#endif
-#else
-inline constexpr std::size_t restingThreads = 1;
-#endif
+inline constexpr std::size_t restingThreads = underThreadSanitizer ? 2 : 1;
 
 /// What this process has while no operation runs, once the threads of earlier operations have gone: a thread
 /// may be listed for an instant after it was joined, and longer when nobody waits for it.
 inline ProcessCounts restingCounts() {
     try {
-        std::thread([] {}).join(); // A sanitizer starts its own thread with the first.
+        std::thread([] {}).join();
     } catch (const std::system_error&) {
         return countProcess(); // Where none can be started, none is on its way out.
     }

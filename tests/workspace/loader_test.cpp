@@ -69,6 +69,19 @@ TEST_F(Loader, EveryDocumentIsRead) {
     EXPECT_FALSE(load().productionPlan);
 }
 
+// Documents are read in pieces of a power of two; their end may be the end of a piece.
+TEST_F(Loader, ADocumentOfAnyLengthIsRead) {
+    for (const std::size_t piece : {4096U, 65536U, 131072U, 1048576U})
+        for (const std::size_t size : {piece - 1, piece, piece + 1}) {
+            SCOPED_TRACE(size);
+            const std::string padding(size - smallestProject().size(), ' ');
+            directory_.write("film-project.json", padding + smallestProject());
+            EXPECT_TRUE(load().project == decodeJSON<FilmProject>(smallestProject()));
+            directory_.write("film-project.json", smallestProject() + padding);
+            EXPECT_TRUE(load().project == decodeJSON<FilmProject>(smallestProject()));
+        }
+}
+
 TEST_F(Loader, ThePlansContractIsKeptAndNotCompared) {
     FilmProductionPlan foreign = plan();
     foreign.contractVersion = "another/plan.v9";

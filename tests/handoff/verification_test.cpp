@@ -1,6 +1,9 @@
 #include <atomic>
 #include <mutex>
+#include <set>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -200,6 +203,34 @@ TEST(Verification, AStopFromAnotherThreadInTheMiddleOfALargeFile) {
         EXPECT_EQ(code, std::errc::operation_canceled);
     }
     EXPECT_EQ(settledCounts(before), before);
+}
+
+// Else the last worker would still read the largest when the others have nothing left. One alone keeps the
+// order.
+TEST(Verification, SeveralWorkersBeginWithTheLargestFiles) {
+    WorkspaceMaker maker;
+    for (std::size_t index = 0; index < 50; ++index)
+        maker.add("dialogue", "small/" + std::to_string(index), std::string(1000 + index, 'a'));
+    maker.add("dialogue", "large", std::string(5'000'000, 'a'));
+    maker.add("final-master", "largest", std::string(10'000'000, 'a'));
+    struct Row {
+        const char* sentence;
+        unsigned workers;
+        std::set<std::string> first;
+    };
+    const Row rows[] = {
+        {"one worker", 1, {"small/0"}},
+        {"two workers", 2, {"large", "largest"}},
+        {"three workers", 3, {"large", "largest", "small/49"}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        std::vector<std::string> paths;
+        const auto note = [&](const VerificationProgress& progress) { paths.push_back(progress.path); };
+        VistrelHandoffBuilder::build(maker.snapshot, "/r", "now", {row.workers, note, {}});
+        ASSERT_GE(paths.size(), 2U); // The first only says how much there is to do.
+        EXPECT_TRUE(row.first.contains(paths[1])) << paths[1];
+    }
 }
 
 TEST(Verification, TenThousandArtifacts) {

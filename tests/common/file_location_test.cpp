@@ -61,6 +61,7 @@ TEST_F(FileLocation, StandardizedHasNoDots) {
         {"back behind an absolute link", top + "/absolute/../run.json", top + "/disk/run.json"},
         {"back to a link", top + "/films/link/b/../run.json", top + "/films/link/run.json"},
         {"back behind nothing", top + "/nothing/../run.json", top + "/run.json"},
+        {"back behind a name with a NUL byte", top + "/absolute\0x/../run.json"s, top + "/run.json"},
         {"back behind a link to itself", top + "/circle/../run.json", top + "/run.json"},
     };
     for (const Row& row : rows) {

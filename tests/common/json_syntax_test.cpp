@@ -64,6 +64,8 @@ TEST(JSONSyntax, AMistakeIsReportedWithItsLineAndColumn) {
         {"a number with a plus sign", R"({"count":+1})", "line 1, column 10: " + notJSON},
         {"a number that ends with a point", R"({"count":1.})", "line 1, column 12: " + notJSON},
         {"not a number", R"({"count":NaN})", "line 1, column 10: " + notJSON},
+        {"an exponent beyond counting", R"({"count":1e99999999999})",
+         "line 1, column 21: the number's exponent is too large"},
         {"a second value", R"({"name":"n","count":1} 5)", "line 1, column 24: " + follows},
         {"a bracket too many", R"({"name":"n","count":1}})", "line 1, column 23: " + follows},
         {"half a pair", R"({"name":"\ud83d"})", "line 1, column 16: " + notJSON},

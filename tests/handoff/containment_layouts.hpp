@@ -7,6 +7,7 @@
 #include <system_error>
 #include <vector>
 
+#include "common/descriptor.hpp"
 #include "support/temporary_directory.hpp"
 
 namespace kinovane::test {
@@ -32,11 +33,16 @@ class LayoutPlace {
     void link(const std::string& name, const std::filesystem::path& target) const;
     void fifo(const std::string& name) const;
     void socket(const std::string& name) const;
+    /// Opens a file until the place is gone; gives the system's name for what is open.
+    std::filesystem::path opened(const std::string& name);
     void allow(const std::string& name, unsigned mode) const;
     /// Directories in one another, with a file "a.png" in the last one, deeper than one path can say.
     void deepFile(const std::string& name, const std::string& piece, int depth) const;
     /// The links name1 → a.png, name2 → name1, …
     void chain(const std::string& name, int length) const;
+
+  private:
+    Descriptor open_;
 };
 
 /// What examining an artifact at a path is to give.
@@ -48,10 +54,19 @@ struct LayoutOutcome {
     bool operator==(const LayoutOutcome&) const = default;
 };
 
+/// What the plain digest of a file at a path is to give. It guards nothing and goes wherever the path leads.
+struct LayoutDigest {
+    std::string text; ///< Empty when it is refused.
+    std::errc code{}; ///< Of the refusal.
+
+    bool operator==(const LayoutDigest&) const = default;
+};
+
 struct Layout {
     std::string_view sentence;
     std::string path; ///< The artifact's.
     LayoutOutcome expected;
+    LayoutDigest digest;
     std::function<void(LayoutPlace&)> make = [](LayoutPlace&) {};
 };
 

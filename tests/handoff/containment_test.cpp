@@ -18,6 +18,10 @@ void PrintTo(const LayoutOutcome& outcome, std::ostream* stream) {
         *stream << make_error_code(outcome.code).message();
 }
 
+void PrintTo(const LayoutDigest& digest, std::ostream* stream) {
+    *stream << (digest.text.empty() ? "refused: " + make_error_code(digest.code).message() : digest.text);
+}
+
 namespace {
 
 using Kind = LayoutOutcome::Kind;
@@ -60,8 +64,17 @@ LayoutOutcome outcomeOfAudit(const FilmWorkspaceSnapshot& snapshot, const std::s
     return {Kind::accepted, {}};
 }
 
+LayoutDigest digestOfFile(const std::filesystem::path& file) {
+    try {
+        return {VistrelHandoffBuilder::sha256(file), {}};
+    } catch (const std::filesystem::filesystem_error& error) {
+        EXPECT_EQ(error.path1(), file);
+        return {"", static_cast<std::errc>(error.code().default_error_condition().value())};
+    }
+}
+
 TEST(Containment, EveryLayout) {
-    ASSERT_GE(containmentLayouts().size(), 40U);
+    ASSERT_GE(containmentLayouts().size(), 90U);
     for (const Layout& layout : containmentLayouts()) {
         SCOPED_TRACE(layout.sentence);
         LayoutPlace place;
@@ -72,6 +85,7 @@ TEST(Containment, EveryLayout) {
             const OrdinaryUser user;
             EXPECT_EQ(outcomeOfBuild(snapshot, layout.path), layout.expected);
             EXPECT_EQ(outcomeOfAudit(snapshot, layout.path), layout.expected);
+            EXPECT_EQ(digestOfFile(place.root / layout.path), layout.digest);
         }
         EXPECT_EQ(settledCounts(before), before) << "nothing stays open";
     }

@@ -55,6 +55,12 @@ void LayoutPlace::socket(const std::string& name) const {
     ::close(descriptor);
 }
 
+fs::path LayoutPlace::opened(const std::string& name) {
+    open_ = Descriptor(::open((area / name).c_str(), O_RDONLY | O_CLOEXEC));
+    require(bool(open_), "open");
+    return "/proc/self/fd/" + std::to_string(open_.get());
+}
+
 void LayoutPlace::allow(const std::string& name, unsigned mode) const {
     require(::chmod((area / name).c_str(), mode) == 0, "chmod");
 }

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <system_error>
+
+#include <kinovane/handoff.hpp>
+
+#include "handoff/containment_layouts.hpp"
+
+namespace kinovane::test {
+
+// What examining an artifact can come to.
+inline const LayoutOutcome accepted{LayoutOutcome::Kind::accepted, {}};
+inline const LayoutOutcome unsafe{LayoutOutcome::Kind::unsafe, {}};
+inline const LayoutOutcome missing{LayoutOutcome::Kind::missing, {}};
+
+inline LayoutOutcome failure(std::errc code) { return {LayoutOutcome::Kind::failure, code}; }
+
+// What the digest of a file can come to.
+inline const LayoutDigest content{std::string(layoutDigest), {}};
+inline const LayoutDigest noFile{"", std::errc::no_such_file_or_directory};
+inline const LayoutDigest noFolder{"", std::errc::not_a_directory};
+inline const LayoutDigest aFolder{"", std::errc::is_a_directory};
+inline const LayoutDigest noOrdinaryFile{"", std::errc::operation_not_supported};
+inline const LayoutDigest notAllowed{"", std::errc::permission_denied};
+inline const LayoutDigest tooLong{"", std::errc::filename_too_long};
+inline const LayoutDigest tooManyLinks{"", std::errc::too_many_symbolic_link_levels};
+
+/// Of the system's own file.
+inline LayoutDigest digestOf(const std::filesystem::path& file) {
+    const std::string bytes = contentOf(file);
+    return {VistrelHandoffBuilder::sha256(std::as_bytes(std::span(bytes))), {}};
+}
+
+inline std::string repeated(const std::string& text, int times) {
+    std::string result;
+    for (int time = 0; time < times; ++time)
+        result += text;
+    return result;
+}
+
+} // namespace kinovane::test

@@ -33,8 +33,10 @@ std::size_t countChildren() {
     return children;
 }
 
-/// So that a sanitizer's own thread is always among those that are counted.
-void startAnyThread() {
+/// So that it is always among those that are counted. It comes with the first other one.
+void startSanitizersThread() {
+    if (!underThreadSanitizer)
+        return;
     try {
         std::thread([] {}).join();
     } catch (const std::system_error&) {
@@ -45,8 +47,7 @@ void startAnyThread() {
 } // namespace
 
 ProcessCounts countProcess() {
-    if constexpr (underThreadSanitizer)
-        startAnyThread();
+    startSanitizersThread();
     return {entriesIn("/proc/self/fd"), entriesIn("/proc/self/task"), countChildren()};
 }
 

@@ -18,6 +18,7 @@
 
 #include "faults/outcome.hpp"
 #include "faults/small_disk.hpp"
+#include "faults/verification_text.hpp"
 #include "support/child_counts.hpp"
 #include "support/forked_process.hpp"
 #include "support/limits.hpp"
@@ -124,28 +125,13 @@ class LimitedWorkspace : public testing::Test {
             VistrelHandoffBuilder::sha256(std::as_bytes(std::span(std::string_view("a cut"))));
     }
 
-    std::string build(unsigned workers) const {
-        HandoffBuildOptions options;
-        options.workers = workers;
-        return encodeJSON(VistrelHandoffBuilder::build(maker.snapshot, "film", "now", options));
-    }
-
-    std::string audit(unsigned workers) const {
-        HandoffBuildOptions options;
-        options.workers = workers;
-        std::string lines;
-        for (const ArtifactOutcome& outcome : VistrelHandoffBuilder::audit(maker.snapshot, options))
-            lines += outcome.description() + "\n";
-        return lines;
-    }
-
     std::vector<OperationRow> operations() const {
         return {
             {"loading",
              [this] { return FilmProjectLoader::load(maker.directory / "run.json").project.title; }, 2},
-            {"building", [this] { return build(1); }, 12},
-            {"building with workers", [this] { return build(3); }, 24},
-            {"auditing with workers", [this] { return audit(3); }, 24},
+            {"building", [this] { return builtText(maker.snapshot, 1); }, 12},
+            {"building with workers", [this] { return builtText(maker.snapshot, 3); }, 24},
+            {"auditing with workers", [this] { return auditedText(maker.snapshot, 3); }, 24},
             {"writing",
              [this] {
                  return VistrelHandoffBuilder::write(VistrelHandoff(), maker.directory / "manifest.json");
@@ -198,9 +184,9 @@ TEST_F(LimitedWorkspace, NoThreads) {
         SCOPED_TRACE(workers);
         EXPECT_EQ(asOrdinaryUser([&] {
                       limitTo(RLIMIT_NPROC, 0);
-                      return build(workers) + audit(workers);
+                      return builtText(maker.snapshot, workers) + auditedText(maker.snapshot, workers);
                   }),
-                  build(workers) + audit(workers));
+                  builtText(maker.snapshot, workers) + auditedText(maker.snapshot, workers));
     }
 }
 

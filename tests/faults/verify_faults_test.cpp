@@ -15,6 +15,7 @@
 #include <kinovane/handoff.hpp>
 
 #include "faults/fault_sweep.hpp"
+#include "faults/verification_text.hpp"
 #include "support/sample_film.hpp"
 
 namespace kinovane::test {
@@ -51,22 +52,6 @@ class VerifyFaults : public testing::Test {
         maker.list(kind, path).sha256 = VistrelHandoffBuilder::sha256(std::as_bytes(std::span(content)));
     }
 
-    std::string build(unsigned workers) const {
-        HandoffBuildOptions options;
-        options.workers = workers;
-        return encodeJSON(VistrelHandoffBuilder::build(maker.snapshot, "film", "now", options));
-    }
-
-    /// One line for each artifact.
-    std::string audit(unsigned workers) const {
-        HandoffBuildOptions options;
-        options.workers = workers;
-        std::string lines;
-        for (const ArtifactOutcome& outcome : VistrelHandoffBuilder::audit(maker.snapshot, options))
-            lines += outcome.description() + "\n";
-        return lines;
-    }
-
     bool namesAnArtifactOrTheRoot(const std::string& text) const {
         const auto& artifacts = maker.snapshot.project.artifacts;
         return text.find(maker.directory.path().string() + "]") != std::string::npos ||
@@ -99,7 +84,7 @@ TEST_F(VerifyFaults, Building) {
         if (workers > 1)
             calls.push_back(Call::pthreadCreate);
         FaultSweep{.path = "building with workers: " + std::to_string(workers),
-                   .operation = [&] { return build(workers); },
+                   .operation = [&] { return builtText(maker.snapshot, workers); },
                    .expectedCalls = calls,
                    .check = [&](const Fault& fault, const Outcome& outcome) { checkTold(fault, outcome); },
                    .repeatable = workers == 1,
@@ -132,9 +117,9 @@ void checkLines(const Fault& fault, const std::string& text, const std::string& 
 
 TEST_F(VerifyFaults, Auditing) {
     for (const unsigned workers : {1U, 3U}) {
-        const std::string sound = audit(workers);
+        const std::string sound = auditedText(maker.snapshot, workers);
         FaultSweep{.path = "auditing with workers: " + std::to_string(workers),
-                   .operation = [&] { return audit(workers); },
+                   .operation = [&] { return auditedText(maker.snapshot, workers); },
                    .expectedCalls = walkCalls,
                    .check =
                        [&](const Fault& fault, const Outcome& outcome) {
@@ -154,7 +139,7 @@ TEST_F(VerifyFaults, ADamagedArtifactIsNeverSound) {
     maker.directory.write("score/theme.wav", "a scratch");
     for (const unsigned workers : {1U, 3U})
         FaultSweep{.path = "building with a damaged file, workers: " + std::to_string(workers),
-                   .operation = [&] { return build(workers); },
+                   .operation = [&] { return builtText(maker.snapshot, workers); },
                    .expectedCalls = walkCalls,
                    .check =
                        [&](const Fault& fault, const Outcome& outcome) {
@@ -173,7 +158,7 @@ TEST_F(VerifyFaults, ReadingAhead) {
     std::vector<Call> calls = walkCalls;
     calls.push_back(Call::pthreadCreate);
     FaultSweep{.path = "building with reading ahead",
-               .operation = [&] { return build(1); },
+               .operation = [&] { return builtText(maker.snapshot, 1); },
                .expectedCalls = calls,
                .check = [&](const Fault& fault, const Outcome& outcome) { checkTold(fault, outcome); }}
         .run();

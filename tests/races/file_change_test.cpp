@@ -20,7 +20,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int rounds = 20;
-constexpr int mostRounds = 2000;
+constexpr int mostRounds = 50'000;
 constexpr std::size_t minimumTurns = 40;
 
 void overwrite(const fs::path& file, std::string_view content) {

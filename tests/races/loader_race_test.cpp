@@ -22,7 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int rounds = 400;
-constexpr int mostRounds = 40'000;
+constexpr int mostRounds = 1'000'000;
 constexpr std::size_t minimumTurns = 40;
 constexpr std::size_t documents = DocumentVersions::names.size();
 

@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t versions = 6;
 constexpr std::size_t writings = 100; ///< Of each writer.
-constexpr std::size_t minimumChanges = 20;
+constexpr std::size_t minimumChanges = 5;
 
 class WritersRace : public testing::Test {
   protected:

@@ -48,7 +48,8 @@ class BesiegedFilm {
         const Attacker attacker(attack);
         attacker.awaitTurn();
         const auto goesOn = [&](int round) {
-            const bool met = tally.inside > 0 && (tally.unsafe > 0 || !isRefused);
+            const bool met =
+                tally.inside > 0 && (tally.unsafe > 0 || !isRefused) && attacker.turns() > minimumTurns;
             return round < (met ? rounds : mostRounds) && !testing::Test::HasFailure();
         };
         for (int round = 0; goesOn(round); ++round)

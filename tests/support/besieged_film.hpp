@@ -14,6 +14,7 @@
 #include <kinovane/handoff.hpp>
 
 #include "support/attacker.hpp"
+#include "support/sanitizers.hpp"
 #include "support/temporary_directory.hpp"
 
 namespace kinovane::test {
@@ -61,7 +62,7 @@ class BesiegedFilm {
     }
 
   private:
-    static constexpr int rounds = 4000;
+    static constexpr int rounds = underThreadSanitizer ? 400 : 4000; ///< There, each takes much longer.
     static constexpr int mostRounds = 400'000;
     static constexpr std::size_t minimumTurns = 100;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cerrno>
 #include <utility>
 
@@ -37,6 +38,24 @@ class Descriptor {
     int number_ = -1;
 };
 
+/// Whether the number is one of standard input, output and error.
+constexpr bool isStandard(int number) noexcept {
+    return number == STDIN_FILENO || number == STDOUT_FILENO || number == STDERR_FILENO;
+}
+
+/// While it lives, the system gives out none of the numbers 0, 1 and 2: those that the application has closed
+/// are taken by descriptors that can neither be read nor written. Keep it only around the call that opens a
+/// descriptor. Throws std::system_error when there are not enough descriptors.
+class ReservedStandardDescriptors {
+  public:
+    ReservedStandardDescriptors();
+    ReservedStandardDescriptors(const ReservedStandardDescriptors&) = delete;
+    ReservedStandardDescriptors& operator=(const ReservedStandardDescriptors&) = delete;
+
+  private:
+    std::array<Descriptor, 3> reserved_;
+};
+
 /// Repeats a system call for as long as a signal interrupts it.
 template <class Call>
 auto retryInterrupted(Call call) {
@@ -45,6 +64,21 @@ auto retryInterrupted(Call call) {
         if (result >= 0 || errno != EINTR)
             return result;
     }
+}
+
+/// The descriptor that `open` gives, never one of 0, 1 and 2: what the application, or a library it uses,
+/// writes to a standard descriptor that was closed must not reach a file of this library. `open` returns a
+/// number, or -1 and sets errno; it is called again when it gave one of these numbers, and must not have made
+/// anything. Throws std::system_error as ReservedStandardDescriptors does.
+template <class Open>
+Descriptor openAboveStandard(Open open) {
+    Descriptor descriptor(retryInterrupted(open));
+    if (!isStandard(descriptor.get()))
+        return descriptor;
+    // Another thread may have used the number in the meantime, so the descriptor is opened anew instead of
+    // being duplicated.
+    const ReservedStandardDescriptors reserved;
+    return Descriptor(retryInterrupted(open));
 }
 
 } // namespace kinovane

@@ -26,6 +26,24 @@ const json::value& require(const json::object& record, std::string_view key) {
                   std::string(expected));
 }
 
+/// Removes every key whose value is null: an optional key that is null counts as absent.
+void removeNulls(json::value& value) {
+    if (json::array* list = value.if_array()) {
+        for (json::value& element : *list) {
+            removeNulls(element);
+        }
+    } else if (json::object* record = value.if_object()) {
+        for (auto place = record->begin(); place != record->end();) {
+            if (place->value().is_null()) {
+                place = record->stable_erase(place);
+            } else {
+                removeNulls(place->value());
+                ++place;
+            }
+        }
+    }
+}
+
 } // namespace
 
 json::object readDocument(const std::filesystem::path& file) {
@@ -38,6 +56,7 @@ json::object readDocument(const std::filesystem::path& file) {
     if (!value.is_object()) {
         throw Refusal(jsonQuoted(file.native()) + " does not hold a JSON object");
     }
+    removeNulls(value);
     return std::move(value.get_object());
 }
 
@@ -51,7 +70,7 @@ std::string textOf(const json::object& record, std::string_view key) {
 
 std::string optionalTextOf(const json::object& record, std::string_view key) {
     const json::value* found = record.if_contains(key);
-    return found == nullptr || found->is_null() ? std::string() : textOf(record, key);
+    return found == nullptr ? std::string() : textOf(record, key);
 }
 
 std::int64_t integerOf(const json::object& record, std::string_view key) {

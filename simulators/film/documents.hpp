@@ -15,6 +15,7 @@ namespace json = boost::json;
 // The documents are kept as JSON, so that keys that this program does not know survive it. What is read from
 // them is a Refusal when it is missing or of the wrong type: people edit these files.
 
+/// Reads a document without the keys that are null; these count as absent.
 json::object readDocument(const std::filesystem::path& file);
 
 std::string textOf(const json::object& record, std::string_view key);

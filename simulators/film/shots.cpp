@@ -11,8 +11,7 @@ namespace {
 
 /// A take that is not there yet counts as the first.
 std::int64_t takeOf(const json::object& state) {
-    const json::value* take = state.if_contains("take");
-    return take == nullptr || take->is_null() ? 1 : integerOf(state, "take");
+    return state.contains("take") ? integerOf(state, "take") : 1;
 }
 
 const json::object& stateOf(const json::object& project, const std::string& id) {
@@ -110,7 +109,9 @@ void copyShotStates(const json::object& project, json::object& plan) {
             continue;
         }
         const std::int64_t take = integerOf(state, "take");
-        (*planned)["status"] = textOf(state, "status");
+        if (state.contains("status")) {
+            (*planned)["status"] = textOf(state, "status");
+        }
         (*planned)["take"] = take;
         (*planned)["selectedCandidate"] = 0;
         (*planned)["selectedSeed"] = integerOf(*planned, "seed") + take - 1;

@@ -109,10 +109,13 @@ std::vector<std::string> RecordReader::texts(std::string_view key) const {
     return all;
 }
 
-const json::value* RecordReader::find(std::string_view key) const { return object_->if_contains(key); }
+const json::value* RecordReader::find(std::string_view key) const {
+    const json::value* value = object_->if_contains(key);
+    return value != nullptr && !value->is_null() ? value : nullptr;
+}
 
 const json::value& RecordReader::require(std::string_view key) const {
-    const json::value* value = find(key);
+    const json::value* value = object_->if_contains(key);
     if (value == nullptr) {
         throw Refusal(placeOf(key) + " is missing");
     }

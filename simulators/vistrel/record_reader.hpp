@@ -23,8 +23,7 @@ class RecordReader {
     double number(std::string_view key) const;
     bool flag(std::string_view key) const;
 
-    /// An optional key is left out when there is nothing to say. A null is refused, for no writer of
-    /// manifests puts one there.
+    /// An optional key that is missing or null is absent.
     std::optional<std::string> optionalText(std::string_view key) const;
     std::optional<std::int64_t> optionalInteger(std::string_view key) const;
 
@@ -42,6 +41,7 @@ class RecordReader {
     }
 
   private:
+    /// The value of an optional key.
     const boost::json::value* find(std::string_view key) const;
     const boost::json::value& require(std::string_view key) const;
     const boost::json::array& list(std::string_view key) const;

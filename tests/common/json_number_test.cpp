@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <optional>
 #include <random>
 #include <string>
 
@@ -149,6 +150,60 @@ TEST(JSONNumber, WhatIsNoDoubleIsRefused) {
     for (const RefusalRow& row : rows) {
         SCOPED_TRACE(row.text);
         EXPECT_EQ(refusalOf<double>(row.text), (Refusal{"", row.message}));
+    }
+}
+
+struct LongExponentRow {
+    std::string text;
+    std::optional<std::int64_t> integer;
+    json::NumberFault fault; ///< Why it is no integer.
+    std::optional<double> real;
+};
+
+// Boost.JSON 1.81 refuses these exponents itself; later versions hand them over.
+TEST(JSONNumber, AnExponentMayHaveAnyLength) {
+    constexpr auto none = json::NumberFault::none;
+    constexpr auto fraction = json::NumberFault::fraction;
+    constexpr auto tooLarge = json::NumberFault::tooLarge;
+    const std::string long63 = "9223372036854775807";
+    const std::string thousandZeros(1000, '0');
+    const LongExponentRow rows[] = {
+        {"1e9999999999", {}, tooLarge, {}},
+        {"1e99999999999999999999", {}, tooLarge, {}},
+        {"1E+99999999999999999999", {}, tooLarge, {}},
+        {"-1e99999999999999999999", {}, tooLarge, {}},
+        {"0.001e99999999999999999999", {}, tooLarge, {}},
+        {"1e-99999999999999999999", {}, fraction, 0.0},
+        {"-1e-99999999999999999999", {}, fraction, -0.0},
+        {"1000e-99999999999999999999", {}, fraction, 0.0},
+        {"0e99999999999999999999", 0, none, 0.0},
+        {"0e-99999999999999999999", 0, none, 0.0},
+        {"-0e99999999999999999999", 0, none, -0.0},
+        {"-0.000e99999999999999999999", 0, none, -0.0},
+        {"-0.0e-99999999999999999999", 0, none, -0.0},
+        {"1e" + thousandZeros + "3", 1000, none, 1000.0},
+        {"1e+" + thousandZeros + "3", 1000, none, 1000.0},
+        {"15e-" + thousandZeros + "1", {}, fraction, 1.5},
+        {"1e" + std::string(1000, '9'), {}, tooLarge, {}},
+        {"1e-" + std::string(1000, '9'), {}, fraction, 0.0},
+        // The largest exponents that 64 bits hold, so that adding the digits to them would overflow.
+        {"1e" + long63, {}, tooLarge, {}},
+        {"10e" + long63, {}, tooLarge, {}},
+        {"1" + thousandZeros + "e" + long63, {}, tooLarge, {}},
+        {"1.5e-" + long63, {}, fraction, 0.0},
+        {"-0.00015e-9223372036854775808", {}, fraction, -0.0},
+        {"0." + thousandZeros + "1e-" + long63, {}, fraction, 0.0},
+    };
+    for (const LongExponentRow& row : rows) {
+        SCOPED_TRACE(row.text);
+        const json::IntegerValue integer = json::integerValue(row.text);
+        EXPECT_EQ(integer.fault, row.fault);
+        EXPECT_EQ(integer.value, row.integer.value_or(0));
+        const std::optional<double> real = json::realValue(row.text);
+        ASSERT_EQ(real.has_value(), row.real.has_value());
+        if (real) {
+            EXPECT_EQ(std::bit_cast<std::uint64_t>(*real), std::bit_cast<std::uint64_t>(*row.real));
+        }
     }
 }
 

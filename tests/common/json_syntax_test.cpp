@@ -64,8 +64,6 @@ TEST(JSONSyntax, AMistakeIsReportedWithItsLineAndColumn) {
         {"a number with a plus sign", R"({"count":+1})", "line 1, column 10: " + notJSON},
         {"a number that ends with a point", R"({"count":1.})", "line 1, column 12: " + notJSON},
         {"not a number", R"({"count":NaN})", "line 1, column 10: " + notJSON},
-        {"an exponent beyond counting", R"({"count":1e99999999999})",
-         "line 1, column 21: the number's exponent is too large"},
         {"a second value", R"({"name":"n","count":1} 5)", "line 1, column 24: " + follows},
         {"a bracket too many", R"({"name":"n","count":1}})", "line 1, column 23: " + follows},
         {"half a pair", R"({"name":"\ud83d"})", "line 1, column 16: " + notJSON},
@@ -80,6 +78,17 @@ TEST(JSONSyntax, AMistakeIsReportedWithItsLineAndColumn) {
         SCOPED_TRACE(row.sentence);
         EXPECT_EQ(refusalOf<Prop>(row.document), (Refusal{"", row.message}));
     }
+}
+
+// Boost.JSON 1.81 refuses such an exponent as a syntax error; later versions hand the number over.
+TEST(JSONSyntax, AnExponentOfMoreThanNineDigitsIsRefusedByTheParserOrWhereItIsUsed) {
+    const std::optional<Refusal> refusal = refusalOf<Prop>(R"({"name":"n","count":1e99999999999})");
+    ASSERT_TRUE(refusal);
+    if (refusal->path.empty())
+        EXPECT_EQ(refusal->message, "line 1, column 32: the number's exponent is too large");
+    else
+        EXPECT_EQ(*refusal,
+                  (Refusal{"count", "count: expected an integer that fits 64 bits, found 1e99999999999"}));
 }
 
 TEST(JSONSyntax, TextThatIsNotUTF8IsRefusedAtItsPlace) {

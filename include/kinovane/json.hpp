@@ -44,6 +44,7 @@ class KINOVANE_EXPORT JSONError : public std::exception {
     const char* what() const noexcept override;
 
     /// The place, such as "artifacts[3].bytes"; empty when the whole document is meant, as in a syntax error.
+    /// A key of more than 200 characters is cut after the 200th and followed by "…", here and in `what`.
     const std::string& path() const noexcept;
 
   private:

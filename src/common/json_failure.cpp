@@ -9,12 +9,20 @@ namespace kinovane::json {
 
 namespace {
 
+/// A message shows at most this many characters of a key, so that it does not grow with the document.
+constexpr std::size_t mostCharacters = 200;
+
 /// A key of a map may hold anything, but a message is to be read by a person: what controls a terminal, or
 /// ends a text early, is shown as JSON would write it.
 std::string legible(std::string_view key) {
     static constexpr char digits[] = "0123456789abcdef";
     std::string shown;
-    for (std::size_t position = 0; position < key.size();) {
+    std::size_t characters = 0;
+    for (std::size_t position = 0; position < key.size(); ++characters) {
+        if (characters == mostCharacters) {
+            shown += "…";
+            break;
+        }
         const std::size_t length = std::max<std::size_t>(sequenceLength(key, position), 1);
         const auto byte = static_cast<unsigned char>(key[position + length - 1]);
         const bool control =

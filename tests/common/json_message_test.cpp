@@ -1,3 +1,5 @@
+#include <limits>
+#include <map>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -32,6 +34,50 @@ TEST(JSONMessage, AKeyIsShownSoThatItCanBeRead) {
         ASSERT_TRUE(refusal);
         EXPECT_EQ(refusal->path, "extras." + row.shown);
         EXPECT_EQ(refusal->message, "extras." + row.shown + ": expected an integer, found true");
+    }
+}
+
+std::string repeated(std::string_view text, std::size_t times) {
+    std::string result;
+    for (std::size_t time = 0; time < times; ++time)
+        result += text;
+    return result;
+}
+
+TEST(JSONMessage, ALongKeyIsShortened) {
+    struct Row {
+        const char* sentence;
+        std::string key; ///< As the document has it.
+        std::string shown;
+    };
+    const Row rows[] = {
+        {"199 characters", repeated("k", 199), repeated("k", 199)},
+        {"200 characters", repeated("k", 200), repeated("k", 200)},
+        {"201 characters", repeated("k", 201), repeated("k", 200) + "…"},
+        {"a million characters", repeated("k", 1'000'000), repeated("k", 200) + "…"},
+        {"200 characters of two bytes", repeated("è", 200), repeated("è", 200)},
+        {"201 characters of two bytes", repeated("è", 201), repeated("è", 200) + "…"},
+        {"201 characters of four bytes", repeated("🎬", 201), repeated("🎬", 200) + "…"},
+        {"200 control characters", repeated(R"(\u0007)", 200), repeated(R"(\u0007)", 200)},
+        {"201 control characters", repeated(R"(\u0007)", 201), repeated(R"(\u0007)", 200) + "…"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        const std::optional<Refusal> refusal =
+            refusalOf<Scene>(R"({"title":"t","take":1,"length":1,"night":true,"props":[],"extras":{")" +
+                             row.key + R"(":true}})");
+        ASSERT_TRUE(refusal);
+        EXPECT_EQ(refusal->path, "extras." + row.shown);
+        EXPECT_EQ(refusal->message, "extras." + row.shown + ": expected an integer, found true");
+    }
+}
+
+TEST(JSONMessage, ALongKeyIsShortenedWhenWritingFailsToo) {
+    const std::map<std::string, double> levels{{repeated("k", 201), std::numeric_limits<double>::infinity()}};
+    try {
+        FAIL() << json::encode(levels, JSONFormat::compact);
+    } catch (const JSONEncodingError& error) {
+        EXPECT_EQ(error.path(), repeated("k", 200) + "…");
     }
 }
 

@@ -67,6 +67,13 @@ Descriptor openDirectory(const fs::path& directory) {
     return descriptor;
 }
 
+/// Of its own length: the target's name may already be as long as a name can be.
+std::string temporaryName(std::random_device& random) {
+    std::array<char, 40> name{};
+    std::snprintf(name.data(), name.size(), ".kinovane-%08x%08x.tmp", random(), random());
+    return name.data();
+}
+
 /// The temporary file beside the target. Unless it was put in the target's place, it is removed.
 class TemporaryFile {
   public:
@@ -74,16 +81,13 @@ class TemporaryFile {
         : target_(target), directory_(directory) {
         std::random_device random;
         for (int attempt = 0; attempt < namesToTry; ++attempt) {
-            // A name of its own length: the target's name may already be as long as a name can be.
-            std::array<char, 40> name{};
-            std::snprintf(name.data(), name.size(), ".kinovane-%08x%08x.tmp", random(), random());
+            // Before the file is there: a failure to allocate must not leave it behind.
+            name_ = temporaryName(random);
             constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
-            file_ =
-                Descriptor(retryInterrupted([&] { return ::openat(directory_, name.data(), flags, mode); }));
-            if (file_) {
-                name_ = name.data();
+            file_ = Descriptor(
+                retryInterrupted([&] { return ::openat(directory_, name_.c_str(), flags, mode); }));
+            if (file_)
                 return;
-            }
             if (errno != EEXIST)
                 break;
         }

@@ -23,7 +23,11 @@ namespace {
 
 constexpr int longestLinkChain = 40;
 constexpr int namesToTry = 100;
-constexpr mode_t permissionBits = 07777;
+/// Without the set-user-ID and set-group-ID bits: with them, the owner of the directory could make this
+/// process create a program that runs with its rights.
+constexpr mode_t permissionBits = 0777;
+constexpr mode_t writingByOthers = 0022;
+constexpr mode_t ownerOnly = 0600;
 
 [[noreturn]] void fail(const char* what, const fs::path& location, int error) {
     throw fs::filesystem_error(what, location, std::error_code(error, std::generic_category()));
@@ -110,7 +114,15 @@ class TemporaryFile {
         }
     }
 
-    void setMode(mode_t mode) {
+    /// Gives it the permissions of the file that it is to replace. A right to write that the old owner had
+    /// given is not the new owner's to give.
+    void setModeAfter(const struct stat& old) {
+        struct stat own{};
+        if (::fstat(file_.get(), &own) != 0)
+            fail("cannot examine", target_, errno);
+        mode_t mode = old.st_mode & permissionBits;
+        if (own.st_uid != old.st_uid || own.st_gid != old.st_gid)
+            mode &= ~writingByOthers;
         if (::fchmod(file_.get(), mode) != 0)
             fail("cannot set the mode of", target_, errno);
     }
@@ -160,13 +172,12 @@ void writeAtomically(const fs::path& location, std::span<const std::string_view>
     if (replaces && !S_ISREG(old.st_mode))
         fail("cannot write", location, S_ISDIR(old.st_mode) ? EISDIR : EOPNOTSUPP);
 
-    // Until its mode is set, the new file must not be open to more people than the old one.
-    const mode_t mode = replaces ? old.st_mode & permissionBits : mode_t{0666};
-    TemporaryFile temporary(target, directory.get(), mode);
+    // A replacement is its owner's alone until its content is complete and its mode is set.
+    TemporaryFile temporary(target, directory.get(), replaces ? old.st_mode & ownerOnly : mode_t{0666});
     for (const std::string_view piece : pieces)
         temporary.write(piece);
     if (replaces)
-        temporary.setMode(mode);
+        temporary.setModeAfter(old);
     temporary.putInPlace();
 
     // EINVAL: the file system cannot flush directories. EBADF: this one may not be opened for that.

@@ -121,6 +121,63 @@ TEST_F(AtomicFile, TheOldFilesModeIsKept) {
     }
 }
 
+TEST_F(AtomicFile, OnlyThePermissionBitsAreKept) {
+    struct Row {
+        const char* sentence;
+        mode_t old;
+        mode_t expected;
+    };
+    const Row rows[] = {
+        {"the set-user-ID bit", 04755, 0755},
+        {"the set-group-ID bit", 02755, 0755},
+        {"the set-group-ID bit of a file that is not executed", 02644, 0644},
+        {"the restricted deletion bit", 01644, 0644},
+        {"all of them", 07777, 0777},
+    };
+    const Umask umask(0022);
+    const fs::path location = directory_.write("old.json", "old");
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        ASSERT_EQ(::chmod(location.c_str(), row.old), 0);
+        ASSERT_EQ(modeOf(location), row.old);
+        writeAtomically(location, "new");
+        EXPECT_EQ(modeOf(location), row.expected);
+    }
+}
+
+// The old file's owner must not be able to write into the file of another user who publishes there.
+TEST_F(AtomicFile, OnlyTheNewOwnerMayWriteWhenTheOwnerChanges) {
+    struct Row {
+        const char* sentence;
+        uid_t owner;
+        gid_t group;
+        mode_t old;
+        mode_t expected; ///< When the old file is another user's or group's.
+    };
+    constexpr unsigned other = 65534;
+    const uid_t own = ::geteuid();
+    const gid_t ownGroup = ::getegid();
+    const Row rows[] = {
+        {"another owner", other, ownGroup, 0666, 0644},
+        {"another group", own, other, 0666, 0644},
+        {"both", other, other, 0777, 0755},
+        {"both, and the bits for other identities", other, other, 06775, 0755},
+        {"only the owner may write", other, other, 0640, 0640},
+        {"not even the owner may write", other, other, 0466, 0444},
+    };
+    const Umask umask(0);
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        const fs::path location = directory_.write("old.json", "old");
+        // An ordinary user cannot give a file away; then its owner stays, and so do its permissions.
+        const bool changed = ::chown(location.c_str(), row.owner, row.group) == 0;
+        ASSERT_EQ(::chmod(location.c_str(), row.old), 0);
+        writeAtomically(location, "new");
+        EXPECT_EQ(modeOf(location), changed ? row.expected : row.old & 0777);
+        fs::remove(location);
+    }
+}
+
 TEST_F(AtomicFile, LinksAreFollowed) {
     directory_.write("there/target.json", "old");
     fs::create_symlink("there/target.json", directory_ / "link");

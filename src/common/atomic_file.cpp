@@ -153,6 +153,9 @@ void writeAtomically(const fs::path& location, std::string_view content) {
 }
 
 void writeAtomically(const fs::path& location, std::span<const std::string_view> pieces) {
+    // Some C++ libraries take it for the working directory.
+    if (location.empty())
+        fail("cannot write, because the location is empty", location, EINVAL);
     if (holdsNUL(location.native()))
         fail("cannot write", location, EINVAL);
     const fs::path target = finalLocation(fs::absolute(location));

@@ -24,6 +24,9 @@ namespace {
 }
 
 Descriptor openForReading(const fs::path& location) {
+    if (location.empty())
+        throwFileError("cannot open, because the location is empty", location,
+                       make_error_code(std::errc::no_such_file_or_directory));
     if (holdsNUL(location.native()))
         throwFileError("cannot open", location, make_error_code(std::errc::no_such_file_or_directory));
     Descriptor descriptor(retryInterrupted([&] { return ::open(location.c_str(), RegularFile::openFlags); }));

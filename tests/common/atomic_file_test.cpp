@@ -252,6 +252,21 @@ TEST_F(AtomicFile, RefusesWhatCannotBeReplaced) {
     EXPECT_EQ(countProcess().descriptors, before.descriptors);
 }
 
+TEST_F(AtomicFile, AnEmptyLocationIsNotTheWorkingDirectory) {
+    const fs::path before = fs::current_path();
+    fs::current_path(directory_.path());
+    std::string message;
+    try {
+        writeAtomically("", "new");
+    } catch (const fs::filesystem_error& error) {
+        EXPECT_EQ(error.code(), std::errc::invalid_argument);
+        message = error.what();
+    }
+    fs::current_path(before);
+    EXPECT_THAT(message, testing::HasSubstr("cannot write, because the location is empty"));
+    EXPECT_THAT(namesIn(directory_.path()), ElementsAre());
+}
+
 TEST_F(AtomicFile, AFullDiskLeavesTheOldFileAndNothingElse) {
     const fs::path location = directory_.write("a.json", "old");
     const std::string content(100'000, 'k');

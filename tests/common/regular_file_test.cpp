@@ -119,6 +119,17 @@ TEST_F(RegularFileTest, RefusesWhatIsNoFileWithoutWaiting) {
     EXPECT_EQ(countProcess().descriptors, before.descriptors);
 }
 
+TEST_F(RegularFileTest, AnEmptyLocationIsNotTheWorkingDirectory) {
+    try {
+        FAIL() << readDocument("").size() << " bytes were read";
+    } catch (const fs::filesystem_error& error) {
+        EXPECT_EQ(error.code(), std::errc::no_such_file_or_directory);
+        EXPECT_NE(std::string(error.what()).find("cannot open, because the location is empty"),
+                  std::string::npos)
+            << error.what();
+    }
+}
+
 TEST_F(RegularFileTest, RefusesAFileThatMayNotBeRead) {
     const fs::path location = directory_.write("document", "{}");
     fs::permissions(directory_.path(), fs::perms::all);

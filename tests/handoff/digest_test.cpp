@@ -68,6 +68,7 @@ TEST(Digest, WhatIsNoFileIsRefused) {
         {directory / "pipe", std::errc::operation_not_supported},
         {"/dev/zero", std::errc::operation_not_supported},
         {std::string("/dev/null\0", 10), std::errc::no_such_file_or_directory},
+        {"", std::errc::no_such_file_or_directory},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.file);

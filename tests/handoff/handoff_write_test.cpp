@@ -168,5 +168,23 @@ TEST(HandoffWrite, PlacesThatCannotTakeAFile) {
     }
 }
 
+TEST(HandoffWrite, AnEmptyLocationIsRefused) {
+    const TemporaryDirectory directory;
+    const fs::path before = fs::current_path();
+    fs::current_path(directory.path());
+    std::error_code code;
+    std::string message;
+    try {
+        VistrelHandoffBuilder::write(VistrelHandoff{}, "");
+    } catch (const fs::filesystem_error& error) {
+        code = error.code();
+        message = error.what();
+    }
+    fs::current_path(before);
+    EXPECT_EQ(code, std::errc::invalid_argument);
+    EXPECT_THAT(message, testing::HasSubstr("cannot write, because the location is empty"));
+    EXPECT_THAT(namesIn(directory.path()), ElementsAre());
+}
+
 } // namespace
 } // namespace kinovane::test

@@ -343,7 +343,8 @@ struct KINOVANE_EXPORT FilmWorkspaceSnapshot {
     std::optional<FilmArtifact> latestArtifact(std::string_view kind) const;
 
     /// The best finished cut whose file exists now: the latest "delivery-master", else the latest
-    /// "final-master", else the latest "rough-cut". Looks at the disk at each call.
+    /// "final-master", else the latest "rough-cut". A cut whose existence the file system does not confirm,
+    /// such as one in a directory that may not be searched, is passed over. Looks at the disk at each call.
     std::optional<std::filesystem::path> playableCutURL() const;
 
     bool operator==(const FilmWorkspaceSnapshot&) const = default;

@@ -64,6 +64,11 @@ bool somethingExistsAt(const fs::path& location) noexcept {
     return errno != ENOENT && errno != ENOTDIR && errno != ELOOP && errno != ENAMETOOLONG;
 }
 
+bool isKnownToExist(const fs::path& location) noexcept {
+    struct stat status{};
+    return !holdsNUL(location.native()) && ::stat(location.c_str(), &status) == 0;
+}
+
 bool isExecutableFile(const fs::path& location) noexcept {
     struct stat status{};
     return !holdsNUL(location.native()) && ::stat(location.c_str(), &status) == 0 &&

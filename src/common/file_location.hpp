@@ -21,6 +21,10 @@ std::string pathText(const std::filesystem::path& location);
 /// existing, so that the attempt to read it reports the reason.
 bool somethingExistsAt(const std::filesystem::path& location) noexcept;
 
+/// Whether the file system confirms that something exists at the location, links followed. What it refuses to
+/// tell does not count.
+bool isKnownToExist(const std::filesystem::path& location) noexcept;
+
 /// Whether the location is a regular file that the current user may execute.
 bool isExecutableFile(const std::filesystem::path& location) noexcept;
 

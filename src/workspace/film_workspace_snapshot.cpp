@@ -25,7 +25,7 @@ std::optional<std::filesystem::path> FilmWorkspaceSnapshot::playableCutURL() con
     for (const std::string_view kind : bestFirst) {
         if (const auto artifact = latestArtifact(kind)) {
             std::filesystem::path location = artifactURL(*artifact);
-            if (somethingExistsAt(location))
+            if (isKnownToExist(location))
                 return location;
         }
     }

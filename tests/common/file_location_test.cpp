@@ -126,6 +126,7 @@ TEST_F(FileLocation, TellsWhatExistsAndWhatCanBeStarted) {
     for (const AnswerRow& row : rows) {
         SCOPED_TRACE(row.sentence);
         EXPECT_EQ(somethingExistsAt(row.location), row.exists);
+        EXPECT_EQ(isKnownToExist(row.location), row.exists);
         EXPECT_EQ(isExecutableFile(row.location), row.executable);
     }
 }
@@ -138,14 +139,15 @@ TEST_F(FileLocation, AnOrdinaryUserIsToldWhatThatUserMayDo) {
     const auto ask = [](const fs::path& location) {
         return asOrdinaryUser([&] {
             return std::string(somethingExistsAt(location) ? "exists" : "missing") +
+                   (isKnownToExist(location) ? ", known" : "") +
                    (isExecutableFile(location) ? ", executable" : "");
         });
     };
-    EXPECT_EQ(ask(directory_ / "program"), "exists, executable");
+    EXPECT_EQ(ask(directory_ / "program"), "exists, known, executable");
     // Whether it exists is kept secret, so that the attempt to read it is what reports the reason.
     EXPECT_EQ(ask(directory_ / "films/ferry/run.json"), "exists");
     EXPECT_EQ(ask(directory_ / "films/nothing"), "exists");
-    EXPECT_EQ(ask(directory_ / "mine"), ::geteuid() == 0 ? "exists" : "exists, executable");
+    EXPECT_EQ(ask(directory_ / "mine"), ::geteuid() == 0 ? "exists, known" : "exists, known, executable");
 }
 
 } // namespace

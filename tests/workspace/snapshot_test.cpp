@@ -4,7 +4,9 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include "support/ordinary_user.hpp"
 #include "support/sample_film.hpp"
 
 namespace kinovane::test {
@@ -108,6 +110,51 @@ TEST(Snapshot, TheBestCutThatExistsIsPlayed) {
         if (cut) {
             EXPECT_EQ(*cut, workspace.directory / row.cut);
         }
+    }
+}
+
+struct UnknownRow {
+    const char* sentence;
+    void (*change)(const fs::path& root); ///< What becomes of the delivery "locked/d.mp4".
+    const char* cut;
+};
+
+TEST(Snapshot, ACutThatIsNotKnownToExistIsPassedOver) {
+    const UnknownRow rows[] = {
+        {"a file that may not be read",
+         [](const fs::path& root) { ASSERT_EQ(::chmod((root / "locked/d.mp4").c_str(), 0), 0); },
+         "locked/d.mp4"},
+        {"a directory that may be searched but not listed",
+         [](const fs::path& root) { ASSERT_EQ(::chmod((root / "locked").c_str(), 0111), 0); },
+         "locked/d.mp4"},
+        {"a directory that may be listed but not searched",
+         [](const fs::path& root) { ASSERT_EQ(::chmod((root / "locked").c_str(), 0444), 0); }, "r.mp4"},
+        {"a directory without any rights",
+         [](const fs::path& root) { ASSERT_EQ(::chmod((root / "locked").c_str(), 0), 0); }, "r.mp4"},
+        {"a link into a directory that may not be searched",
+         [](const fs::path& root) {
+             fs::rename(root / "locked", root / "other");
+             fs::create_symlink("other", root / "locked");
+             ASSERT_EQ(::chmod((root / "other").c_str(), 0), 0);
+         },
+         "r.mp4"},
+        {"a name that is too long",
+         [](const fs::path& root) {
+             fs::remove_all(root / "locked");
+             fs::create_symlink(std::string(300, 'n'), root / "locked");
+         },
+         "r.mp4"},
+    };
+    for (const UnknownRow& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        WorkspaceMaker workspace;
+        workspace.add("rough-cut", "r.mp4", "film");
+        workspace.add("delivery-master", "locked/d.mp4", "film");
+        ASSERT_EQ(::chmod(workspace.directory.path().c_str(), 0755), 0);
+        row.change(workspace.directory.path());
+        EXPECT_EQ(
+            asOrdinaryUser([&] { return workspace.snapshot.playableCutURL().value_or("none").string(); }),
+            (workspace.directory / row.cut).string());
     }
 }
 

@@ -1,9 +1,9 @@
 #include "handoff/directory_walk.hpp"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,141 +13,158 @@ namespace kinovane {
 
 namespace {
 
-// Directories are only passed through: the right to search them must do, and the right to list them is not
-// asked for.
-#if defined(O_PATH)
-constexpr int passingFlags = O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-#elif defined(O_SEARCH)
-constexpr int passingFlags = O_SEARCH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-#else
-constexpr int passingFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-#endif
-
 constexpr int mostLinks = 40; // As the operating system does.
+
+/// So many directories below the start are kept open, beside the start.
+constexpr std::size_t mostOpen = 16;
 
 std::error_code lastError() { return {errno, std::generic_category()}; }
 
-/// Puts the pieces of a path onto a stack, the first one on top. A path that ends in "/" ends in a piece ".",
-/// because what it names has to be a directory.
-void push(std::vector<std::string>& pending, std::string_view path) {
-    if (path.ends_with('/'))
-        pending.emplace_back(".");
-    while (!path.empty()) {
-        const std::size_t slash = path.rfind('/');
-        const std::size_t start = slash == std::string_view::npos ? 0 : slash + 1;
-        if (start < path.size())
-            pending.emplace_back(path.substr(start));
-        path = path.substr(0, start == 0 ? 0 : start - 1);
-    }
-}
-
-std::string readLink(int directory, const char* name) {
-    std::array<char, PATH_MAX> target{};
-    const auto length = ::readlinkat(directory, name, target.data(), target.size());
-    return length < 0 ? std::string() : std::string(target.data(), static_cast<std::size_t>(length));
-}
-
 } // namespace
 
-DirectoryWalk::DirectoryWalk() {
-    Descriptor top(retryInterrupted([] { return ::open("/", passingFlags); }));
-    if (!top)
-        throw std::filesystem::filesystem_error("cannot open", "/", lastError());
-    steps_.push_back({{}, std::make_shared<const Descriptor>(std::move(top))});
-}
-
-std::error_code DirectoryWalk::follow(std::string_view path) {
-    std::vector<std::string> pending;
-    int links = 0;
-    if (path.starts_with('/'))
-        steps_.resize(1);
-    push(pending, path);
+std::error_code DirectoryWalk::follow(std::string path) {
+    Pending pending;
+    pending.emplace_back(std::move(path));
     while (!pending.empty()) {
-        const std::string name = std::move(pending.back());
-        pending.pop_back();
-        if (name == "." || name == "..") {
-            if (arrived() && !steps_.back().directory)
+        std::string name = pending.back().next();
+        std::error_code error;
+        if (name.empty()) {
+            pending.pop_back();
+        } else if (name == "." || name == "..") {
+            if (beyond_ > 0 && arrived())
                 missing_ = std::errc::not_a_directory;
-            if (name == ".." && steps_.size() > 1)
-                steps_.pop_back();
-        } else if (!arrived()) {
-            steps_.push_back({name, nullptr});
-        } else if (const std::error_code error = enter(name, pending, links)) {
-            return error;
+            if (name == ".." && beyond_ > 0)
+                --beyond_;
+            else if (name == "..")
+                error = climb();
+        } else if (beyond_ > 0) {
+            if (arrived())
+                missing_ = std::errc::not_a_directory;
+            ++beyond_;
+        } else {
+            error = enter(std::move(name), pending);
         }
+        if (error)
+            return error;
     }
     return {};
 }
 
-std::error_code DirectoryWalk::enter(std::string_view name, std::vector<std::string>& pending, int& links) {
-    std::string piece(name);
-    const int directory = descriptor();
-    if (directory < 0) {
-        missing_ = std::errc::not_a_directory;
-        steps_.push_back({std::move(piece), nullptr});
-        return {};
-    }
+const OpenDirectory& DirectoryWalk::current() const noexcept {
+    if (!steps_.empty())
+        return steps_.back().directory;
+    return base_ ? base_ : start_;
+}
+
+void DirectoryWalk::goOnByName(std::string name, std::errc missing) {
+    name_ = std::move(name);
+    beyond_ = 1;
+    if (arrived())
+        missing_ = missing;
+}
+
+void DirectoryWalk::standIn(OpenDirectory directory) {
+    passedStart_ = directory.identity() == start_.identity();
+    base_ = std::move(directory);
+    steps_.clear();
+}
+
+std::error_code DirectoryWalk::enter(std::string name, Pending& pending) {
     struct stat status{};
-    if (::fstatat(directory, piece.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-        if (errno != ENOENT && errno != ENAMETOOLONG)
+    if (::fstatat(current().descriptor(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+        // By name alone, no right to search is needed.
+        if (errno != ENOENT && errno != ENAMETOOLONG && (errno != EACCES || arrived()))
             return lastError();
-        missing_ = static_cast<std::errc>(errno);
-        steps_.push_back({std::move(piece), nullptr});
+        goOnByName(std::move(name), static_cast<std::errc>(errno));
         return {};
     }
-    if (S_ISLNK(status.st_mode)) {
-        const std::string target = readLink(directory, piece.c_str());
-        if (target.empty())
+    if (S_ISDIR(status.st_mode))
+        return enterDirectory(std::move(name));
+    if (S_ISLNK(status.st_mode) && arrived())
+        return followLink(std::move(name), pending);
+    goOnByName(std::move(name), {});
+    return {};
+}
+
+std::error_code DirectoryWalk::enterDirectory(std::string name) {
+    OpenDirectory next = OpenDirectory::in(current(), name.c_str());
+    if (!next)
+        return lastError();
+    if (!passedStart_) {
+        standIn(std::move(next));
+        return {};
+    }
+    steps_.push_back({std::move(name), std::move(next)});
+    if (steps_.size() > mostOpen)
+        steps_[steps_.size() - 1 - mostOpen].directory.close();
+    return {};
+}
+
+std::error_code DirectoryWalk::followLink(std::string name, Pending& pending) {
+    std::array<char, PATH_MAX> target{};
+    const auto length = ::readlinkat(current().descriptor(), name.c_str(), target.data(), target.size());
+    if (length < 0)
+        return lastError();
+    if (++links_ > mostLinks) {
+        // A loop leads to no file. It ends here, by name.
+        goOnByName(std::move(name), std::errc::too_many_symbolic_link_levels);
+        return {};
+    }
+    if (length == 0) {
+        goOnByName(std::move(name), std::errc::no_such_file_or_directory);
+        return {};
+    }
+    if (target.front() == '/') {
+        OpenDirectory top = OpenDirectory::at("/");
+        if (!top)
             return lastError();
-        if (++links > mostLinks) {
-            // A loop leads to no file. It ends here, by name, where the way stands.
-            missing_ = std::errc::too_many_symbolic_link_levels;
-            steps_.push_back({std::move(piece), nullptr});
+        standIn(std::move(top));
+    }
+    pending.emplace_back(std::string(target.data(), static_cast<std::size_t>(length)));
+    return {};
+}
+
+/// Goes to the directory above.
+///
+/// Below the start that is the directory from which the present one was entered, whoever moves either of them
+/// meanwhile. One that is no longer open is opened again as the parent of the present one, which may have
+/// been moved to another place since; so it must be the same directory as before, or else the path is
+/// followed once more. A directory made in the meantime may have got the number of one that was removed, but
+/// then there is nothing in it except what was put there meanwhile.
+///
+/// Elsewhere it is the parent that the directory has now, as it is for the system.
+std::error_code DirectoryWalk::climb() {
+    if (steps_.empty()) {
+        OpenDirectory above = OpenDirectory::in(current(), "..");
+        if (!above)
+            return lastError();
+        standIn(std::move(above));
+        return {};
+    }
+    if (steps_.size() > 1 && !steps_[steps_.size() - 2].directory) {
+        OpenDirectory& before = steps_[steps_.size() - 2].directory;
+        OpenDirectory above = OpenDirectory::in(current(), "..");
+        if (!above)
+            return lastError();
+        if (above.identity() != before.identity())
+            return std::make_error_code(std::errc::resource_unavailable_try_again);
+        before = std::move(above);
+    }
+    steps_.pop_back();
+    return {};
+}
+
+Descriptor DirectoryWalk::open(int flags) {
+    std::string name = name_;
+    if (beyond_ == 0) {
+        name = steps_.back().name;
+        if (const std::error_code error = climb()) {
+            errno = error.value();
             return {};
         }
-        if (target.starts_with('/'))
-            steps_.resize(1);
-        push(pending, target);
-        return {};
     }
-    if (!S_ISDIR(status.st_mode)) {
-        steps_.push_back({std::move(piece), nullptr});
-        return {};
-    }
-    auto next = std::make_shared<const Descriptor>(
-        retryInterrupted([&] { return ::openat(directory, piece.c_str(), passingFlags); }));
-    if (!*next)
-        return lastError();
-    steps_.push_back({std::move(piece), std::move(next)});
-    return {};
-}
-
-bool DirectoryWalk::isInside(const DirectoryWalk& other) const {
-    return steps_.size() > other.steps_.size() && beginsAs(other);
-}
-
-bool DirectoryWalk::isAt(const DirectoryWalk& other) const {
-    return steps_.size() == other.steps_.size() && beginsAs(other);
-}
-
-bool DirectoryWalk::beginsAs(const DirectoryWalk& other) const {
-    return std::equal(other.steps_.begin(), other.steps_.end(), steps_.begin(),
-                      [](const Step& left, const Step& right) { return left.name == right.name; });
-}
-
-Descriptor DirectoryWalk::open(int flags) const {
-    if (steps_.size() < 2 || !steps_[steps_.size() - 2].directory) {
-        errno = EISDIR;
-        return {};
-    }
-    const int parent = steps_[steps_.size() - 2].directory->get();
-    return Descriptor(
-        retryInterrupted([&] { return ::openat(parent, steps_.back().name.c_str(), flags | O_NOFOLLOW); }));
-}
-
-int DirectoryWalk::descriptor() const noexcept {
-    const auto& directory = steps_.back().directory;
-    return arrived() && directory ? directory->get() : -1;
+    return openReportingInErrno(
+        [&] { return ::openat(current().descriptor(), name.c_str(), flags | O_NOFOLLOW); });
 }
 
 } // namespace kinovane

@@ -1,60 +1,70 @@
 #pragma once
 
-#include <filesystem>
-#include <memory>
+#include <cstddef>
 #include <string>
-#include <string_view>
 #include <system_error>
 #include <vector>
 
 #include "common/descriptor.hpp"
+#include "handoff/open_directory.hpp"
+#include "handoff/path_components.hpp"
 
 namespace kinovane {
 
-/// A way through the file system, piece by piece, with every directory on it held open. Links are read and
-/// followed here instead of by the operating system, so that it is known where the way really leads, and so
-/// that nobody can exchange a directory behind its back.
+/// Follows a path from a directory, component by component. Links are read and followed here instead of by
+/// the operating system, so that it is known where the path leads: to a place below that directory, or to
+/// some other place. A place below is one that was reached through the directory itself, which is recognised
+/// by its identity, so a path may lead out of it and back in.
 ///
-/// Where nothing exists any more the way goes on by name alone: a link to nowhere still leads somewhere.
-/// Copies share the open directories.
+/// Where nothing exists any more the path goes on by name alone: a link to nothing still leads somewhere.
+///
+/// Holds a bounded number of descriptors, however deep the path leads.
 class DirectoryWalk {
   public:
-    /// Begins at the top of the file system. Throws std::filesystem::filesystem_error when that cannot be
-    /// opened.
-    DirectoryWalk();
+    /// `start` must outlive the walk.
+    explicit DirectoryWalk(const OpenDirectory& start) noexcept : start_(start) {}
 
-    /// Follows the pieces of `path`; one that begins with "/" starts again at the top. Returns an error when
-    /// the file system does not let it go on; the walk then stands where it stopped.
-    [[nodiscard]] std::error_code follow(std::string_view path);
+    /// Follows a relative path; to be called once. Returns an error when the file system does not let it go
+    /// on, and resource_unavailable_try_again when directories were moved meanwhile; the walk then stands
+    /// where it stopped.
+    [[nodiscard]] std::error_code follow(std::string path);
 
     /// Whether something exists at the place reached.
     bool arrived() const noexcept { return missing_ == std::errc(); }
 
-    /// Whether the place reached lies inside the directory that `other` has reached, and is not that
-    /// directory itself.
-    bool isInside(const DirectoryWalk& other) const;
+    /// Whether the place reached lies below the start.
+    bool isBelowStart() const noexcept { return passedStart_ && (!steps_.empty() || beyond_ > 0); }
 
-    /// Whether the place reached is the very directory that `other` has reached.
-    bool isAt(const DirectoryWalk& other) const;
+    /// Whether the place reached is the start itself.
+    bool isAtStart() const noexcept { return passedStart_ && steps_.empty() && beyond_ == 0; }
 
-    /// Opens the place reached with these flags; it must not be a link. An invalid descriptor leaves the
-    /// reason in errno.
-    Descriptor open(int flags) const;
-
-    /// The directory reached, for system calls; negative when it is none.
-    int descriptor() const noexcept;
+    /// Opens the place reached, which must lie below the start, with these flags; it must not be a link. An
+    /// invalid descriptor leaves the reason in errno. A directory is left for the one above it.
+    Descriptor open(int flags);
 
   private:
     struct Step {
         std::string name;
-        std::shared_ptr<const Descriptor> directory; ///< Null when it is no directory, or does not exist.
+        OpenDirectory directory; ///< Closed when more than a few steps follow it.
     };
+    using Pending = std::vector<PathComponents>; ///< What is still to be followed; the last one comes first.
 
-    bool beginsAs(const DirectoryWalk& other) const;
-    [[nodiscard]] std::error_code enter(std::string_view name, std::vector<std::string>& pending, int& links);
+    const OpenDirectory& current() const noexcept;
+    void goOnByName(std::string name, std::errc missing);
+    void standIn(OpenDirectory directory);
+    [[nodiscard]] std::error_code enter(std::string name, Pending& pending);
+    [[nodiscard]] std::error_code enterDirectory(std::string name);
+    [[nodiscard]] std::error_code followLink(std::string name, Pending& pending);
+    [[nodiscard]] std::error_code climb();
 
-    std::vector<Step> steps_; ///< The first is the top of the file system, without a name.
+    const OpenDirectory& start_;
+    bool passedStart_ = true; ///< Whether `base_` is the start.
+    OpenDirectory base_;      ///< Where the steps begin; `start_` as long as it is closed.
+    std::vector<Step> steps_; ///< The directories entered below the start; none elsewhere.
+    std::string name_;        ///< The first component beyond the last directory, when there is one.
+    std::size_t beyond_ = 0;  ///< How many components lie beyond the last directory.
     std::errc missing_{};     ///< Why nothing is here.
+    int links_ = 0;           ///< How many were followed.
 };
 
 } // namespace kinovane

@@ -13,6 +13,7 @@
 #include <kinovane/handoff.hpp>
 
 #include "common/file_location.hpp"
+#include "handoff/directory_walk.hpp"
 
 namespace kinovane {
 
@@ -24,36 +25,52 @@ namespace {
 /// is not.
 constexpr int attempts = 32;
 
-/// Whether an error of the file system means that the way changed while it was followed.
+/// Whether an error of the file system means that directories or links changed while they were followed.
 bool isChange(std::error_code error) {
     return error == std::errc::too_many_symbolic_link_levels || error == std::errc::not_a_directory ||
-           error == std::errc::no_such_file_or_directory || error == std::errc::invalid_argument;
+           error == std::errc::no_such_file_or_directory || error == std::errc::invalid_argument ||
+           error == std::errc::resource_unavailable_try_again;
 }
 
-/// The quick way, which serves nearly every file: the operating system opens the path and itself vouches that
-/// it never left the directory, whoever exchanges links meanwhile. A refusal says nothing (a link may lead
-/// out and another one back in, and older systems do not know the call), so the slow way then decides.
+/// Whether an error means that there is no directory at a location.
+bool isMissing(std::error_code error) {
+    return error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory ||
+           error == std::errc::too_many_symbolic_link_levels || error == std::errc::filename_too_long;
+}
+
+/// The fast path, which serves nearly every file: the operating system opens the artifact's path and itself
+/// vouches that it never left the directory, whoever exchanges links meanwhile. A refusal says nothing (a
+/// link may lead out and another one back in, and older systems do not know the call), so the slow path then
+/// decides.
 std::optional<RegularFile> openBeneath([[maybe_unused]] int root, [[maybe_unused]] const std::string& path,
                                        [[maybe_unused]] const std::string& location) {
 #if defined(__linux__) && defined(SYS_openat2)
     open_how how{};
     how.flags = static_cast<decltype(how.flags)>(RegularFile::openFlags);
     how.resolve = RESOLVE_BENEATH | RESOLVE_NO_MAGICLINKS;
-    Descriptor descriptor(static_cast<int>(::syscall(SYS_openat2, root, path.c_str(), &how, sizeof how)));
+    Descriptor descriptor = openReportingInErrno(
+        [&] { return static_cast<int>(::syscall(SYS_openat2, root, path.c_str(), &how, sizeof how)); });
     if (descriptor)
         return RegularFile::from(std::move(descriptor), location);
 #endif
     return std::nullopt;
 }
 
-bool climbs(std::string_view path) {
+/// Whether the text of a path alone shows that it does not lead to a file of the project: it is absolute,
+/// climbs, names the project's directory itself, or would be cut by the system.
+bool isUnsafeText(std::string_view path) {
+    if (path.starts_with('/') || holdsNUL(path))
+        return true;
+    bool namesEntry = false;
     while (!path.empty()) {
         const std::size_t slash = std::min(path.find('/'), path.size());
-        if (path.substr(0, slash) == "..")
+        const std::string_view component = path.substr(0, slash);
+        if (component == "..")
             return true;
+        namesEntry = namesEntry || (!component.empty() && component != ".");
         path.remove_prefix(std::min(slash + 1, path.size()));
     }
-    return false;
+    return !namesEntry;
 }
 
 } // namespace
@@ -61,37 +78,34 @@ bool climbs(std::string_view path) {
 ProjectDirectory::ProjectDirectory(const fs::path& root) {
     const fs::path location = fs::absolute(root);
     prefix_ = (location / "").native();
-    for (int attempt = 1;; ++attempt) {
-        walk_ = DirectoryWalk();
-        const std::error_code error = walk_.follow(location.native());
-        if (!error)
-            return;
-        if (!isChange(error) || attempt == attempts)
-            throw fs::filesystem_error("cannot open", location, error);
-    }
+    root_ = OpenDirectory::at(location.c_str());
+    if (const std::error_code error(errno, std::generic_category()); !root_ && !isMissing(error))
+        throw fs::filesystem_error("cannot open", location, error);
 }
 
 RegularFile ProjectDirectory::open(const std::string& path) const {
     const auto unsafe = [&] { return VistrelHandoffError(VistrelHandoffError::unsafeArtifactPath{path}); };
-    if (path.starts_with('/') || climbs(path) || holdsNUL(path))
+    const auto missing = [&] { return VistrelHandoffError(VistrelHandoffError::missingArtifact{path}); };
+    if (isUnsafeText(path))
         throw unsafe();
+    if (!root_)
+        throw missing();
 
     const std::string location = prefix_ + path;
-    if (walk_.descriptor() >= 0)
-        if (std::optional<RegularFile> file = openBeneath(walk_.descriptor(), path, location))
-            return std::move(*file);
+    if (std::optional<RegularFile> file = openBeneath(root_.descriptor(), path, location))
+        return std::move(*file);
 
     for (int attempt = 1;; ++attempt) {
-        DirectoryWalk walk = walk_;
+        DirectoryWalk walk(root_);
         std::error_code error = walk.follow(path);
-        // Where the way could not be followed to its end, it is the place reached so far that counts.
-        const bool outside = !walk.isInside(walk_) && !(error && walk.isAt(walk_));
-        // A way that is barred outside is one that leads out. Any other failure there, such as a lack of
-        // descriptors, says nothing of where the way leads.
+        // Where the path could not be followed to its end, it is the place reached so far that counts.
+        const bool outside = !walk.isBelowStart() && !(error && walk.isAtStart());
+        // A path that is barred outside is one that leads out. Any other failure there, such as a lack of
+        // descriptors, says nothing of where the path leads.
         if (outside && (!error || error == std::errc::permission_denied))
             throw unsafe();
         if (!error && !walk.arrived())
-            throw VistrelHandoffError(VistrelHandoffError::missingArtifact{path});
+            throw missing();
         if (!error) {
             if (Descriptor descriptor = walk.open(RegularFile::openFlags))
                 return {std::move(descriptor), location};

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "common/regular_file.hpp"
-#include "handoff/directory_walk.hpp"
+#include "handoff/open_directory.hpp"
 
 namespace kinovane {
 
@@ -23,7 +23,7 @@ class ProjectDirectory {
 
   private:
     std::string prefix_; ///< The root and a slash, for messages.
-    DirectoryWalk walk_; ///< To the root.
+    OpenDirectory root_; ///< Closed when there is none.
 };
 
 } // namespace kinovane

@@ -34,6 +34,21 @@ void prepareMove(const TemporaryDirectory& area) {
     makeClimbing(area, "outside/p");
 }
 
+/// A folder in which a link climbs so far that the folders in between are not kept open: out of the folder,
+/// to a file beside it.
+void makeFarClimbing(const TemporaryDirectory& area, const std::string& folder) {
+    const std::string depth = "/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d";
+    fs::create_directories(area / (folder + depth));
+    fs::create_symlink("../../../../../../../../../../../../../../../../../../../../../secret.bin",
+                       area / (folder + depth + "/up"));
+}
+
+void prepareFarMove(const TemporaryDirectory& area) {
+    area.write("film/m/secret.bin", "inside");
+    makeFarClimbing(area, "film/m/p");
+    makeFarClimbing(area, "outside/p");
+}
+
 void makeWayOutAndIn(const TemporaryDirectory& area) {
     fs::create_symlink("../outside", area / "film/way");
     fs::create_symlink("../outside", area / "film/out");
@@ -94,6 +109,15 @@ const ExchangeRow rows[] = {
          prepareMove(area);
      },
      "film/p", "outside/p", false},
+    {"a folder that moves out under a link that climbs far", "m/p/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/up",
+     prepareFarMove, "film/m/p", "outside/p", false},
+    {"such a folder, behind a link that leads out and back in",
+     "way/back/m/p/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/up",
+     [](const TemporaryDirectory& area) {
+         makeWayOutAndIn(area);
+         prepareFarMove(area);
+     },
+     "film/m/p", "outside/p", false},
 };
 
 TEST(FolderRace, NothingOutsideIsRead) {

@@ -1,0 +1,42 @@
+#include "handoff/open_directory.hpp"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace kinovane {
+
+namespace {
+
+#if defined(O_PATH)
+constexpr int passingFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+#elif defined(O_SEARCH)
+constexpr int passingFlags = O_SEARCH | O_DIRECTORY | O_CLOEXEC;
+#else
+constexpr int passingFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+#endif
+
+} // namespace
+
+OpenDirectory::OpenDirectory(Descriptor descriptor) : descriptor_(std::move(descriptor)) {
+    struct stat status{};
+    if (!descriptor_)
+        return;
+    if (::fstat(descriptor_.get(), &status) == 0) {
+        identity_ = {status.st_dev, status.st_ino};
+        return;
+    }
+    const int error = errno;
+    descriptor_.close();
+    errno = error;
+}
+
+OpenDirectory OpenDirectory::at(const char* path) {
+    return OpenDirectory(openReportingInErrno([&] { return ::open(path, passingFlags); }));
+}
+
+OpenDirectory OpenDirectory::in(const OpenDirectory& parent, const char* name) {
+    return OpenDirectory(
+        openReportingInErrno([&] { return ::openat(parent.descriptor(), name, passingFlags | O_NOFOLLOW); }));
+}
+
+} // namespace kinovane

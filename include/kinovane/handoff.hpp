@@ -108,7 +108,9 @@ struct KINOVANE_EXPORT VistrelHandoff {
 
 /// The cases of VistrelHandoffError. Every `path` is the artifact's path exactly as the project records it.
 struct KINOVANE_EXPORT VistrelHandoffErrorCases {
-    /// The path is absolute, climbs with "..", or leads out of the project's directory through a link.
+    /// The path is absolute, climbs with "..", leads out of the project's directory through a link, or leads
+    /// through a link of procfs that stands for an open file or a process's directory, such as
+    /// /proc/self/fd/0 or /proc/self/cwd.
     struct unsafeArtifactPath {
         std::string path;
         bool operator==(const unsafeArtifactPath&) const = default;

@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "handoff/link_kind.hpp"
+
 namespace kinovane {
 
 namespace {
@@ -101,26 +103,34 @@ std::error_code DirectoryWalk::enterDirectory(std::string name) {
 }
 
 std::error_code DirectoryWalk::followLink(std::string name, Pending& pending) {
-    std::array<char, PATH_MAX> target{};
-    const auto length = ::readlinkat(current().descriptor(), name.c_str(), target.data(), target.size());
+    std::array<char, PATH_MAX> buffer{};
+    const auto length = ::readlinkat(current().descriptor(), name.c_str(), buffer.data(), buffer.size());
     if (length < 0)
         return lastError();
+    std::string target(buffer.data(), static_cast<std::size_t>(length));
+    const LinkKind kind = kindOfLink(current().descriptor(), name.c_str(), target);
+    if (kind == LinkKind::unknown)
+        return lastError();
+    if (kind == LinkKind::magic) {
+        metMagicLink_ = true;
+        return std::make_error_code(std::errc::too_many_symbolic_link_levels);
+    }
     if (++links_ > mostLinks) {
         // A loop leads to no file. It ends here, by name.
         goOnByName(std::move(name), std::errc::too_many_symbolic_link_levels);
         return {};
     }
-    if (length == 0) {
+    if (target.empty()) {
         goOnByName(std::move(name), std::errc::no_such_file_or_directory);
         return {};
     }
-    if (target.front() == '/') {
+    if (target.starts_with('/')) {
         OpenDirectory top = OpenDirectory::at("/");
         if (!top)
             return lastError();
         standIn(std::move(top));
     }
-    pending.emplace_back(std::string(target.data(), static_cast<std::size_t>(length)));
+    pending.emplace_back(std::move(target));
     return {};
 }
 

@@ -25,8 +25,8 @@ class DirectoryWalk {
     explicit DirectoryWalk(const OpenDirectory& start) noexcept : start_(start) {}
 
     /// Follows a relative path; to be called once. Returns an error when the file system does not let it go
-    /// on, and resource_unavailable_try_again when directories were moved meanwhile; the walk then stands
-    /// where it stopped.
+    /// on, when it meets a magic link, and (resource_unavailable_try_again) when directories were moved
+    /// meanwhile; the walk then stands where it stopped.
     [[nodiscard]] std::error_code follow(std::string path);
 
     /// Whether something exists at the place reached.
@@ -37,6 +37,10 @@ class DirectoryWalk {
 
     /// Whether the place reached is the start itself.
     bool isAtStart() const noexcept { return passedStart_ && steps_.empty() && beyond_ == 0; }
+
+    /// Whether the walk ended at a magic link (see LinkKind). Its text may lead to another file than the
+    /// system would open, so it is not followed.
+    bool metMagicLink() const noexcept { return metMagicLink_; }
 
     /// Opens the place reached, which must lie below the start, with these flags; it must not be a link. An
     /// invalid descriptor leaves the reason in errno. A directory is left for the one above it.
@@ -64,7 +68,8 @@ class DirectoryWalk {
     std::string name_;        ///< The first component beyond the last directory, when there is one.
     std::size_t beyond_ = 0;  ///< How many components lie beyond the last directory.
     std::errc missing_{};     ///< Why nothing is here.
-    int links_ = 0;           ///< How many were followed.
+    bool metMagicLink_ = false;
+    int links_ = 0; ///< How many were followed.
 };
 
 } // namespace kinovane

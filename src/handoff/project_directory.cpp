@@ -98,6 +98,8 @@ RegularFile ProjectDirectory::open(const std::string& path) const {
     for (int attempt = 1;; ++attempt) {
         DirectoryWalk walk(root_);
         std::error_code error = walk.follow(path);
+        if (walk.metMagicLink())
+            throw unsafe();
         // Where the path could not be followed to its end, it is the place reached so far that counts.
         const bool outside = !walk.isBelowStart() && !(error && walk.isAtStart());
         // A path that is barred outside is one that leads out. Any other failure there, such as a lack of

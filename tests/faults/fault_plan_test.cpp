@@ -18,6 +18,7 @@
 #include <spawn.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/vfs.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -62,6 +63,7 @@ int startThread() {
 
 std::vector<CallRow> fileRows() {
     static struct stat status{};
+    static struct statfs fileSystem{};
     static std::array<char, 8> buffer{};
     return {
         {"open", Call::open, errnoAfter([] { return ::open("/", O_RDONLY); })},
@@ -77,6 +79,7 @@ std::vector<CallRow> fileRows() {
         {"close", Call::close, errnoAfter([] { return ::close(-1); })},
         {"fstat", Call::fstat, errnoAfter([] { return ::fstat(0, &status); })},
         {"fstatat", Call::fstatat, errnoAfter([] { return ::fstatat(AT_FDCWD, "/", &status, 0); })},
+        {"fstatfs", Call::fstatfs, errnoAfter([] { return ::fstatfs(-1, &fileSystem); })},
         {"stat", Call::stat, errnoAfter([] { return ::stat("/", &status); })},
         {"faccessat", Call::faccessat,
          errnoAfter([] { return ::faccessat(AT_FDCWD, "/", X_OK, AT_EACCESS); })},

@@ -21,6 +21,7 @@ const std::vector<FaultRow>& faultTable() {
         {Call::close, {}, {EIO, ENOSPC, EDQUOT, EINTR}},
         {Call::fstat, {EIO, ENOMEM, EOVERFLOW, ESTALE}, {}},
         {Call::fstatat, {EACCES, EIO, ENOMEM, ESTALE}, {}},
+        {Call::fstatfs, {EIO, ENOMEM, ENOSYS, EOVERFLOW, EINTR}, {}},
         {Call::stat, {EACCES, EIO, ENOMEM, EOVERFLOW, ESTALE}, {}},
         {Call::lstat, {EACCES, EIO, ENOMEM, ESTALE}, {}},
         {Call::faccessat, {EACCES, EIO, ENOMEM, EROFS}, {}},

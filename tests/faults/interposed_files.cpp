@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include "faults/interposed.hpp"
@@ -77,6 +78,11 @@ int fstat(int descriptor, struct stat* status) noexcept {
 int fstatat(int directory, const char* path, struct stat* status, int flags) noexcept {
     static const auto next = nextOf<decltype(::fstatat)>("fstatat");
     return callOrFail(Call::fstatat, [&] { return next(directory, path, status, flags); });
+}
+
+int fstatfs(int descriptor, struct statfs* status) noexcept {
+    static const auto next = nextOf<decltype(::fstatfs)>("fstatfs");
+    return callOrFail(Call::fstatfs, [&] { return next(descriptor, status); });
 }
 
 int stat(const char* path, struct stat* status) noexcept {

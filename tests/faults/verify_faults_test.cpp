@@ -10,10 +10,13 @@
 #include <system_error>
 #include <vector>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include <kinovane/handoff.hpp>
 
+#include "common/descriptor.hpp"
+#include "faults/fault_plan.hpp"
 #include "faults/fault_sweep.hpp"
 #include "faults/verification_text.hpp"
 #include "support/sample_film.hpp"
@@ -167,6 +170,59 @@ TEST_F(VerifyFaults, ADamagedArtifactIsNeverSound) {
                        },
                    .repeatable = workers == 1}
             .run();
+}
+
+// An older system, or one that forbids the call, has no openat2.
+TEST_F(VerifyFaults, ALinkThatTheSystemFollowsWithoutItsTextIsRefusedWithoutOpenat2) {
+    struct Row {
+        const char* sentence;
+        fs::path target; ///< Of a link; the rest of the path is "poster.png".
+        std::string expected;
+    };
+    const std::string place = maker.directory.path().native() + "/kept";
+    const Descriptor open(::open(place.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const std::string unsafe = "The handoff contains an unsafe artifact path: link/poster.png\n";
+    const std::string sound = "The handoff artifact is sound: link/poster.png\n";
+    const Row rows[] = {
+        {"an open directory", "/proc/self/fd/" + std::to_string(open.get()), unsafe},
+        {"the root directory", "/proc/self/root" + place, unsafe},
+        {"no directory but a name space", "/proc/self/ns/mnt", unsafe},
+        {"an ordinary link in procfs", "/proc/self/../.." + place, sound},
+        {"an ordinary link", place, sound},
+    };
+    for (const Row& row : rows)
+        for (const int error : {0, ENOSYS, EPERM}) {
+            SCOPED_TRACE(testing::Message() << row.sentence << ", error " << error);
+            maker.snapshot.project.artifacts.clear();
+            list("poster", "link/poster.png", "a poster");
+            fs::remove(maker.directory / "link");
+            fs::create_symlink(row.target, maker.directory / "link");
+            const FaultPlan plan(
+                error == 0 ? std::vector<Fault>()
+                           : std::vector<Fault>{{Call::openat2, 0, Fault::Manner::refused, error, forever}});
+            EXPECT_EQ(auditedText(maker.snapshot, 1), row.expected);
+        }
+}
+
+TEST_F(VerifyFaults, LinksInProcfs) {
+    maker.snapshot.project.artifacts.clear();
+    fs::create_symlink("/proc/self/../.." + maker.directory.path().native() + "/kept",
+                       maker.directory / "link");
+    list("rough-cut", "link/cut.mp4", "a cut");
+    std::vector<Call> calls = walkCalls;
+    calls.insert(calls.end(), {Call::readlinkat, Call::fstatfs});
+    const std::string barredHere = "The handoff contains an unsafe artifact path: link/cut.mp4";
+    FaultSweep{.path = "building through links in procfs",
+               .operation = [&] { return builtText(maker.snapshot, 1); },
+               .expectedCalls = calls,
+               .check =
+                   [&](const Fault& fault, const Outcome& outcome) {
+                       // This is how the system tells of a link that is not followed by its text.
+                       const bool isMagic = fault.call == Call::openat2 && fault.error == ELOOP;
+                       if ((fault.error != EACCES && !isMagic) || outcome.text != barredHere)
+                           checkTold(fault, outcome);
+                   }}
+        .run();
 }
 
 // Large enough to be read on a thread of its own.

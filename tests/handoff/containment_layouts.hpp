@@ -33,7 +33,7 @@ class LayoutPlace {
     void link(const std::string& name, const std::filesystem::path& target) const;
     void fifo(const std::string& name) const;
     void socket(const std::string& name) const;
-    /// Opens a file until the place is gone; gives the system's name for what is open.
+    /// Opens a file or directory until the place is gone; gives the system's name for what is open.
     std::filesystem::path opened(const std::string& name);
     void allow(const std::string& name, unsigned mode) const;
     /// Directories in one another, with a file "a.png" in the last one, deeper than one path can say.

@@ -67,6 +67,25 @@ std::vector<Layout> rootLayouts() {
          [](Place& p) { p.root = p.area / "film/"; }},
         {"the project's folder with dots", "a.png", accepted, content,
          [](Place& p) { p.root = p.area / "film/./../film/."; }},
+        {"the project given as an open folder of this process", "a.png", accepted, content,
+         [](Place& p) { p.root = p.opened("film"); }},
+        {"the project given as an open folder, with a link back to its real place", "l", accepted, content,
+         [](Place& p) {
+             p.link("film/l", p.area / "film/a.png");
+             p.root = p.opened("film");
+         }},
+        {"the project given as an open folder, with a link back through it", "l", unsafe, content,
+         [](Place& p) {
+             p.root = p.opened("film");
+             p.link("film/l", p.root / "a.png");
+         }},
+        {"the project given through the root directory of this process", "l", accepted, content,
+         [](Place& p) {
+             p.link("film/l", p.area / "film/a.png");
+             p.root = "/proc/self/root" + (p.area / "film").native();
+         }},
+        {"the whole file system, and a file behind the root directory of this process",
+         "proc/self/root/etc/passwd", unsafe, digestOf("/etc/passwd"), [](Place& p) { p.root = "/"; }},
         {"the project's folder is not there", "a.png", missing, noFile,
          [](Place& p) { p.root = p.area / "nothing"; }},
         {"the project's folder is a file", "a.png", missing, noFolder,

@@ -78,6 +78,21 @@ std::vector<Layout> linkLayouts() {
          [](Place& p) { p.link("film/l", "/proc/self/comm"); }},
         {"a link to an open file of this process", "l", unsafe, content,
          [](Place& p) { p.link("film/l", p.opened("outside/a.png")); }},
+        {"a link to an open file of this process that lies inside", "l", unsafe, content,
+         [](Place& p) { p.link("film/l", p.opened("film/a.png")); }},
+        {"a file behind an open folder of this process that is the project", "l/a.png", unsafe, content,
+         [](Place& p) { p.link("film/l", p.opened("film")); }},
+        {"an open file that was removed, when another one has the name that the system tells of it", "l",
+         unsafe, content,
+         [](Place& p) {
+             p.file("film/b.png"), p.link("film/l", p.opened("film/b.png"));
+             std::filesystem::remove(p.area / "film/b.png");
+             p.file("film/b.png (deleted)");
+         }},
+        {"a link through the root directory of this process", "l", unsafe, content,
+         [](Place& p) { p.link("film/l", "/proc/self/root" + (p.area / "film/a.png").native()); }},
+        {"an ordinary link in what the system tells of processes, and back in", "l", accepted, content,
+         [](Place& p) { p.link("film/l", "/proc/self/../.." + (p.area / "film/a.png").native()); }},
         {"a link to the top of the file system", "l", unsafe, aFolder,
          [](Place& p) { p.link("film/l", "/"); }},
         {"a link to a folder outside that may not be searched", "l/a.png", unsafe, notAllowed,

@@ -1,0 +1,61 @@
+#include "handoff/link_kind.hpp"
+
+#ifdef __linux__
+#include <cerrno>
+
+#include <fcntl.h>
+#include <linux/magic.h>
+#include <linux/openat2.h>
+#include <sys/syscall.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+#include "handoff/open_directory.hpp"
+#endif
+
+namespace kinovane {
+
+#ifdef __linux__
+
+namespace {
+
+/// The text of a magic link is absolute, or names what has no path, such as "pipe:[4711]". Links of procfs
+/// that are followed by their text, such as "self" and "mounts", are relative.
+LinkKind kindByText(std::string_view target) {
+    const bool isPlain = !target.starts_with('/') && target.find(':') == std::string_view::npos;
+    return isPlain ? LinkKind::text : LinkKind::magic;
+}
+
+} // namespace
+
+LinkKind kindOfLink(int directory, const char* name, std::string_view target) {
+    struct statfs fileSystem{};
+    if (retryInterrupted([&] { return ::fstatfs(directory, &fileSystem); }) != 0)
+        return LinkKind::unknown;
+    if (fileSystem.f_type != PROC_SUPER_MAGIC)
+        return LinkKind::text;
+#ifdef SYS_openat2
+    open_how how{};
+    how.flags = O_PATH | O_CLOEXEC;
+    how.resolve = RESOLVE_NO_MAGICLINKS;
+    if (openReportingInErrno(
+            [&] { return static_cast<int>(::syscall(SYS_openat2, directory, name, &how, sizeof how)); }))
+        return LinkKind::text;
+    if (errno == ELOOP) // No link of procfs leads in a circle.
+        return LinkKind::magic;
+    if (errno == EMFILE || errno == ENFILE || errno == ENOMEM)
+        return LinkKind::unknown;
+#endif
+    // Older systems do not know the call, and some processes may not make it.
+    return kindByText(target);
+}
+
+#else
+
+LinkKind kindOfLink(int /*directory*/, const char* /*name*/, std::string_view /*target*/) {
+    return LinkKind::text;
+}
+
+#endif
+
+} // namespace kinovane

@@ -21,7 +21,8 @@ namespace kinovane::fuzz {
 namespace {
 
 /// A low byte of the input stands for one of these names; those in a row are parted by slashes. The byte
-/// after them stands for NUL, and every other one for itself. Kept inputs rely on the order.
+/// after them stands for NUL, the two highest for what is named below, and every other one for itself. Kept
+/// inputs rely on the order.
 constexpr std::string_view names[] = {"a.png",
                                       "b.png",
                                       "frames",
@@ -69,16 +70,23 @@ constexpr std::string_view names[] = {"a.png",
                                       "film-other"};
 static_assert(std::size(names) == 45);
 
+constexpr unsigned magicByte = 254; ///< The name "magic".
+constexpr unsigned longByte = 255;  ///< So many "./" that few of them make a path too long.
+constexpr int longCount = 700;
+
 std::string pathOf(std::string_view input) {
     std::string path;
     bool afterName = false;
     for (const char byte : input) {
         const auto number = static_cast<unsigned char>(byte);
-        const bool isName = number < std::size(names);
-        if (isName && afterName)
+        const bool isName = number < std::size(names) || number == magicByte;
+        if ((isName || number == longByte) && afterName)
             path += '/';
         if (isName)
-            path += names[number];
+            path += number == magicByte ? "magic" : names[number];
+        else if (number == longByte)
+            for (int count = 0; count < longCount; ++count)
+                path += "./";
         else if (number == std::size(names))
             path += '\0';
         else

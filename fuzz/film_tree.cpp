@@ -3,6 +3,7 @@
 #include <fstream>
 #include <stdexcept>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace kinovane::fuzz {
@@ -14,7 +15,8 @@ namespace {
 struct Entry {
     const char* name; ///< Directories come before what lies in them.
     Thing thing;
-    const char* target = ""; ///< "@" in front stands for the directory of the whole tree.
+    const char* target =
+        ""; ///< "@" in front stands for the directory of the whole tree, "#" for an open "film".
 };
 
 constexpr Entry entries[] = {
@@ -59,6 +61,7 @@ constexpr Entry entries[] = {
     {"film/ping", Thing::link, "frames/../pong"},
     {"film/pong", Thing::link, "here/ping"},
     {"film/loop-out", Thing::link, "../outside/loop"},
+    {"film/magic", Thing::link, "#"},
     {"outside", Thing::directory},
     {"outside/a.png", Thing::soundFile},
     {"outside/frames", Thing::directory},
@@ -102,6 +105,10 @@ FilmTree::FilmTree(const fs::path& area) {
         Node node{entry.thing, entry.target};
         if (node.target.starts_with('@'))
             node.target.replace(0, 1, area.native());
+        if (node.target.starts_with('#')) {
+            film_ = Descriptor(::open((area / "film").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+            node.target.replace(0, 1, "/proc/self/fd/" + std::to_string(film_.get()));
+        }
         make(area / entry.name, node);
         nodes_.emplace((area / entry.name).native(), std::move(node));
     }

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/descriptor.hpp"
+
 namespace kinovane::fuzz {
 
 /// What every sound file of the tree holds, inside a project and outside, and what a changed file holds.
@@ -34,6 +36,8 @@ class FilmTree {
 
   private:
     std::map<std::string, Node, std::less<>> nodes_;
+    Descriptor
+        film_; ///< What a magic link leads to; in /proc, of which nothing is described, so it leads out.
 };
 
 } // namespace kinovane::fuzz

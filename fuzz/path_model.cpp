@@ -1,6 +1,7 @@
 #include "path_model.hpp"
 
 #include <algorithm>
+#include <climits>
 #include <cstddef>
 #include <vector>
 
@@ -104,8 +105,11 @@ Verdict verdictOf(const FilmTree& tree, const std::string& root, std::string_vie
     const Way way = project.from(path);
     if (!way.isBelow(project))
         return Verdict::unsafe;
+    // What the system is given ends in a NUL byte.
+    const std::size_t slash = root.ends_with('/') ? 0 : 1;
+    const bool isTooLong = root.size() + slash + path.size() + 1 > PATH_MAX;
     const Node* node = way.node();
-    if (node == nullptr)
+    if (node == nullptr || isTooLong)
         return Verdict::missing;
     switch (node->thing) {
     case Thing::soundFile:

@@ -115,7 +115,7 @@ struct KINOVANE_EXPORT VistrelHandoffErrorCases {
         std::string path;
         bool operator==(const unsafeArtifactPath&) const = default;
     };
-    /// No file exists there.
+    /// No file exists there, or the path is longer than the system takes.
     struct missingArtifact {
         std::string path;
         bool operator==(const missingArtifact&) const = default;

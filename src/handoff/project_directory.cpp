@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <optional>
 
 #ifdef __linux__
@@ -92,8 +93,12 @@ RegularFile ProjectDirectory::open(const std::string& path) const {
         throw missing();
 
     const std::string location = prefix_ + path;
-    if (std::optional<RegularFile> file = openBeneath(root_.descriptor(), path, location))
-        return std::move(*file);
+    // The system takes no longer text, so for every other program nothing exists there. A walk would find the
+    // file all the same; here it only tells whether the path leads out, which comes first.
+    const bool isTooLong = location.size() >= PATH_MAX;
+    if (!isTooLong)
+        if (std::optional<RegularFile> file = openBeneath(root_.descriptor(), path, location))
+            return std::move(*file);
 
     for (int attempt = 1;; ++attempt) {
         DirectoryWalk walk(root_);
@@ -106,7 +111,9 @@ RegularFile ProjectDirectory::open(const std::string& path) const {
         // descriptors, says nothing of where the path leads.
         if (outside && (!error || error == std::errc::permission_denied))
             throw unsafe();
-        if (!error && !walk.arrived())
+        if (!error && (isTooLong || !walk.arrived()))
+            throw missing();
+        if (isTooLong && error == std::errc::permission_denied)
             throw missing();
         if (!error) {
             if (Descriptor descriptor = walk.open(RegularFile::openFlags))

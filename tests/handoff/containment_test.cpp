@@ -1,4 +1,5 @@
-#include <sys/stat.h>
+#include <climits>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -95,6 +96,48 @@ TEST(Containment, TheTableHasEveryOutcome) {
     for (const Kind kind : {Kind::accepted, Kind::unsafe, Kind::missing, Kind::failure})
         EXPECT_TRUE(std::any_of(containmentLayouts().begin(), containmentLayouts().end(),
                                 [&](const Layout& layout) { return layout.expected.kind == kind; }));
+}
+
+// The system is given the text of the project's directory, a slash and the artifact's path.
+TEST(Containment, APathIsAsLongAsTheSystemTakes) {
+    LayoutPlace place;
+    place.link("film/absolute", place.area / "film");
+    place.link("film/out", "../outside");
+    struct Row {
+        const char* sentence;
+        std::filesystem::path root;
+        std::string beginning; ///< Of the path, which goes on with slashes and "a.png".
+        Kind shorter;
+        Kind longer; ///< By one byte too many.
+    };
+    const Row rows[] = {
+        {"a plain path", place.area / "film", ".", Kind::accepted, Kind::missing},
+        {"a path through an absolute link", place.area / "film", "absolute", Kind::accepted, Kind::missing},
+        {"a path that leads out", place.area / "film", "out", Kind::unsafe, Kind::unsafe},
+        {"a root with a slash at its end", place.area / "film/", ".", Kind::accepted, Kind::missing},
+        {"a root with dots", place.area / "film/./.", "absolute", Kind::accepted, Kind::missing},
+    };
+    for (const Row& row : rows)
+        for (const bool tooLong : {false, true}) {
+            SCOPED_TRACE(testing::Message() << row.sentence << (tooLong ? ", too long" : ", long"));
+            place.root = row.root;
+            std::string path = row.beginning + "/a.png";
+            const std::size_t length = (row.root / path).native().size();
+            path.insert(row.beginning.size(), PATH_MAX - 1 - length + (tooLong ? 1 : 0), '/');
+            const FilmWorkspaceSnapshot snapshot = snapshotOf(place, path);
+            const LayoutOutcome expected{tooLong ? row.longer : row.shorter, {}};
+            EXPECT_EQ(outcomeOfBuild(snapshot, path), expected);
+            EXPECT_EQ(outcomeOfAudit(snapshot, path), expected);
+            EXPECT_EQ(digestOfFile(row.root / path).code,
+                      tooLong ? std::errc::filename_too_long : std::errc());
+        }
+}
+
+TEST(Containment, AProjectWhoseOwnPathIsTooLongHoldsNoFile) {
+    LayoutPlace place;
+    place.root = place.area.path().native() + std::string(PATH_MAX, '/') + "film";
+    EXPECT_EQ(outcomeOfBuild(snapshotOf(place, "a.png"), "a.png").kind, Kind::missing);
+    EXPECT_EQ(outcomeOfAudit(snapshotOf(place, "a.png"), "a.png").kind, Kind::missing);
 }
 
 TEST(Containment, TheProjectMayBeGivenRelativeToTheWorkingDirectory) {

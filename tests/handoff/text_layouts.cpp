@@ -49,9 +49,18 @@ std::vector<Layout> textLayouts() {
         {"a name in capitals", "A.PNG", missing, noFile},
         {"a name that is too long", std::string(300, 'n'), missing, tooLong},
         {"a folder's name that is too long", std::string(300, 'n') + "/a.png", missing, tooLong},
-        {"a path that is long for no reason", repeated("./", 3000) + "a.png", accepted, tooLong},
+        {"a path that is long for no reason", repeated("./", 3000) + "a.png", missing, tooLong},
+        {"a long path through a link that leads out", "l/" + repeated("./", 3000) + "a.png", unsafe, tooLong,
+         [](Place& p) { p.link("film/l", "../outside"); }},
+        {"a long path through a link that leads out and back in", "l/" + repeated("./", 3000) + "back",
+         missing, tooLong,
+         [](Place& p) { p.link("film/l", "../outside"), p.link("outside/back", "../film/a.png"); }},
+        {"a long path to the project itself", repeated("./", 3000), unsafe, tooLong},
+        {"a long path that climbs", repeated("./", 3000) + "../film/a.png", unsafe, tooLong},
+        {"a long path of a folder that may not be searched", "sub/" + repeated("./", 3000) + "a.png", missing,
+         tooLong, [](Place& p) { p.file("film/sub/a.png"), p.allow("film/sub", 0444); }},
         {"a file deeper than a path can say", "deep/" + repeated(std::string(200, 'd') + "/", 25) + "a.png",
-         accepted, tooLong, [](Place& p) { p.deepFile("film/deep", std::string(200, 'd'), 25); }},
+         missing, tooLong, [](Place& p) { p.deepFile("film/deep", std::string(200, 'd'), 25); }},
     };
 }
 

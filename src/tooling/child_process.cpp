@@ -20,31 +20,37 @@ namespace kinovane {
 
 namespace {
 
-[[noreturn]] void failLaunch(std::string message) {
-    throw FilmToolError(FilmToolError::launchFailed{std::move(message)});
+/// Every refusal names the program, because an application starts several.
+[[noreturn]] void refuse(const std::string& executable, const std::string& reason) {
+    throw FilmToolError(FilmToolError::launchFailed{executable + ": " + reason});
 }
 
-[[noreturn]] void failLaunch(int error) { failLaunch(std::generic_category().message(error)); }
+[[noreturn]] void failCall(const char* call, int error) {
+    throw std::system_error(error, std::generic_category(), call);
+}
+
+/// A pipe could not be opened.
+[[noreturn]] void failLaunch(int error) { failCall("pipe", error); }
 
 /// For the functions that return their error instead of setting errno.
-void require(int error) {
+void require(const char* call, int error) {
     if (error != 0)
-        failLaunch(error);
+        failCall(call, error);
 }
 
 // The operating system takes texts that end at the first NUL byte: what follows would be cut off without a
 // word.
 void refuseUnpassableText(const std::string& executable, const std::vector<std::string>& arguments,
                           const std::map<std::string, std::string>& environment) {
-    if (holdsNUL(executable))
-        failLaunch("the program's path holds a NUL byte");
+    if (holdsNUL(executable)) // The path is not part of this message, which would end at the NUL byte.
+        throw FilmToolError(FilmToolError::launchFailed{"the program's path holds a NUL byte"});
     if (std::any_of(arguments.begin(), arguments.end(), holdsNUL))
-        failLaunch("an argument holds a NUL byte");
+        refuse(executable, "an argument holds a NUL byte");
     for (const auto& [key, value] : environment) {
         if (holdsNUL(key) || holdsNUL(value))
-            failLaunch("an environment variable holds a NUL byte");
+            refuse(executable, "an environment variable holds a NUL byte");
         if (key.empty() || key.find('=') != std::string::npos)
-            failLaunch("\"" + key + "\" cannot be the name of an environment variable");
+            refuse(executable, "\"" + key + "\" cannot be the name of an environment variable");
     }
 }
 
@@ -53,11 +59,11 @@ constexpr const char* statusTaken = "its exit status cannot be learned, because 
                                     "waits for children that it did not start";
 
 // A program whose outcome could never be known had better not run at all.
-void refuseIgnoredChildren() {
+void refuseIgnoredChildren(const std::string& executable) {
     struct sigaction action{};
     if (::sigaction(SIGCHLD, nullptr, &action) == 0 &&
         ((action.sa_flags & SA_NOCLDWAIT) != 0 || action.sa_handler == SIG_IGN))
-        failLaunch(statusTaken);
+        refuse(executable, statusTaken);
 }
 
 struct Pipe {
@@ -97,7 +103,7 @@ Pipe openPipe() {
 
 class FileActions {
   public:
-    FileActions() { require(::posix_spawn_file_actions_init(&actions_)); }
+    FileActions() { require("posix_spawn_file_actions_init", ::posix_spawn_file_actions_init(&actions_)); }
     FileActions(const FileActions&) = delete;
     FileActions& operator=(const FileActions&) = delete;
     ~FileActions() { ::posix_spawn_file_actions_destroy(&actions_); }
@@ -106,24 +112,32 @@ class FileActions {
     void connect(int output, int errors) {
         // An application without standard input must not pass on whatever it opens next under that number.
         const bool open = ::fcntl(STDIN_FILENO, F_GETFD) >= 0;
-        require(open ? ::posix_spawn_file_actions_adddup2(&actions_, STDIN_FILENO, STDIN_FILENO)
-                     : ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
-        require(::posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO));
-        require(::posix_spawn_file_actions_adddup2(&actions_, errors, STDERR_FILENO));
+        if (open)
+            duplicate(STDIN_FILENO, STDIN_FILENO);
+        else
+            require("posix_spawn_file_actions_addopen",
+                    ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+        duplicate(output, STDOUT_FILENO);
+        duplicate(errors, STDERR_FILENO);
 #ifndef __APPLE__
-        require(::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
+        require("posix_spawn_file_actions_addclosefrom_np",
+                ::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
 #endif
     }
 
     const posix_spawn_file_actions_t* get() const { return &actions_; }
 
   private:
+    void duplicate(int from, int to) {
+        require("posix_spawn_file_actions_adddup2", ::posix_spawn_file_actions_adddup2(&actions_, from, to));
+    }
+
     posix_spawn_file_actions_t actions_{};
 };
 
 class Attributes {
   public:
-    Attributes() { require(::posix_spawnattr_init(&attributes_)); }
+    Attributes() { require("posix_spawnattr_init", ::posix_spawnattr_init(&attributes_)); }
     Attributes(const Attributes&) = delete;
     Attributes& operator=(const Attributes&) = delete;
     ~Attributes() { ::posix_spawnattr_destroy(&attributes_); }
@@ -135,14 +149,15 @@ class Attributes {
         sigset_t all;
         ::sigemptyset(&none);
         ::sigfillset(&all);
-        require(::posix_spawnattr_setsigmask(&attributes_, &none));
-        require(::posix_spawnattr_setsigdefault(&attributes_, &all));
+        require("posix_spawnattr_setsigmask", ::posix_spawnattr_setsigmask(&attributes_, &none));
+        require("posix_spawnattr_setsigdefault", ::posix_spawnattr_setsigdefault(&attributes_, &all));
 #ifdef __APPLE__
         constexpr int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_CLOEXEC_DEFAULT;
 #else
         constexpr int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
 #endif
-        require(::posix_spawnattr_setflags(&attributes_, static_cast<short>(flags)));
+        require("posix_spawnattr_setflags",
+                ::posix_spawnattr_setflags(&attributes_, static_cast<short>(flags)));
     }
 
     const posix_spawnattr_t* get() const { return &attributes_; }
@@ -156,8 +171,16 @@ class Attributes {
 ChildProcess::ChildProcess(const std::string& executable, const std::vector<std::string>& arguments,
                            const std::map<std::string, std::string>& environment) {
     refuseUnpassableText(executable, arguments, environment);
-    refuseIgnoredChildren();
+    refuseIgnoredChildren(executable);
+    try {
+        start(executable, arguments, environment);
+    } catch (const std::system_error& error) {
+        refuse(executable, error.what()); // The call and the reason.
+    }
+}
 
+void ChildProcess::start(const std::string& executable, const std::vector<std::string>& arguments,
+                         const std::map<std::string, std::string>& environment) {
     TextVector argumentTexts;
     argumentTexts.add(executable);
     for (const std::string& argument : arguments)
@@ -171,8 +194,8 @@ ChildProcess::ChildProcess(const std::string& executable, const std::vector<std:
     Attributes attributes;
     attributes.resetSignals();
 
-    require(::posix_spawn(&process_, executable.c_str(), actions.get(), attributes.get(),
-                          argumentTexts.data(), environmentTexts.data()));
+    require("posix_spawn", ::posix_spawn(&process_, executable.c_str(), actions.get(), attributes.get(),
+                                         argumentTexts.data(), environmentTexts.data()));
     output_ = std::move(output.readEnd);
     errors_ = std::move(errors.readEnd);
 }
@@ -192,7 +215,7 @@ std::int32_t ChildProcess::wait() {
     const pid_t ended = retryInterrupted([&] { return ::waitpid(process_, &status, 0); });
     process_ = -1;
     if (ended < 0)
-        failLaunch(statusTaken);
+        throw FilmToolError(FilmToolError::launchFailed{statusTaken});
     return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
 }
 

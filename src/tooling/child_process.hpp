@@ -17,8 +17,8 @@ class ChildProcess {
     /// Starts the program. `environment` is added to this process's own and wins over it.
     ///
     /// The child gets descriptors 0, 1 and 2 only, an empty signal mask and default signal dispositions,
-    /// whatever the application has set up for itself. Throws FilmToolError (launchFailed), and then nothing
-    /// is left.
+    /// whatever the application has set up for itself. Throws FilmToolError (launchFailed), with the program
+    /// and the call that failed, and then nothing is left.
     ChildProcess(const std::string& executable, const std::vector<std::string>& arguments,
                  const std::map<std::string, std::string>& environment);
     ChildProcess(const ChildProcess&) = delete;
@@ -35,6 +35,9 @@ class ChildProcess {
     std::int32_t wait();
 
   private:
+    void start(const std::string& executable, const std::vector<std::string>& arguments,
+               const std::map<std::string, std::string>& environment);
+
     Descriptor output_;
     Descriptor errors_;
     pid_t process_ = -1;

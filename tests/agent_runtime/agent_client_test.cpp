@@ -131,8 +131,8 @@ TEST(AgentClient, FailuresToStartComeThroughTheTask) {
         {"~/no such place/quexrun", FilmToolError::executableNotFound{"~/no such place/quexrun"},
          "Required executable not found: ~/no such place/quexrun"},
         {"/tmp", FilmToolError::executableNotFound{"/tmp"}, "Required executable not found: /tmp"},
-        {broken, FilmToolError::launchFailed{"Exec format error"},
-         "Could not launch film command: Exec format error"},
+        {broken, FilmToolError::launchFailed{broken + ": posix_spawn: Exec format error"},
+         "Could not launch film command: " + broken + ": posix_spawn: Exec format error"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.executable);

@@ -131,7 +131,8 @@ TEST(VistrelClient, FailuresToStartComeThroughTheTask) {
         VistrelClient(programPath("recorder")).import(std::string("/tmp/cut\0short", 14));
     const FilmToolError error = errorOf(std::move(cut));
     EXPECT_TRUE(std::holds_alternative<FilmToolError::launchFailed>(error.value()));
-    EXPECT_EQ(error.errorDescription(), "Could not launch film command: an argument holds a NUL byte");
+    EXPECT_EQ(error.errorDescription(),
+              "Could not launch film command: " + programPath("recorder") + ": an argument holds a NUL byte");
     EXPECT_EQ(settledCounts(before), before);
 }
 

@@ -123,7 +123,7 @@ TEST(FilmToolCommands, TextsReachTheToolUnchanged) {
 TEST(FilmToolCommands, ATextLongerThanTheSystemPassesOn) {
     const Recorder recorder;
     EXPECT_EQ(failureOf(FilmToolClient(Recorder::path()).reroll("/r.json", "s1", std::string(1 << 25, 'x'))),
-              "Could not launch film command: Argument list too long");
+              "Could not launch film command: " + Recorder::path() + ": posix_spawn: Argument list too long");
     EXPECT_FALSE(recorder.ran());
 }
 
@@ -202,7 +202,7 @@ TEST(FilmToolCommands, ALocationWithANULByteNeverReachesTheTool) {
         SCOPED_TRACE(row.sentence);
         const Recorder recorder(row.reply);
         EXPECT_EQ(row.failure(FilmToolClient(Recorder::path()), std::string("/films/run\0.json", 16)),
-                  "Could not launch film command: an argument holds a NUL byte");
+                  "Could not launch film command: " + Recorder::path() + ": an argument holds a NUL byte");
         EXPECT_FALSE(recorder.ran());
     }
 }

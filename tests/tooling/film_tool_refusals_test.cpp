@@ -13,8 +13,9 @@ namespace {
 
 TEST(FilmToolRefusals, ATextWithANULByteNeverReachesTheTool) {
     const std::string cut("cut\0short", 9);
-    const std::string argument = "Could not launch film command: an argument holds a NUL byte";
-    const std::string variable = "Could not launch film command: an environment variable holds a NUL byte";
+    const std::string prefix = "Could not launch film command: " + Recorder::path();
+    const std::string argument = prefix + ": an argument holds a NUL byte";
+    const std::string variable = prefix + ": an environment variable holds a NUL byte";
     struct Row {
         const char* sentence;
         std::function<std::string(const FilmToolClient&)> failure;
@@ -75,10 +76,12 @@ TEST(FilmToolRefusals, AToolThatIsNotThere) {
 
 TEST(FilmToolRefusals, AToolThatCannotBeStarted) {
     const TemporaryDirectory directory;
-    const FilmToolClient client(brokenProgram(directory).string());
+    const std::string program = brokenProgram(directory).string();
+    const FilmToolClient client(program);
     for (const CommandRow& row : commandRows()) {
         SCOPED_TRACE(row.sentence);
-        EXPECT_EQ(row.failure(client), "Could not launch film command: Exec format error");
+        EXPECT_EQ(row.failure(client),
+                  "Could not launch film command: " + program + ": posix_spawn: Exec format error");
     }
 }
 

@@ -64,7 +64,8 @@ TEST(LaunchFailure, FilesThatAreNoPrograms) {
         SCOPED_TRACE(row.sentence);
         const fs::path file = place.write("film", row.content);
         fs::permissions(file, fs::perms::owner_all);
-        EXPECT_EQ(outcomeOf(FilmToolClient(file.string()).run({})), prefix + row.message);
+        EXPECT_EQ(outcomeOf(FilmToolClient(file.string()).run({})),
+                  prefix + file.string() + ": posix_spawn: " + row.message);
     }
 }
 
@@ -98,7 +99,8 @@ TEST(LaunchFailure, AfterTheLookup) {
             (void)runSynchronously(row.path, {});
             ADD_FAILURE() << "it ran";
         } catch (const FilmToolError& error) {
-            EXPECT_EQ(error, FilmToolError(FilmToolError::launchFailed{row.message}));
+            EXPECT_EQ(error,
+                      FilmToolError(FilmToolError::launchFailed{row.path + ": posix_spawn: " + row.message}));
         }
     }
 }
@@ -109,11 +111,12 @@ TEST(LaunchFailure, NoDescriptorsLeft) {
         int descriptors;
         std::string expected;
     };
+    const std::string noPipe = prefix + puppetPath() + ": pipe: Too many open files";
     const std::vector<Row> rows{
-        {"none for the first pipe", 0, prefix + "Too many open files"},
-        {"half of the first pipe", 1, prefix + "Too many open files"},
-        {"none for the second pipe", 2, prefix + "Too many open files"},
-        {"half of the second pipe", 3, prefix + "Too many open files"},
+        {"none for the first pipe", 0, noPipe},
+        {"half of the first pipe", 1, noPipe},
+        {"none for the second pipe", 2, noPipe},
+        {"half of the second pipe", 3, noPipe},
         {"just enough", 4, "works"},
     };
     for (const Row& row : rows) {
@@ -175,7 +178,7 @@ TEST(LaunchFailure, EndOfChildrenIgnored) {
                       ::sigaction(SIGCHLD, &action, nullptr);
                       return outcomeOfMany({"create", made});
                   }),
-                  prefix + statusTaken);
+                  prefix + puppetPath() + ": " + statusTaken);
         EXPECT_FALSE(fs::exists(made)) << "the program ran all the same";
     }
 }

@@ -195,14 +195,20 @@ TEST(ProcessInput, TextThatCannotBePassed) {
          {},
          {{"A", "a"}, {"B=", "b"}},
          "\"B=\" cannot be the name of an environment variable"},
-        {"an argument too long", {"out", std::string(200'000, 'x')}, {}, "Argument list too long"},
-        {"arguments too long together", Texts(200, std::string(100'000, 'x')), {}, "Argument list too long"},
-        {"a value too long", {}, {{"KEY", std::string(200'000, 'x')}}, "Argument list too long"},
+        {"an argument too long",
+         {"out", std::string(200'000, 'x')},
+         {},
+         "posix_spawn: Argument list too long"},
+        {"arguments too long together",
+         Texts(200, std::string(100'000, 'x')),
+         {},
+         "posix_spawn: Argument list too long"},
+        {"a value too long", {}, {{"KEY", std::string(200'000, 'x')}}, "posix_spawn: Argument list too long"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
         EXPECT_EQ(puppetSays(row.arguments, row.environment),
-                  "Could not launch film command: " + row.message);
+                  "Could not launch film command: " + puppetPath() + ": " + row.message);
     }
 }
 

@@ -180,7 +180,8 @@ TEST(Doctor, programsThatAreNamedByTheirPlaces) {
         (Outcome{5,
                  filledIn(one + "\nPrograms\n" + widened(film + vistrel) +
                               "  quexrun  found    {OWN}/torn\n"
-                              "           FAILING  Could not launch film command: Exec format error\n"
+                              "           FAILING  Could not launch film command: {OWN}/torn: posix_spawn: "
+                              "Exec format error\n"
                               "                    Make sure that this file is a program for this "
                               "machine, or name another one with\n"
                               "                    --quexrun PROGRAM.\n"

@@ -42,9 +42,11 @@ struct KINOVANE_EXPORT FilmToolErrorCases {
         std::string name; ///< As the caller gave it.
         bool operator==(const executableNotFound&) const = default;
     };
-    /// The program could not be started; nothing is left of the attempt.
+    /// The program could not be started, and nothing is left of the attempt; or it ran, and its output or
+    /// exit status was lost. In the second case the message says that the program was started: before a
+    /// command such as `approve` is repeated, its effect has to be looked at.
     struct launchFailed {
-        std::string message;
+        std::string message; ///< Which program, and the call that failed with its reason.
         bool operator==(const launchFailed&) const = default;
     };
     /// The program ended with a status other than 0.
@@ -127,8 +129,8 @@ struct KINOVANE_EXPORT PiAgentLaunchSpec {
 ///
 /// Every operation is one child process with a fixed argument vector, never a shell. It starts at once and
 /// runs without a time limit; every failure, a missing program included, arrives through the task as a
-/// FilmToolError. The child inherits standard input, the environment and the working directory, and no other
-/// open file.
+/// FilmToolError, or as std::bad_alloc when there is not enough memory, and as nothing else. The child
+/// inherits standard input, the environment and the working directory, and no other open file.
 class KINOVANE_EXPORT FilmToolClient {
   public:
     /// `executable` is a name or a path, looked up anew at each call.

@@ -54,16 +54,13 @@ void refuseUnpassableText(const std::string& executable, const std::vector<std::
     }
 }
 
-constexpr const char* statusTaken = "its exit status cannot be learned, because the application ignores the "
-                                    "end of its child processes (SIGCHLD) or "
-                                    "waits for children that it did not start";
-
 // A program whose outcome could never be known had better not run at all.
 void refuseIgnoredChildren(const std::string& executable) {
     struct sigaction action{};
     if (::sigaction(SIGCHLD, nullptr, &action) == 0 &&
         ((action.sa_flags & SA_NOCLDWAIT) != 0 || action.sa_handler == SIG_IGN))
-        refuse(executable, statusTaken);
+        refuse(executable, "not started, because its exit status would be lost: the application ignores the "
+                           "end of its child processes (SIGCHLD)");
 }
 
 struct Pipe {
@@ -215,7 +212,7 @@ std::int32_t ChildProcess::wait() {
     const pid_t ended = retryInterrupted([&] { return ::waitpid(process_, &status, 0); });
     process_ = -1;
     if (ended < 0)
-        throw FilmToolError(FilmToolError::launchFailed{statusTaken});
+        failCall("waitpid", errno);
     return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
 }
 

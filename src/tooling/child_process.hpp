@@ -31,7 +31,7 @@ class ChildProcess {
     int errors() const noexcept { return errors_.get(); }
 
     /// Blocks until the child has ended. Gives its exit status, or the number of the signal that ended it.
-    /// Throws FilmToolError (launchFailed) when somebody else has taken the status.
+    /// Throws std::system_error when the application has taken the status.
     std::int32_t wait();
 
   private:

@@ -30,7 +30,7 @@ class Stream {
         const std::span<char> room = text_.room();
         const auto count = retryInterrupted([&] { return ::read(pipe_, room.data(), room.size()); });
         if (count < 0)
-            throw std::system_error(errno, std::generic_category(), "cannot read a program's output");
+            throw std::system_error(errno, std::generic_category(), "read");
         text_.advance(static_cast<std::size_t>(count));
         enlargePipe();
         if (count == 0)
@@ -68,7 +68,7 @@ CapturedOutput captureOutput(int output, int errors) {
         if (::poll(waited.data(), waited.size(), -1) < 0) {
             if (errno == EINTR || errno == EAGAIN)
                 continue;
-            throw std::system_error(errno, std::generic_category(), "cannot wait for a program's output");
+            throw std::system_error(errno, std::generic_category(), "poll");
         }
         for (std::size_t index = 0; index < streams.size(); ++index)
             if (waited[index].revents != 0)

@@ -10,7 +10,8 @@ struct CapturedOutput {
 };
 
 /// Reads two pipes to their ends, both at the same time, so that neither can fill up and stop its writer. The
-/// bytes come back as they were written. Throws std::system_error, and std::bad_alloc.
+/// bytes come back as they were written. Throws std::system_error, whose text begins with the name of the
+/// call that failed, and std::bad_alloc.
 CapturedOutput captureOutput(int output, int errors);
 
 } // namespace kinovane

@@ -30,10 +30,6 @@ namespace {
 
 const std::string prefix = "Could not launch film command: ";
 
-const std::string statusTaken = "its exit status cannot be learned, because the application ignores the end "
-                                "of its child processes (SIGCHLD) or "
-                                "waits for children that it did not start";
-
 const std::string noThread = "no thread could be started: Resource temporarily unavailable";
 
 /// Runs the puppet again and again and says what came of it, and whether anything was left over.
@@ -178,7 +174,9 @@ TEST(LaunchFailure, EndOfChildrenIgnored) {
                       ::sigaction(SIGCHLD, &action, nullptr);
                       return outcomeOfMany({"create", made});
                   }),
-                  prefix + puppetPath() + ": " + statusTaken);
+                  prefix + puppetPath() +
+                      ": not started, because its exit status would be lost: the application ignores the end "
+                      "of its child processes (SIGCHLD)");
         EXPECT_FALSE(fs::exists(made)) << "the program ran all the same";
     }
 }
@@ -197,7 +195,11 @@ TEST(LaunchFailure, StatusTakenBySomebodyElse) {
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 7);
     EXPECT_FALSE(task.done());
     gate.open();
-    EXPECT_EQ(outcomeOf(std::move(task)), prefix + statusTaken);
+    EXPECT_EQ(outcomeOf(std::move(task)),
+              prefix + puppetPath() +
+                  " was started and may have done its work, but its exit status was lost: waitpid: No child "
+                  "processes (the application ignores the end of its child processes, SIGCHLD, or waits for "
+                  "children that it did not start)");
 }
 
 } // namespace

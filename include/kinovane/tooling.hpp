@@ -130,7 +130,8 @@ struct KINOVANE_EXPORT PiAgentLaunchSpec {
 /// Every operation is one child process with a fixed argument vector, never a shell. It starts at once and
 /// runs without a time limit; every failure, a missing program included, arrives through the task as a
 /// FilmToolError, or as std::bad_alloc when there is not enough memory, and as nothing else. The child
-/// inherits standard input, the environment and the working directory, and no other open file.
+/// inherits the environment, the working directory and standard input, and no other open file. When
+/// descriptor 0 is closed or close-on-exec, its standard input is /dev/null.
 class KINOVANE_EXPORT FilmToolClient {
   public:
     /// `executable` is a name or a path, looked up anew at each call.

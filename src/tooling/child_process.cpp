@@ -15,6 +15,7 @@
 
 #include "common/file_location.hpp"
 #include "tooling/child_environment.hpp"
+#include "tooling/standard_input.hpp"
 
 namespace kinovane {
 
@@ -105,12 +106,11 @@ class FileActions {
     FileActions& operator=(const FileActions&) = delete;
     ~FileActions() { ::posix_spawn_file_actions_destroy(&actions_); }
 
-    /// Exactly standard input as it is and the two pipes.
-    void connect(int output, int errors) {
-        // An application without standard input must not pass on whatever it opens next under that number.
-        const bool open = ::fcntl(STDIN_FILENO, F_GETFD) >= 0;
-        if (open)
-            duplicate(STDIN_FILENO, STDIN_FILENO);
+    /// Exactly these three, all of them above the standard descriptors. Without an input the child reads
+    /// nothing.
+    void connect(const Descriptor& input, int output, int errors) {
+        if (input)
+            duplicate(input.get(), STDIN_FILENO);
         else
             require("posix_spawn_file_actions_addopen",
                     ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
@@ -186,8 +186,9 @@ void ChildProcess::start(const std::string& executable, const std::vector<std::s
 
     Pipe output = openPipe();
     Pipe errors = openPipe();
+    const Descriptor input = duplicateStandardInput();
     FileActions actions;
-    actions.connect(output.writeEnd.get(), errors.writeEnd.get());
+    actions.connect(input, output.writeEnd.get(), errors.writeEnd.get());
     Attributes attributes;
     attributes.resetSignals();
 

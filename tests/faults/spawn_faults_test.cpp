@@ -20,9 +20,9 @@ namespace kinovane::test {
 
 namespace {
 
-const std::vector<Call> startCalls{Call::stat,    Call::faccessat,  Call::pipe2,        Call::fcntl,
-                                   Call::poll,    Call::posixSpawn, Call::read,         Call::close,
-                                   Call::waitpid, Call::spawnSetup, Call::pthreadCreate};
+const std::vector<Call> startCalls{Call::stat,  Call::fstat,   Call::faccessat,  Call::pipe2,
+                                   Call::fcntl, Call::poll,    Call::posixSpawn, Call::read,
+                                   Call::close, Call::waitpid, Call::spawnSetup, Call::pthreadCreate};
 
 std::string join(const ProcessResult& result) { return result.stdout + "|" + result.stderr; }
 

@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "programs/numbered_lines.hpp"
@@ -104,6 +105,18 @@ void copyInput(Words /*words*/) {
     }
 }
 
+/// Whether standard input is the null device, or what kind of file.
+void sayInputKind(Words /*words*/) {
+    struct stat input{};
+    struct stat null{};
+    if (::fstat(STDIN_FILENO, &input) != 0 || ::stat("/dev/null", &null) != 0)
+        fail("stat");
+    if (S_ISCHR(input.st_mode) && input.st_rdev == null.st_rdev)
+        say("null");
+    else
+        say(S_ISFIFO(input.st_mode) ? "pipe" : S_ISREG(input.st_mode) ? "file" : "other");
+}
+
 void listDescriptors(Words /*words*/) {
     const long limit = std::min(::sysconf(_SC_OPEN_MAX), 65536L);
     std::string text;
@@ -186,6 +199,7 @@ constexpr std::array verbs{
     Verb{"grandchild", 1, leaveGrandchild},
     Verb{"create", 1, create},
     Verb{"copy", 0, copyInput},
+    Verb{"input-kind", 0, sayInputKind},
     Verb{"descriptors", 0, listDescriptors},
     Verb{"signals", 0, listSignals},
     Verb{"environment", 0, listEnvironment},

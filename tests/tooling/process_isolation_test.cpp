@@ -1,6 +1,5 @@
 // What an application has set up for itself and a program must not notice.
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -16,7 +15,6 @@
 #include <kinovane/tooling.hpp>
 
 #include "support/forked_process.hpp"
-#include "support/temporary_directory.hpp"
 #include "tooling/puppet.hpp"
 
 namespace kinovane::test {
@@ -87,38 +85,6 @@ TEST(ProcessIsolation, DescriptorsOfTheApplication) {
                   }),
                   "0\n1\n2\nerrors");
     }
-}
-
-TEST(ProcessIsolation, StandardInput) {
-    const TemporaryDirectory place;
-    const std::string story = "A lamp for the late ferry\n";
-    const std::string file = place.write("story", story).string();
-    EXPECT_EQ(inForkedProcess([&] {
-                  require(::close(0) == 0 && ::open(file.c_str(), O_RDONLY) == 0);
-                  return puppetSays({"copy"});
-              }),
-              story);
-    EXPECT_EQ(inForkedProcess([&] {
-                  require(::close(0) == 0 && ::open(file.c_str(), O_RDONLY | O_CLOEXEC) == 0);
-                  return puppetSays({"copy"});
-              }),
-              story);
-    // Without standard input a program reads nothing, and no error either.
-    EXPECT_EQ(inForkedProcess([&] {
-                  require(::close(0) == 0);
-                  return puppetSays({"copy", "out", "end"});
-              }),
-              "end");
-}
-
-TEST(ProcessIsolation, StandardInputThroughAPipe) {
-    EXPECT_EQ(inForkedProcess([] {
-                  std::array<int, 2> ends{};
-                  require(::pipe(ends.data()) == 0 && ::dup2(ends[0], 0) == 0);
-                  require(::write(ends[1], "words", 5) == 5 && ::close(ends[1]) == 0);
-                  return puppetSays({"copy"});
-              }),
-              "words");
 }
 
 TEST(ProcessIsolation, SignalsOfTheApplication) {

@@ -30,8 +30,9 @@ std::string expandTilde(const std::string& name) {
 
 /// A location made from a path: absolute, and without the "./" that may stand in front.
 fs::path locationOf(std::string_view path) {
+    // With every slash behind the dot: one that is left would make the path an absolute one.
     while (path.starts_with("./"))
-        path.remove_prefix(2);
+        path.remove_prefix(std::min(path.find_first_not_of('/', 1), path.size()));
     fs::path given(path);
     if (given.is_absolute())
         return given;
@@ -39,7 +40,7 @@ fs::path locationOf(std::string_view path) {
     fs::path here = fs::current_path(error);
     if (error)
         return given;
-    if (given != ".")
+    if (!given.empty() && given != ".")
         here /= given;
     return here;
 }

@@ -113,6 +113,10 @@ TEST_F(ExecutableLookup, ByName) {
         {"a file in place of a directory is passed over", at("first/plain") + ":" + at("second"), "tool",
          at("second/tool")},
         {"a relative directory is one of the current directory", "second", "tool", at("second/tool")},
+        {"several slashes behind a dot", ".//second", "tool", at("second/tool")},
+        {"several slashes behind a dot do not make it absolute", ".//bin:second", "tool", at("second/tool")},
+        {"the working directory itself", "./", "tool-here", at("tool-here")},
+        {"the working directory with two slashes", ".//", "tool-here", at("tool-here")},
         {"a trailing slash does not show", at("second") + "/", "tool", at("second/tool")},
         {"PATH comes before the fixed directories", at("second") + ":/usr/bin", "other", at("second/other")},
         {"PATH is :/usr/bin::", ":/usr/bin::", "env", "/usr/bin/env"},
@@ -121,11 +125,20 @@ TEST_F(ExecutableLookup, ByName) {
         {"the fixed directories come after PATH", at("second"), "sh", inFixedDirectories("sh")},
     };
     addProgram("kinovane-test-tool");
+    addProgram("tool-here");
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
         setPath(row.path);
         EXPECT_EQ(found(row.name), row.expected);
     }
+}
+
+// Another program of the name stands where the path would lead if it were taken for an absolute one.
+TEST_F(ExecutableLookup, AProgramBelowTheWorkingDirectoryIsNoOther) {
+    const std::string inRoot = "./" + at("first/tool");
+    EXPECT_EQ(found(inRoot), notFound(inRoot));
+    setPath("./" + at("first") + ":" + at("second"));
+    EXPECT_EQ(found("tool"), at("second/tool"));
 }
 
 TEST_F(ExecutableLookup, ByNameInVain) {
@@ -166,6 +179,9 @@ TEST_F(ExecutableLookup, ByPath) {
         {"an absolute path", at("first/tool"), at("first/tool")},
         {"a relative path becomes absolute", "first/tool", at("first/tool")},
         {"a relative path with a dot in front", "./first/tool", at("first/tool")},
+        {"several slashes behind the dot", ".//first/tool", at("first/tool")},
+        {"several dots and slashes", ".///.//./first/tool", at("first/tool")},
+        {"several slashes behind the dot do not make it absolute", ".//bin/sh", notFound(".//bin/sh")},
         {"a link", "first/link", at("first/link")},
         {"a path is not searched in PATH", "./tool", notFound("./tool")},
         {"nor is one with a directory", "sub/tool", notFound("sub/tool")},

@@ -139,11 +139,13 @@ class KINOVANE_EXPORT FilmToolClient {
 
     const std::string& executable() const noexcept;
 
-    /// Finds a program. A leading "~" stands for a home directory. A text with "/" in it is then a path; any
+    /// Finds a program. A leading "~" stands for a home directory, which is the user database's and not the
+    /// environment's; it is left as it is for a user without one. A text with "/" in it is then a path; any
     /// other name is searched in the directories of PATH and then in /opt/homebrew/bin, /usr/local/bin,
     /// /usr/bin and /bin. Only regular files that the user may execute count.
     ///
-    /// Throws FilmToolError (executableNotFound). Blocks on the file system.
+    /// Throws FilmToolError: executableNotFound, or launchFailed when a home directory is asked for and the
+    /// user database cannot be read. Blocks on the file system and the user database.
     static std::filesystem::path resolveExecutable(const std::string& name);
 
     /// Runs the program with these arguments. `environment` is added to the inherited environment and wins
@@ -218,16 +220,21 @@ class KINOVANE_EXPORT FilmToolClient {
 namespace PiExecutableResolver {
 
 /// Where the agent runtime installs its copies: "Library/Application Support/QuexRun/agents/pi" in the
-/// current user's home directory, which is the user database's and not the environment's.
+/// current user's home directory, which is the user database's and never the environment's. Empty for a user
+/// to whom the database gives no home directory. Throws std::system_error when the database cannot be asked,
+/// for instance because no descriptor is left.
 KINOVANE_EXPORT std::filesystem::path defaultRoot();
 
 /// Finds a command as FilmToolClient::resolveExecutable does; only the name "pi" is then also looked for
-/// among the installed copies. Throws FilmToolError (executableNotFound). Blocks on the file system.
+/// among the installed copies. Throws FilmToolError (executableNotFound) and no other: an installed copy that
+/// cannot be looked for, because the default root cannot be learned or listed, counts as absent, and
+/// `defaultRoot` gives the reason. Blocks on the file system and the user database.
 KINOVANE_EXPORT std::filesystem::path resolve(const std::string& command);
 
 /// The executables of the installed copies, newest version first. Versions are compared number by number,
 /// so 1.10.0 is newer than 1.9.3; copies of one version keep the order in which the directory lists them.
-/// Empty when there are none.
+/// Empty when there are none, when the root cannot be listed, and when it is empty. Never fails; only the
+/// default value of `root` may, as `defaultRoot`.
 KINOVANE_EXPORT std::vector<std::filesystem::path>
 bundledCandidates(const std::filesystem::path& root = defaultRoot());
 

@@ -19,13 +19,18 @@ namespace fs = std::filesystem;
 namespace {
 
 /// "~" and "~/…" stand for the current user's home directory, "~name" and "~name/…" for that user's. Anything
-/// else, and a user who does not exist, is left as it is.
+/// else, and the name of a user without a home directory, is left as it is.
 std::string expandTilde(const std::string& name) {
     if (!name.starts_with('~') || holdsNUL(name))
         return name;
     const std::size_t end = std::min(name.find('/'), name.size());
-    const auto home = end == 1 ? homeDirectory() : homeDirectoryOf(name.substr(1, end - 1));
-    return home ? *home + name.substr(end) : name;
+    try {
+        const auto home = end == 1 ? homeDirectory() : homeDirectoryOf(name.substr(1, end - 1));
+        return home ? *home + name.substr(end) : name;
+    } catch (const std::system_error& error) {
+        // Not "not found": the program may well be there, and what lies below "./~" is another one.
+        throw FilmToolError(FilmToolError::launchFailed{name + ": " + error.what()});
+    }
 }
 
 /// A location made from a path: absolute, and without the "./" that may stand in front.

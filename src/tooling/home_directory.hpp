@@ -5,11 +5,12 @@
 
 namespace kinovane {
 
-/// The current user's home directory as the user database has it, whatever the environment says. Only a user
-/// whom the database does not know is believed the environment's HOME.
+/// The current user's home directory as the user database has it, whatever the environment says. Absent when
+/// the database does not know the user, or no absolute home directory of the user. Throws std::system_error,
+/// whose text begins with the name of the call that failed, when the database cannot be asked.
 std::optional<std::string> homeDirectory();
 
-/// Another user's home directory; absent when there is no such user.
+/// Another user's home directory, likewise.
 std::optional<std::string> homeDirectoryOf(const std::string& user);
 
 } // namespace kinovane

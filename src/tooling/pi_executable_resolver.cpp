@@ -30,10 +30,20 @@ std::vector<fs::path> visibleEntries(const fs::path& directory) {
     return entries;
 }
 
+/// A default root that cannot be learned has no candidates, like one that cannot be listed.
+std::vector<fs::path> installedCandidates() {
+    try {
+        return PiExecutableResolver::bundledCandidates();
+    } catch (const std::system_error&) {
+        return {};
+    }
+}
+
 } // namespace
 
 fs::path PiExecutableResolver::defaultRoot() {
-    return fs::path(homeDirectory().value_or("/")) / "Library/Application Support/QuexRun/agents/pi";
+    const auto home = homeDirectory();
+    return home ? fs::path(*home) / "Library/Application Support/QuexRun/agents/pi" : fs::path();
 }
 
 fs::path PiExecutableResolver::resolve(const std::string& command) {
@@ -41,9 +51,9 @@ fs::path PiExecutableResolver::resolve(const std::string& command) {
         return FilmToolClient::resolveExecutable(command);
     } catch (const FilmToolError&) {
         if (command == "pi")
-            if (const std::vector<fs::path> candidates = bundledCandidates(); !candidates.empty())
+            if (const std::vector<fs::path> candidates = installedCandidates(); !candidates.empty())
                 return candidates.front();
-        throw;
+        throw FilmToolError(FilmToolError::executableNotFound{command});
     }
 }
 

@@ -1,7 +1,9 @@
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -12,6 +14,8 @@
 
 #include "support/ordinary_user.hpp"
 #include "support/temporary_directory.hpp"
+#include "tooling/puppet.hpp"
+#include "tooling/user_database.hpp"
 
 namespace kinovane::test {
 
@@ -238,6 +242,50 @@ TEST_F(ExecutableLookup, InHomeDirectories) {
     }
     addProgram("~kinovane-nobody/tool");
     EXPECT_EQ(found("~kinovane-nobody/tool"), at("~kinovane-nobody/tool"));
+}
+
+// Below the working directory stands what an unknown user's name would lead to.
+TEST_F(ExecutableLookup, AUserDatabaseThatCannotBeAsked) {
+    addProgram("~/tool");
+    addProgram("~film/tool");
+    ::setenv("HOME", at("first").c_str(), 1);
+    UserDatabase users(at("second"));
+    EXPECT_EQ(found("~/tool"), at("second/tool"));
+    struct Row {
+        const char* sentence;
+        std::string name;
+        std::string call;
+    };
+    const std::vector<Row> rows{
+        {"the current user", "~/tool", "getpwuid_r"},
+        {"the current user's name for a program", "~", "getpwuid_r"},
+        {"another user", "~film/tool", "getpwnam_r"},
+        {"another user's name alone", "~film", "getpwnam_r"},
+    };
+    for (const int error : {EMFILE, ENFILE, EIO, ENOMEM})
+        for (const Row& row : rows) {
+            SCOPED_TRACE(row.sentence);
+            users.error = error;
+            const std::string expected = "Could not launch film command: " + row.name + ": " + row.call +
+                                         ": " + std::generic_category().message(error);
+            EXPECT_EQ(found(row.name), expected);
+            EXPECT_EQ(outcomeOf(FilmToolClient(row.name).run({})), expected);
+        }
+    EXPECT_EQ(found("tool"), notFound("tool"));
+    setPath(at("first"));
+    EXPECT_EQ(found("tool"), at("first/tool"));
+}
+
+// A user without a home directory is like one who does not exist.
+TEST_F(ExecutableLookup, ACurrentUserWithoutAHomeDirectory) {
+    addProgram("~/tool");
+    ::setenv("HOME", at("first").c_str(), 1);
+    for (const std::optional<std::string>& home :
+         {std::optional<std::string>(), std::optional<std::string>("")}) {
+        const UserDatabase users(home);
+        EXPECT_EQ(found("~/tool"), at("~/tool"));
+        EXPECT_EQ(found("~/other"), notFound("~/other"));
+    }
 }
 
 // A tilde in PATH is a letter: only the name that the caller gave is expanded.

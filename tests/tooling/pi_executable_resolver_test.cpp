@@ -1,13 +1,18 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <kinovane/tooling.hpp>
 
+#include "support/forked_process.hpp"
+#include "support/limits.hpp"
 #include "support/temporary_directory.hpp"
 #include "support/variable.hpp"
 #include "tooling/pi_copies.hpp"
@@ -147,29 +152,96 @@ TEST_F(PiResolver, AUserWithALongEntry) {
     EXPECT_EQ(found("pi"), copy);
 }
 
-// Somebody whom the database does not know has no other home than the one in the environment.
-TEST_F(PiResolver, AUserWhomTheDatabaseDoesNotKnow) {
-    const std::string copyOfHome = (place / "other home" / rootInHome / "99.0/pi/pi").string();
+// The environment's HOME holds a newer copy, which is not this user's.
+TEST_F(PiResolver, AUserWithoutAHomeDirectoryHasNoCopies) {
     install("1.0");
     struct Row {
         const char* sentence;
         std::optional<std::string> home;
         int error;
-        std::size_t bufferNeeded;
     };
-    for (const Row& row : {Row{"no entry", std::nullopt, 0, 0}, Row{"an entry without a home", "", 0, 0},
-                           Row{"a broken database", place / "home", EIO, 0},
-                           Row{"an entry without end", place / "home", 0, std::size_t{1} << 40U}}) {
+    for (const Row& row :
+         {Row{"no entry", std::nullopt, 0}, Row{"an entry without a home", "", 0},
+          Row{"an entry with a relative home", "home", 0}, Row{"no database", place / "home", ENOENT},
+          Row{"no such user", place / "home", ESRCH}}) {
         SCOPED_TRACE(row.sentence);
         users.home = row.home;
         users.error = row.error;
-        users.bufferNeeded = row.bufferNeeded;
-        EXPECT_EQ(found("pi"), copyOfHome);
-        for (const auto& value : {std::optional<std::string>(), std::optional<std::string>("")}) {
-            const Variable none("HOME", value);
-            EXPECT_EQ(PiExecutableResolver::defaultRoot(), fs::path("/") / rootInHome);
-        }
+        EXPECT_EQ(PiExecutableResolver::defaultRoot(), fs::path());
+        EXPECT_EQ(PiExecutableResolver::bundledCandidates(), std::vector<fs::path>());
+        EXPECT_EQ(found("pi"), notFound("pi"));
+        EXPECT_EQ(found("~/pi"), notFound("~/pi"));
     }
+}
+
+/// The reason why there is no default root.
+std::string rootFailure() {
+    try {
+        return PiExecutableResolver::defaultRoot().string();
+    } catch (const std::system_error& error) {
+        return error.what();
+    }
+}
+
+// Whoever cannot be asked has not said that the user is unknown.
+TEST_F(PiResolver, AUserDatabaseThatCannotBeAsked) {
+    install("1.0");
+    struct Row {
+        const char* sentence;
+        int error;
+        std::size_t bufferNeeded;
+        std::string expected;
+    };
+    for (const Row& row :
+         {Row{"no descriptors left", EMFILE, 0, "Too many open files"},
+          Row{"none left in the system", ENFILE, 0, "Too many open files in system"},
+          Row{"an input/output error", EIO, 0, "Input/output error"},
+          Row{"out of memory", ENOMEM, 0, "Cannot allocate memory"},
+          Row{"an entry without end", 0, std::size_t{1} << 40U, "Numerical result out of range"}}) {
+        SCOPED_TRACE(row.sentence);
+        users.error = row.error;
+        users.bufferNeeded = row.bufferNeeded;
+        EXPECT_EQ(rootFailure(), "getpwuid_r: " + row.expected);
+        EXPECT_EQ(found("pi"), notFound("pi"));
+        EXPECT_EQ(found("~/bin/pi"), notFound("~/bin/pi"));
+        const std::string onPath = addProgram("bin/pi");
+        EXPECT_EQ(found("pi"), onPath);
+        fs::remove(onPath);
+    }
+}
+
+// When one source of the database fails and the next does not know the user, only errno tells of the failure.
+TEST_F(PiResolver, AUserDatabaseOfWhichAPartCannotBeAsked) {
+    users.home.reset();
+    for (const int error : {EMFILE, ENFILE, EIO, ENOMEM}) {
+        users.silentError = error;
+        EXPECT_EQ(rootFailure(), "getpwuid_r: " + std::generic_category().message(error));
+    }
+    for (const int error : {0, ENOENT, ECONNREFUSED, ENOTTY}) {
+        users.silentError = error;
+        EXPECT_EQ(rootFailure(), "");
+    }
+}
+
+// Some sources of the system's own database answer without a descriptor, others do not.
+TEST(PiResolverWithoutDescriptors, TheDefaultRootIsTheRightOneOrAnError) {
+    const TemporaryDirectory place;
+    installPi(place / rootInHome, "99.0");
+    const Variable home("HOME", place.path().string());
+    const Variable path("PATH", place.path().string());
+    const std::string sound = rootFailure();
+    const std::string outcome = inForkedProcess([] {
+        leaveDescriptors(0);
+        return rootFailure() + "\n" + found("pi");
+    });
+    EXPECT_THAT(outcome, testing::AnyOf("getpwuid_r: Too many open files\n" + notFound("pi"),
+                                        sound + "\n" + notFound("pi")));
+}
+
+TEST_F(PiResolver, AnInterruptedQuestionIsAskedAgain) {
+    const std::string copy = install("1.0");
+    users.interruptions = 3;
+    EXPECT_EQ(found("pi"), copy);
 }
 
 } // namespace

@@ -25,25 +25,45 @@ UserDatabase::~UserDatabase() { current = nullptr; }
 
 } // namespace kinovane::test
 
-/// Stands before the C library's function of this name, which it asks when no test says otherwise.
-extern "C" int getpwuid_r(uid_t user, passwd* entry, char* buffer, std::size_t size, passwd** found) {
-    const kinovane::test::UserDatabase* const database = kinovane::test::current;
-    if (database == nullptr) {
-        using Function = int (*)(uid_t, passwd*, char*, std::size_t, passwd**);
-        static const auto next = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "getpwuid_r"));
-        return next(user, entry, buffer, size, found);
-    }
+namespace {
+
+using kinovane::test::UserDatabase;
+
+int answer(const UserDatabase& database, passwd* entry, char* buffer, std::size_t size, passwd** found) {
     *found = nullptr;
-    if (database->error != 0)
-        return database->error;
-    if (!database->home)
+    if (database.interruptions > 0) {
+        --database.interruptions;
+        return EINTR;
+    }
+    if (database.error != 0)
+        return database.error;
+    if (!database.home) {
+        errno = database.silentError;
         return 0;
-    if (size < std::max(database->bufferNeeded, database->home->size() + 1))
+    }
+    if (size < std::max(database.bufferNeeded, database.home->size() + 1))
         return ERANGE;
-    std::memcpy(buffer, database->home->c_str(), database->home->size() + 1);
+    std::memcpy(buffer, database.home->c_str(), database.home->size() + 1);
     *entry = passwd{};
-    entry->pw_uid = user;
     entry->pw_dir = buffer;
     *found = entry;
     return 0;
+}
+
+} // namespace
+
+// These come before the C library's functions of the same names, which they call when no test says otherwise.
+
+extern "C" int getpwuid_r(uid_t user, passwd* entry, char* buffer, std::size_t size, passwd** found) {
+    if (const UserDatabase* const database = kinovane::test::current)
+        return answer(*database, entry, buffer, size, found);
+    static const auto next = reinterpret_cast<decltype(&::getpwuid_r)>(::dlsym(RTLD_NEXT, "getpwuid_r"));
+    return next(user, entry, buffer, size, found);
+}
+
+extern "C" int getpwnam_r(const char* user, passwd* entry, char* buffer, std::size_t size, passwd** found) {
+    if (const UserDatabase* const database = kinovane::test::current)
+        return answer(*database, entry, buffer, size, found);
+    static const auto next = reinterpret_cast<decltype(&::getpwnam_r)>(::dlsym(RTLD_NEXT, "getpwnam_r"));
+    return next(user, entry, buffer, size, found);
 }

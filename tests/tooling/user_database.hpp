@@ -6,7 +6,7 @@
 
 namespace kinovane::test {
 
-/// While it lives, what the user database knows of the current user in this program. So the tests of what
+/// While it lives, what the user database of this program knows of every user. So the tests of what
 /// lies in a home directory never touch the real one.
 class UserDatabase {
   public:
@@ -17,8 +17,10 @@ class UserDatabase {
     ~UserDatabase();
 
     std::optional<std::string> home;
-    int error = 0;                ///< What every question is answered with, unless it is 0.
-    std::size_t bufferNeeded = 0; ///< A question with a smaller buffer is refused.
+    int error = 0;                 ///< What every question is answered with, unless it is 0.
+    int silentError = 0;           ///< Left in errno by an answer that the user is unknown.
+    mutable int interruptions = 0; ///< So many questions are interrupted first.
+    std::size_t bufferNeeded = 0;  ///< A question with a smaller buffer is refused.
 };
 
 } // namespace kinovane::test

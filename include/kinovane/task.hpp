@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <coroutine>
 #include <exception>
 #include <functional>
@@ -18,11 +17,30 @@ namespace kinovane {
 
 /// How an application posts work to its own main loop: called with a job, it arranges that the loop runs the
 /// job once, soon. It may be called from any thread and must not throw; an exception out of it ends the
-/// process. The library releases its copy of the executor on the thread that finished the operation, but
-/// never runs or destroys a handler there.
+/// process.
+///
+/// It may move, copy and keep the job. The first call of any copy runs the handler and destroys it there;
+/// later calls do nothing. A job that is never run is dropped: its handler is destroyed with the last copy
+/// that the executor kept, on the thread that destroys that copy. If the executor keeps no copy, that is the
+/// thread that calls the executor.
+///
+/// The library releases its copy of the executor on the thread that finished the operation.
 using Executor = std::function<void(std::function<void()>)>;
 
 namespace detail {
+
+/// Something that is run at most once, and destroyed by the thread that ran it.
+class KINOVANE_EXPORT TaskAction {
+  public:
+    TaskAction();
+    TaskAction(const TaskAction&) = delete;
+    TaskAction& operator=(const TaskAction&) = delete;
+    virtual ~TaskAction();
+    virtual void run() = 0;
+};
+
+/// An action on its way to the thread that runs it.
+class TaskDelivery;
 
 /// The part of an operation's state that does not depend on the type of its result.
 class KINOVANE_EXPORT TaskCore {
@@ -37,22 +55,22 @@ class KINOVANE_EXPORT TaskCore {
     /// Blocks until done, and until the operation's thread has ended.
     void wait();
 
-    /// Lets the operation's thread end by itself. Called by whoever gives up waiting for it.
-    void letGo() noexcept;
+    /// Detaches the operation's thread. Called by the owner that gives up waiting for it.
+    void detach() noexcept;
 
-    /// Keeps `continuation` for the thread that finishes the operation, and returns true; or, when the
-    /// operation is already done, leaves it alone and returns false.
-    bool whenDone(std::function<void()>& continuation);
+    /// Runs `action` through `executor` once the operation is done.
+    void deliver(Executor executor, std::unique_ptr<TaskAction> action);
 
-    /// Sends `job` through `executor` once the operation is done, at once if it already is.
-    void deliver(Executor executor, std::function<void()> job);
+    /// The same for a delivery that may be withdrawn. Without an executor the thread that finishes the
+    /// operation runs it; if the operation is already done, it is not run and false is returned.
+    bool deliver(Executor executor, std::shared_ptr<TaskDelivery> delivery);
 
-    /// Runs `operation` and then `finish` on a thread of its own. Gives the reason when no thread can be
+    /// Runs `operation`, and then `finish`, on a thread of its own. Returns the reason if no thread can be
     /// started.
-    static std::error_code start(const std::shared_ptr<TaskCore>& core, std::function<void()> operation);
+    static std::error_code start(std::shared_ptr<TaskCore> core, std::unique_ptr<TaskAction> operation);
 
-    /// Marks the operation as done, wakes whoever waits and runs the continuation on this thread.
-    void finish() noexcept;
+    /// Marks the operation as done, wakes waiting threads, releases `core`, and delivers what was to follow.
+    static void finish(std::shared_ptr<TaskCore> core) noexcept;
 
     void fail(std::exception_ptr error) noexcept;
 
@@ -74,27 +92,40 @@ class TaskState final : public TaskCore {
 
     T take() {
         rethrowError();
-        if constexpr (!std::is_void_v<T>)
-            return std::move(*value_); // NOLINT(*-unchecked-optional-access): else there is an error
+        if constexpr (!std::is_void_v<T>) {
+            // The value leaves the state, which the operation's thread may be the last to destroy.
+            T value = std::move(*value_); // NOLINT(*-unchecked-optional-access): else there is an error
+            value_.reset();
+            return value;
+        }
     }
 
   private:
     std::optional<Value> value_;
 };
 
-/// A suspended coroutine that may be destroyed before its turn comes: whoever wakes it does so at most once,
-/// and not at all when the coroutine has gone.
-class Sleeper {
+/// A coroutine that waits for an operation. This object lies in the coroutine's frame; once it is destroyed,
+/// the coroutine is not resumed any more.
+class KINOVANE_EXPORT TaskSuspension {
   public:
-    explicit Sleeper(std::coroutine_handle<> coroutine) : address_(coroutine.address()) {}
-    void forget() noexcept { address_.store(nullptr); }
-    void wake() {
-        if (void* address = address_.exchange(nullptr))
-            std::coroutine_handle<>::from_address(address).resume();
-    }
+    TaskSuspension(std::shared_ptr<TaskCore> core, Executor executor) noexcept;
+    TaskSuspension(TaskSuspension&& other) noexcept;
+    TaskSuspension& operator=(TaskSuspension&&) = delete;
+    TaskSuspension(const TaskSuspension&) = delete;
+    TaskSuspension& operator=(const TaskSuspension&) = delete;
+    ~TaskSuspension();
+
+    /// Whether the coroutine continues without being suspended.
+    bool ready() const noexcept;
+
+    /// Resumes `coroutine` once the operation is done. Returns false if it continues at once. The coroutine
+    /// may have been resumed, and this object destroyed, before the call returns.
+    bool suspend(std::coroutine_handle<> coroutine);
 
   private:
-    std::atomic<void*> address_;
+    std::shared_ptr<TaskCore> core_;
+    Executor executor_;
+    std::shared_ptr<TaskDelivery> delivery_;
 };
 
 [[noreturn]] KINOVANE_EXPORT void throwTaskTaken();
@@ -123,7 +154,7 @@ class [[nodiscard]] Task {
     Task& operator=(const Task&) = delete;
     ~Task() {
         if (state_)
-            state_->letGo();
+            state_->detach();
     }
 
     /// Blocks until the operation is done; gives its result or throws its error.
@@ -145,18 +176,21 @@ class [[nodiscard]] Task {
     auto on(Executor executor) { return TaskAwaiter<T>(release(), std::move(executor)); }
 
     /// Calls `handler(Task<T>)` through `executor` once the operation is done; `get` of that task does not
-    /// block. The handler runs, and is destroyed, where the executor runs its jobs.
+    /// block. The handler runs, and is destroyed, where the executor runs its job. It may be a type that can
+    /// only be moved. An exception out of it leaves the job.
     template <class Handler>
     void then(Executor executor, Handler handler) {
-        struct Delivery {
+        struct Handling final : detail::TaskAction {
+            Handling(Handler&& installed, Task&& finished)
+                : handler(std::move(installed)), task(std::move(finished)) {}
+            void run() override { handler(std::move(task)); }
             Handler handler;
             Task task;
         };
         auto state = release();
-        state->letGo();
-        auto delivery = std::make_shared<Delivery>(Delivery{std::move(handler), Task(state)});
-        state->deliver(std::move(executor),
-                       [delivery = std::move(delivery)] { delivery->handler(std::move(delivery->task)); });
+        state->detach();
+        auto handling = std::make_unique<Handling>(std::move(handler), Task(state));
+        state->deliver(std::move(executor), std::move(handling));
     }
 
   private:
@@ -174,38 +208,22 @@ template <class T>
 class [[nodiscard]] TaskAwaiter {
   public:
     TaskAwaiter(std::shared_ptr<detail::TaskState<T>> state, Executor executor)
-        : state_(std::move(state)), executor_(std::move(executor)) {
-        state_->letGo();
+        : suspension_(state, std::move(executor)), state_(std::move(state)) {
+        state_->detach();
     }
     TaskAwaiter(TaskAwaiter&&) noexcept = default;
     TaskAwaiter& operator=(TaskAwaiter&&) = delete;
     TaskAwaiter(const TaskAwaiter&) = delete;
     TaskAwaiter& operator=(const TaskAwaiter&) = delete;
-    ~TaskAwaiter() {
-        if (sleeper_)
-            sleeper_->forget();
-    }
+    ~TaskAwaiter() = default;
 
-    bool await_ready() const noexcept { return !executor_ && state_->done(); }
-
-    // Once the continuation is handed over, another thread may resume the coroutine and destroy this object
-    // with it, so from then on only local copies are touched.
-    bool await_suspend(std::coroutine_handle<> coroutine) {
-        auto state = state_;
-        sleeper_ = std::make_shared<detail::Sleeper>(coroutine);
-        std::function<void()> wake = [sleeper = sleeper_] { sleeper->wake(); };
-        if (!executor_)
-            return state->whenDone(wake);
-        state->deliver(std::move(executor_), std::move(wake));
-        return true;
-    }
-
+    bool await_ready() const noexcept { return suspension_.ready(); }
+    bool await_suspend(std::coroutine_handle<> coroutine) { return suspension_.suspend(coroutine); }
     T await_resume() { return state_->take(); }
 
   private:
+    detail::TaskSuspension suspension_;
     std::shared_ptr<detail::TaskState<T>> state_;
-    Executor executor_;
-    std::shared_ptr<detail::Sleeper> sleeper_;
 };
 
 } // namespace kinovane

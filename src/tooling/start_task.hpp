@@ -1,6 +1,6 @@
 #pragma once
 
-#include <functional>
+#include <exception>
 #include <memory>
 #include <type_traits>
 #include <utility>
@@ -14,9 +14,11 @@ namespace kinovane {
 /// failure to start a thread (launchFailed).
 template <class T, class Operation>
 Task<T> startTask(Operation operation) {
-    auto state = std::make_shared<detail::TaskState<T>>();
-    const auto error =
-        detail::TaskCore::start(state, [state, operation = std::move(operation)]() mutable noexcept {
+    using State = detail::TaskState<T>;
+    struct Running final : detail::TaskAction {
+        Running(std::shared_ptr<State> target, Operation&& started)
+            : state(std::move(target)), operation(std::move(started)) {}
+        void run() noexcept override {
             try {
                 if constexpr (std::is_void_v<T>) {
                     operation();
@@ -27,11 +29,16 @@ Task<T> startTask(Operation operation) {
             } catch (...) {
                 state->fail(std::current_exception());
             }
-        });
+        }
+        std::shared_ptr<State> state;
+        Operation operation;
+    };
+    auto state = std::make_shared<State>();
+    const auto error = detail::TaskCore::start(state, std::make_unique<Running>(state, std::move(operation)));
     if (error) {
         state->fail(std::make_exception_ptr(
             FilmToolError(FilmToolError::launchFailed{"no thread could be started: " + error.message()})));
-        state->finish();
+        detail::TaskCore::finish(state);
     }
     return Task<T>(std::move(state));
 }

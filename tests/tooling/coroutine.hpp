@@ -68,11 +68,13 @@ struct Coroutine::promise_type {
 class Loop {
   public:
     Executor executor() {
-        return [this](std::function<void()> job) {
-            const std::lock_guard lock(mutex_);
-            jobs_.push_back(std::move(job));
-            posted_.notify_one();
-        };
+        return [this](std::function<void()> job) { post(std::move(job)); };
+    }
+
+    void post(std::function<void()> job) {
+        const std::lock_guard lock(mutex_);
+        jobs_.push_back(std::move(job));
+        posted_.notify_one();
     }
 
     /// Blocks until there is a job.

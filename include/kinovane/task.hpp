@@ -168,11 +168,18 @@ class [[nodiscard]] Task {
     bool done() const noexcept { return !state_ || state_->done(); }
 
     /// Suspends the coroutine until the operation is done. It resumes on the thread that finished the
-    /// operation, or goes on at once when the operation is already done. Gives the result or throws the
+    /// operation, or continues at once if the operation is already done. Gives the result or throws the
     /// operation's error.
+    ///
+    /// A coroutine that is suspended here must not be destroyed: the operation's thread may be resuming it at
+    /// that moment. A coroutine that may have to be destroyed while it waits uses `on`.
     auto operator co_await() && { return TaskAwaiter<T>(release(), nullptr); }
 
     /// An awaitable as above whose coroutine always resumes through `executor`.
+    ///
+    /// The thread that runs the executor's jobs may destroy the suspended coroutine at any time; it is then
+    /// not resumed. No other thread may. If the executor drops the job, the coroutine stays suspended, and
+    /// its owner has to destroy it.
     auto on(Executor executor) { return TaskAwaiter<T>(release(), std::move(executor)); }
 
     /// Calls `handler(Task<T>)` through `executor` once the operation is done; `get` of that task does not

@@ -141,6 +141,7 @@ TEST(TaskInCoroutine, DestroyedWhileSuspended) {
         bool throughExecutor;
         bool doneBefore; ///< The executor has its job already when the coroutine goes.
     };
+    // Without an executor only because the gate is closed: the operation cannot be done at that moment.
     for (const Row row : {Row{"without an executor", false, false}, Row{"before it is done", true, false},
                           Row{"while the executor holds the job", true, true}}) {
         SCOPED_TRACE(row.sentence);
@@ -169,6 +170,41 @@ TEST(TaskInCoroutine, DestroyedWhileSuspended) {
         EXPECT_EQ(trace.value, 0);
         EXPECT_EQ(trace.unwound, 1);
     }
+}
+
+// The thread that runs the executor's jobs destroys the coroutine at any moment: while the operation runs,
+// while the executor is called, while its job is in the queue. The rounds go on until all of these have been
+// met.
+TEST(TaskInCoroutine, DestroyedByTheExecutorsThreadAtAnyMoment) {
+    const ProcessCounts before = restingCounts();
+    struct Row {
+        const char* sentence;
+        Executor (*into)(Loop& loop);
+    };
+    for (const Row row : {Row{"the job is moved", [](Loop& loop) { return loop.executor(); }},
+                          Row{"the job is copied", [](Loop& loop) -> Executor {
+                                  return [&loop](const std::function<void()>& job) { loop.post(job); };
+                              }}}) {
+        SCOPED_TRACE(row.sentence);
+        int withoutJob = 0;
+        int withJob = 0;
+        for (int run = 0; run < 300 || withoutJob < 10 || withJob < 10; ++run) {
+            ASSERT_LT(run, 100'000);
+            Trace trace;
+            Loop loop;
+            {
+                const Coroutine coroutine = awaitOn(startTask<int>([] { return 5; }), row.into(loop), trace);
+                for (int turn = 0; turn < run % 100; ++turn)
+                    std::this_thread::yield();
+                ++(loop.waiting() == 0 ? withoutJob : withJob);
+            }
+            ASSERT_EQ(trace.unwound, 1);
+            loop.runNext();
+            ASSERT_EQ(trace.value, 0);
+            ASSERT_EQ(trace.unwound, 1);
+        }
+    }
+    EXPECT_EQ(settledCounts(before), before);
 }
 
 TEST(TaskInCoroutine, AnExecutorThatDropsItsJobs) {

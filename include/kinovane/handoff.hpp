@@ -206,7 +206,9 @@ KINOVANE_EXPORT VistrelHandoff build(const FilmWorkspaceSnapshot& from, const st
 /// production plan.
 ///
 /// Throws what the progress callback throws; std::system_error (std::errc::operation_canceled) when a stop
-/// was requested; std::filesystem::filesystem_error when not even the project's directory can be looked at.
+/// was requested; std::filesystem::filesystem_error, naming `snapshot.root`, when a file has to be opened and
+/// not even that directory can be. The directory is not needed, and not opened, when there is nothing to
+/// examine or every path is refused by its text. Where it does not exist, every other artifact is missing.
 KINOVANE_EXPORT std::vector<ArtifactOutcome> audit(const FilmWorkspaceSnapshot& snapshot,
                                                    const HandoffBuildOptions& options = {});
 

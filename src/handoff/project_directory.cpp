@@ -43,14 +43,15 @@ bool isMissing(std::error_code error) {
 /// vouches that it never left the directory, whoever exchanges links meanwhile. A refusal says nothing (a
 /// link may lead out and another one back in, and older systems do not know the call), so the slow path then
 /// decides.
-std::optional<RegularFile> openBeneath([[maybe_unused]] int root, [[maybe_unused]] const std::string& path,
+std::optional<RegularFile> openBeneath([[maybe_unused]] int directory,
+                                       [[maybe_unused]] const std::string& path,
                                        [[maybe_unused]] const std::string& location) {
 #if defined(__linux__) && defined(SYS_openat2)
     open_how how{};
     how.flags = static_cast<decltype(how.flags)>(RegularFile::openFlags);
     how.resolve = RESOLVE_BENEATH | RESOLVE_NO_MAGICLINKS;
     Descriptor descriptor = openReportingInErrno(
-        [&] { return static_cast<int>(::syscall(SYS_openat2, root, path.c_str(), &how, sizeof how)); });
+        [&] { return static_cast<int>(::syscall(SYS_openat2, directory, path.c_str(), &how, sizeof how)); });
     if (descriptor)
         return RegularFile::from(std::move(descriptor), location);
 #endif
@@ -76,12 +77,23 @@ bool isUnsafeText(std::string_view path) {
 
 } // namespace
 
-ProjectDirectory::ProjectDirectory(const fs::path& root) {
-    const fs::path location = fs::absolute(root);
-    prefix_ = (location / "").native();
-    root_ = OpenDirectory::at(location.c_str());
-    if (const std::error_code error(errno, std::generic_category()); !root_ && !isMissing(error))
-        throw fs::filesystem_error("cannot open", location, error);
+void ProjectDirectory::openDirectory() const {
+    location_ = fs::absolute(root_, failure_);
+    if (failure_) {
+        location_ = root_;
+        return;
+    }
+    prefix_ = (location_ / "").native();
+    directory_ = OpenDirectory::at(location_.c_str());
+    if (const std::error_code error(errno, std::generic_category()); !directory_ && !isMissing(error))
+        failure_ = error;
+}
+
+const OpenDirectory& ProjectDirectory::directory() const {
+    std::call_once(opened_, [this] { openDirectory(); });
+    if (failure_)
+        throw ProjectDirectoryError("cannot open", location_, failure_);
+    return directory_;
 }
 
 RegularFile ProjectDirectory::open(const std::string& path) const {
@@ -89,7 +101,8 @@ RegularFile ProjectDirectory::open(const std::string& path) const {
     const auto missing = [&] { return VistrelHandoffError(VistrelHandoffError::missingArtifact{path}); };
     if (isUnsafeText(path))
         throw unsafe();
-    if (!root_)
+    const OpenDirectory& directory = this->directory();
+    if (!directory)
         throw missing();
 
     const std::string location = prefix_ + path;
@@ -97,11 +110,11 @@ RegularFile ProjectDirectory::open(const std::string& path) const {
     // file all the same; here it only tells whether the path leads out, which comes first.
     const bool isTooLong = location.size() >= PATH_MAX;
     if (!isTooLong)
-        if (std::optional<RegularFile> file = openBeneath(root_.descriptor(), path, location))
+        if (std::optional<RegularFile> file = openBeneath(directory.descriptor(), path, location))
             return std::move(*file);
 
     for (int attempt = 1;; ++attempt) {
-        DirectoryWalk walk(root_);
+        DirectoryWalk walk(directory);
         std::error_code error = walk.follow(path);
         if (walk.metMagicLink())
             throw unsafe();

@@ -1,29 +1,48 @@
 #pragma once
 
 #include <filesystem>
+#include <mutex>
 #include <string>
+#include <system_error>
 
 #include "common/regular_file.hpp"
 #include "handoff/open_directory.hpp"
 
 namespace kinovane {
 
+/// The project's directory itself cannot be opened, so that nothing can be said of any file in it. Not shown
+/// to callers of the library.
+class ProjectDirectoryError : public std::filesystem::filesystem_error {
+  public:
+    using filesystem_error::filesystem_error;
+};
+
 /// The directory that a project's files must lie in, and the only way to open one of them: what is opened has
 /// been shown to lie inside, and is read through the descriptor for which that was shown.
 ///
-/// May be used from several threads at once. Throws std::filesystem::filesystem_error.
+/// May be used from several threads at once.
 class ProjectDirectory {
   public:
-    explicit ProjectDirectory(const std::filesystem::path& root);
+    /// Opens nothing yet: a directory that cannot be opened matters only when a file in it has to be.
+    explicit ProjectDirectory(std::filesystem::path root) : root_(std::move(root)) {}
 
     /// Opens the file at an artifact's recorded path. Links are followed, and only the final place counts.
-    /// Throws VistrelHandoffError (unsafeArtifactPath, missingArtifact), and
-    /// std::filesystem::filesystem_error when the file is there but cannot be read, or is no regular file.
+    /// Throws VistrelHandoffError (unsafeArtifactPath, missingArtifact), ProjectDirectoryError (the same one
+    /// each time), and std::filesystem::filesystem_error when the file is there but cannot be read, or is no
+    /// regular file.
     RegularFile open(const std::string& path) const;
 
   private:
-    std::string prefix_; ///< The root and a slash, for messages.
-    OpenDirectory root_; ///< Closed when there is none.
+    /// What the first thread that needs the directory finds. Closed when there is none.
+    const OpenDirectory& directory() const;
+    void openDirectory() const;
+
+    const std::filesystem::path root_;
+    mutable std::once_flag opened_;
+    mutable std::filesystem::path location_; ///< The root, absolute.
+    mutable std::string prefix_;             ///< The location and a slash.
+    mutable OpenDirectory directory_;
+    mutable std::error_code failure_; ///< Why it could not be opened, although it is there.
 };
 
 } // namespace kinovane

@@ -92,6 +92,13 @@ class Verification {
             outcomes_.onSound(index, examiner);
         } catch (const Interruption&) {
             throw;
+        } catch (const ProjectDirectoryError& error) {
+            auto failure = std::make_exception_ptr(std::filesystem::filesystem_error(error));
+            // No other artifact can be examined either, but an earlier one may be bad by its path alone.
+            if (!outcomes_.firstBadEnds)
+                throw Interruption{std::move(failure)};
+            noteBad(index, std::move(failure));
+            return;
         } catch (...) {
             noteBad(index, std::current_exception());
             if (outcomes_.firstBadEnds)

@@ -26,8 +26,9 @@ struct VerificationOutcomes {
 /// The artifacts of a project that go into a handoff.
 std::vector<const FilmArtifact*> exportedArtifacts(const FilmProject& project);
 
-/// Examines these artifacts of a project. Throws what the progress callback throws, or std::system_error
-/// (operation_canceled) when a stop was requested.
+/// Examines these artifacts of a project. Throws what the progress callback throws, std::system_error
+/// (operation_canceled) when a stop was requested, and, unless the first bad artifact ends it,
+/// std::filesystem::filesystem_error when a file has to be opened and the project's directory cannot be.
 void verify(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
             const HandoffBuildOptions& options, const VerificationOutcomes& outcomes);
 

@@ -75,8 +75,9 @@ class KINOVANE_EXPORT TaskCore {
     void fail(std::exception_ptr error) noexcept;
 
   protected:
-    /// Throws the operation's error, if there is one.
-    void rethrowError();
+    /// Called before the result is taken. Throws the operation's error, if there is one; the second time,
+    /// std::logic_error.
+    void claimResult();
 
   private:
     struct Sync;
@@ -91,7 +92,7 @@ class TaskState final : public TaskCore {
     void succeed(Value value) { value_.emplace(std::move(value)); }
 
     T take() {
-        rethrowError();
+        claimResult();
         if constexpr (!std::is_void_v<T>) {
             // The value leaves the state, which the operation's thread may be the last to destroy.
             T value = std::move(*value_); // NOLINT(*-unchecked-optional-access): else there is an error
@@ -115,8 +116,9 @@ class KINOVANE_EXPORT TaskSuspension {
     TaskSuspension& operator=(const TaskSuspension&) = delete;
     ~TaskSuspension();
 
-    /// Whether the coroutine continues without being suspended.
-    bool ready() const noexcept;
+    /// Whether the coroutine continues without being suspended. Throws std::logic_error if a coroutine
+    /// already waits or waited here.
+    bool ready() const;
 
     /// Resumes `coroutine` once the operation is done. Returns false if it continues at once. The coroutine
     /// may have been resumed, and this object destroyed, before the call returns.
@@ -210,7 +212,7 @@ class [[nodiscard]] Task {
     std::shared_ptr<detail::TaskState<T>> state_;
 };
 
-/// What `co_await` uses; made by Task only.
+/// What `co_await` uses; made by Task only. It can be awaited once; a second attempt throws std::logic_error.
 template <class T>
 class [[nodiscard]] TaskAwaiter {
   public:
@@ -224,7 +226,7 @@ class [[nodiscard]] TaskAwaiter {
     TaskAwaiter& operator=(const TaskAwaiter&) = delete;
     ~TaskAwaiter() = default;
 
-    bool await_ready() const noexcept { return suspension_.ready(); }
+    bool await_ready() const { return suspension_.ready(); }
     bool await_suspend(std::coroutine_handle<> coroutine) { return suspension_.suspend(coroutine); }
     T await_resume() { return state_->take(); }
 

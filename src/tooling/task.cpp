@@ -54,6 +54,7 @@ struct TaskCore::Sync {
 
     // Accessed only by the owner of the task.
     std::thread worker;
+    bool taken = false;
 };
 
 TaskCore::TaskCore() : sync_(std::make_unique<Sync>()) {}
@@ -135,7 +136,9 @@ void TaskCore::finish(std::shared_ptr<TaskCore> core) noexcept {
 void TaskCore::fail(std::exception_ptr error) noexcept { sync_->error = std::move(error); }
 
 // The error leaves with the thread that takes it, so that it is also destroyed there, and not by the worker.
-void TaskCore::rethrowError() {
+void TaskCore::claimResult() {
+    if (std::exchange(sync_->taken, true))
+        throwTaskTaken();
     if (sync_->error)
         std::rethrow_exception(std::exchange(sync_->error, nullptr));
 }
@@ -150,7 +153,11 @@ TaskSuspension::~TaskSuspension() {
         delivery_->withdraw();
 }
 
-bool TaskSuspension::ready() const noexcept { return !executor_ && core_->done(); }
+bool TaskSuspension::ready() const {
+    if (!core_ || delivery_)
+        throwTaskTaken();
+    return !executor_ && core_->done();
+}
 
 // Once the delivery is handed over, another thread may resume the coroutine and destroy this object with it,
 // so from then on only local copies are used.

@@ -233,6 +233,102 @@ TEST(TaskInCoroutine, AnExecutorThatDropsItsJobs) {
     EXPECT_FALSE(resumed);
 }
 
+/// Awaits `awaitable` twice and keeps what each attempt gives.
+template <class Awaitable>
+Coroutine awaitTwice(Awaitable awaitable, std::vector<std::string>& outcomes) {
+    for (int attempt = 0; attempt < 2; ++attempt)
+        try {
+            outcomes.push_back(co_await awaitable);
+        } catch (...) {
+            outcomes.push_back(describe(std::current_exception()));
+        }
+}
+
+TEST(TaskInCoroutine, AResultIsTakenOnce) {
+    struct Operation {
+        const char* sentence;
+        std::string (*run)();
+        const char* expected;
+    };
+    const std::vector<Operation> operations{
+        {"a value", [] { return std::string("done"); }, "done"},
+        {"an error", []() -> std::string { throw std::runtime_error("broken"); }, "exception: broken"},
+    };
+    const std::string taken = "logic_error: the result of this task was already taken";
+    using Outcomes = std::vector<std::string>;
+    struct Row {
+        const char* sentence;
+        Coroutine (*await)(Task<std::string> task, Outcomes& outcomes);
+    };
+    const std::vector<Row> rows{
+        {"without an executor",
+         [](Task<std::string> task, Outcomes& outcomes) {
+             return awaitTwice(std::move(task).operator co_await(), outcomes);
+         }},
+        {"through an executor",
+         [](Task<std::string> task, Outcomes& outcomes) { return awaitTwice(task.on(runInline), outcomes); }},
+    };
+    for (const Operation& operation : operations)
+        for (const Row& row : rows)
+            for (const bool doneBefore : {false, true}) {
+                SCOPED_TRACE(std::string(operation.sentence) + " " + row.sentence +
+                             (doneBefore ? ", done before" : ", done afterwards"));
+                Gate gate;
+                Task<std::string> task = startTask<std::string>([passed = gate.pass(), &operation] {
+                    passed.wait();
+                    return operation.run();
+                });
+                if (doneBefore) {
+                    gate.open();
+                    waitUntilDone(task);
+                }
+                Outcomes outcomes;
+                Coroutine coroutine = row.await(std::move(task), outcomes);
+                if (!doneBefore)
+                    gate.open();
+                coroutine.wait();
+                EXPECT_EQ(outcomes, (Outcomes{operation.expected, taken}));
+            }
+}
+
+template <class Awaitable>
+Coroutine awaitReference(Awaitable& awaitable, std::string& outcome) {
+    try {
+        outcome = co_await awaitable;
+    } catch (...) {
+        outcome = describe(std::current_exception());
+    }
+}
+
+TEST(TaskInCoroutine, AnAwaitableHasOneCoroutine) {
+    const std::string taken = "logic_error: the result of this task was already taken";
+    Gate gate;
+    Loop loop;
+    auto awaitable = startBehind(gate, std::string("done")).on(loop.executor());
+    std::string first;
+    std::string second;
+    Coroutine suspended = awaitReference(awaitable, first);
+    const Coroutine refused = awaitReference(awaitable, second);
+    EXPECT_EQ(second, taken);
+    gate.open();
+    loop.runNext();
+    suspended.wait();
+    EXPECT_EQ(first, "done");
+}
+
+TEST(TaskInCoroutine, AnAwaitableThatWasMovedFrom) {
+    const std::string taken = "logic_error: the result of this task was already taken";
+    auto moved = startTask<std::string>([] { return std::string("done"); }).on(runInline);
+    auto awaitable = std::move(moved);
+    std::string first;
+    std::string second;
+    const Coroutine refused = awaitReference(moved, first); // NOLINT(bugprone-use-after-move)
+    EXPECT_EQ(first, taken);
+    Coroutine coroutine = awaitReference(awaitable, second);
+    coroutine.wait();
+    EXPECT_EQ(second, "done");
+}
+
 TEST(TaskInCoroutine, AnAwaitableThatIsNeverAwaited) {
     const ProcessCounts before = restingCounts();
     Gate gate;

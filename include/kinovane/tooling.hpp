@@ -131,10 +131,12 @@ struct KINOVANE_EXPORT PiAgentLaunchSpec {
 /// runs without a time limit; every failure, a missing program included, arrives through the task as a
 /// FilmToolError, or as std::bad_alloc when there is not enough memory, and as nothing else. The child
 /// inherits the environment, the working directory and standard input, and no other open file. When
-/// descriptor 0 is closed or close-on-exec, its standard input is /dev/null.
+/// descriptor 0 is closed or close-on-exec, its standard input is /dev/null. These are inherited when the
+/// child starts, on a worker thread and so perhaps shortly after the call.
 class KINOVANE_EXPORT FilmToolClient {
   public:
-    /// `executable` is a name or a path, looked up anew at each call.
+    /// `executable` is a name or a path, looked up anew at each call, with PATH and the working directory of
+    /// the moment at which the call is made.
     explicit FilmToolClient(std::string executable);
 
     const std::string& executable() const noexcept;
@@ -144,8 +146,8 @@ class KINOVANE_EXPORT FilmToolClient {
     /// other name is searched in the directories of PATH and then in /opt/homebrew/bin, /usr/local/bin,
     /// /usr/bin and /bin. Only regular files that the user may execute count.
     ///
-    /// Throws FilmToolError: executableNotFound, or launchFailed when a home directory is asked for and the
-    /// user database cannot be read. Blocks on the file system and the user database.
+    /// Throws FilmToolError: executableNotFound, or launchFailed when the user database or the working
+    /// directory is needed and cannot be read. Blocks on the file system and the user database.
     static std::filesystem::path resolveExecutable(const std::string& name);
 
     /// Runs the program with these arguments. `environment` is added to the inherited environment and wins
@@ -154,10 +156,11 @@ class KINOVANE_EXPORT FilmToolClient {
                             std::map<std::string, std::string> environment = {}) const;
 
     // The commands of the film tool. Locations are passed on as absolute paths, texts as they stand; an
-    // absent optional adds nothing to the command line.
+    // absent optional adds nothing to the command line. A location that cannot be made absolute, because the
+    // working directory cannot be read, is refused with launchFailed.
 
     /// Plans a new film below `outputDirectory`, which makes its workspace. Gives the location of the run
-    /// manifest.
+    /// manifest; a relative one is below the working directory of the moment at which the call is made.
     Task<std::filesystem::path> plan(const std::string& idea, const std::string& title,
                                      std::int64_t durationSeconds,
                                      const std::filesystem::path& outputDirectory,
@@ -231,10 +234,10 @@ KINOVANE_EXPORT std::filesystem::path defaultRoot();
 /// `defaultRoot` gives the reason. Blocks on the file system and the user database.
 KINOVANE_EXPORT std::filesystem::path resolve(const std::string& command);
 
-/// The executables of the installed copies, newest version first. Versions are compared number by number,
-/// so 1.10.0 is newer than 1.9.3; copies of one version keep the order in which the directory lists them.
-/// Empty when there are none, when the root cannot be listed, and when it is empty. Never fails; only the
-/// default value of `root` may, as `defaultRoot`.
+/// The absolute locations of the installed copies' executables, newest version first. Versions are compared
+/// number by number, so 1.10.0 is newer than 1.9.3; copies of one version keep the order in which the
+/// directory lists them. Empty when there are none, when the root cannot be listed, and when it is empty.
+/// Never fails; only the default value of `root` may, as `defaultRoot`.
 KINOVANE_EXPORT std::vector<std::filesystem::path>
 bundledCandidates(const std::filesystem::path& root = defaultRoot());
 

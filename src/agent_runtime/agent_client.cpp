@@ -1,9 +1,11 @@
+#include <string>
+#include <vector>
+
 #include <kinovane/agent_runtime.hpp>
 #include <kinovane/tooling.hpp>
 
 #include "agent_runtime/agent_tables.hpp"
-#include "tooling/process_runner.hpp"
-#include "tooling/start_task.hpp"
+#include "tooling/start_program.hpp"
 
 namespace kinovane {
 
@@ -12,12 +14,13 @@ QuexRunAgentClient::QuexRunAgentClient(std::string executable) : executable_(std
 const std::string& QuexRunAgentClient::executable() const noexcept { return executable_; }
 
 Task<QuexRunAgentStatus> QuexRunAgentClient::status() const {
-    return startTask<QuexRunAgentStatus>([executable = executable_] {
-        const ProcessResult result =
-            runSynchronously(FilmToolClient::resolveExecutable(executable), {"agent", "status", "--json"});
-        // The words of FilmToolError are about the film tool, so the message names the program that answered.
-        return decode<QuexRunAgentStatus>(result.stdout, "quexrun agent status: ");
-    });
+    return startProgram<QuexRunAgentStatus>(
+        executable_, [] { return std::vector<std::string>{"agent", "status", "--json"}; }, {},
+        [](const ProcessResult& result) {
+            // The words of FilmToolError are about the film tool, so the message names the program that
+            // answered.
+            return decode<QuexRunAgentStatus>(result.stdout, "quexrun agent status: ");
+        });
 }
 
 } // namespace kinovane

@@ -1,5 +1,6 @@
 #include "common/file_location.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
 
@@ -34,8 +35,26 @@ fs::path targetOf(fs::path location) {
 
 } // namespace
 
+WorkingDirectory::WorkingDirectory() : path_(fs::current_path(error_)) {}
+
+fs::path WorkingDirectory::absolute(const fs::path& location) const {
+    if (location.empty() || location.is_absolute())
+        return location;
+    if (error_)
+        throw fs::filesystem_error("getcwd", location, error_);
+    std::string_view rest = location.native();
+    // With every slash behind the dot: one that is left would make the rest an absolute path.
+    while (rest.starts_with("./"))
+        rest.remove_prefix(std::min(rest.find_first_not_of('/', 1), rest.size()));
+    return rest.empty() || rest == "." ? path_ : path_ / rest;
+}
+
+fs::path absoluteLocation(const fs::path& location) {
+    return location.is_absolute() ? location : WorkingDirectory().absolute(location);
+}
+
 fs::path standardized(const fs::path& location) {
-    const fs::path absolute = fs::absolute(location);
+    const fs::path absolute = absoluteLocation(location);
     fs::path result = absolute.root_path();
     for (const fs::path& piece : absolute.relative_path()) {
         if (piece.empty() || piece == ".")
@@ -50,9 +69,11 @@ fs::path standardized(const fs::path& location) {
 }
 
 std::string pathText(const fs::path& location) {
-    std::error_code error;
-    const fs::path absolute = fs::absolute(location, error);
-    return error ? location.string() : absolute.string();
+    try {
+        return absoluteLocation(location).string();
+    } catch (const fs::filesystem_error&) {
+        return location.string();
+    }
 }
 
 bool somethingExistsAt(const fs::path& location) noexcept {

@@ -1,10 +1,11 @@
+#include <string>
+#include <vector>
+
 #include <kinovane/handoff.hpp>
 #include <kinovane/tooling.hpp>
 
-#include "common/file_location.hpp"
 #include "handoff/handoff_tables.hpp"
-#include "tooling/process_runner.hpp"
-#include "tooling/start_task.hpp"
+#include "tooling/start_program.hpp"
 
 namespace kinovane {
 
@@ -22,16 +23,17 @@ Task<VistrelImportReceipt> VistrelClient::import(const std::filesystem::path& ma
 
 Task<VistrelImportReceipt> VistrelClient::runImport(const std::filesystem::path& manifest,
                                                     bool dryRun) const {
-    std::vector<std::string> arguments{"production", "import-film", pathText(manifest)};
-    if (dryRun)
-        arguments.emplace_back("--dry-run");
-    arguments.insert(arguments.end(), {"--output", "json"});
-    return startTask<VistrelImportReceipt>(
-        [executable = executable_, arguments = std::move(arguments)]() mutable {
-            const ProcessResult result =
-                runSynchronously(FilmToolClient::resolveExecutable(executable), std::move(arguments));
-            return decode<VistrelImportReceipt>(result.stdout);
-        });
+    return startProgram<VistrelImportReceipt>(
+        executable_,
+        [&] {
+            std::vector<std::string> arguments{"production", "import-film",
+                                               locationArgument("handoff manifest", manifest)};
+            if (dryRun)
+                arguments.emplace_back("--dry-run");
+            arguments.insert(arguments.end(), {"--output", "json"});
+            return arguments;
+        },
+        {}, [](const ProcessResult& result) { return decode<VistrelImportReceipt>(result.stdout); });
 }
 
 } // namespace kinovane

@@ -1,15 +1,13 @@
+#include "tooling/executable_lookup.hpp"
+
 #include <algorithm>
-#include <array>
 #include <cstdlib>
-#include <filesystem>
-#include <string>
 #include <string_view>
 #include <system_error>
-#include <vector>
+#include <utility>
 
 #include <kinovane/tooling.hpp>
 
-#include "common/file_location.hpp"
 #include "tooling/home_directory.hpp"
 
 namespace kinovane {
@@ -33,56 +31,50 @@ std::string expandTilde(const std::string& name) {
     }
 }
 
-/// A location made from a path: absolute, and without the "./" that may stand in front.
-fs::path locationOf(std::string_view path) {
-    // With every slash behind the dot: one that is left would make the path an absolute one.
-    while (path.starts_with("./"))
-        path.remove_prefix(std::min(path.find_first_not_of('/', 1), path.size()));
-    fs::path given(path);
-    if (given.is_absolute())
-        return given;
-    std::error_code error;
-    fs::path here = fs::current_path(error);
-    if (error)
-        return given;
-    if (!given.empty() && given != ".")
-        here /= given;
-    return here;
-}
-
-/// The places of a search, in order. PATH comes first; the fixed ones may repeat it, which does no harm.
-std::vector<fs::path> searchDirectories() {
-    static constexpr std::array<const char*, 4> always{"/opt/homebrew/bin", "/usr/local/bin", "/usr/bin",
-                                                       "/bin"};
-    std::vector<fs::path> directories;
-    const char* const path = std::getenv("PATH");
-    std::string_view rest = path != nullptr ? path : "";
-    while (!rest.empty()) {
-        const std::size_t end = std::min(rest.find(':'), rest.size());
-        if (end != 0)
-            directories.push_back(locationOf(rest.substr(0, end)));
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
-    directories.insert(directories.end(), always.begin(), always.end());
-    return directories;
-}
-
 } // namespace
 
-fs::path FilmToolClient::resolveExecutable(const std::string& name) {
-    const std::string expanded = expandTilde(name);
-    if (expanded.find('/') != std::string::npos) {
-        fs::path location = locationOf(expanded);
-        if (isExecutableFile(location))
-            return location;
-    } else if (!name.empty()) {
-        for (const fs::path& directory : searchDirectories()) {
-            fs::path candidate = directory / name;
-            if (isExecutableFile(candidate))
-                return candidate;
-        }
-    }
-    throw FilmToolError(FilmToolError::executableNotFound{name});
+ExecutableLookup::ExecutableLookup(std::string name) : name_(std::move(name)) {
+    if (const char* const path = std::getenv("PATH"))
+        searchPath_ = path;
 }
+
+std::optional<fs::path> ExecutableLookup::executableAt(const fs::path& location) const {
+    try {
+        fs::path absolute = workingDirectory_.absolute(location);
+        if (isExecutableFile(absolute))
+            return absolute;
+        return std::nullopt;
+    } catch (const fs::filesystem_error& error) {
+        // Below a directory that was removed there is nothing. Any other reason is none to take the next
+        // program of the same name.
+        if (error.code() == std::errc::no_such_file_or_directory)
+            return std::nullopt;
+        throw FilmToolError(FilmToolError::launchFailed{name_ + ": getcwd: " + error.code().message()});
+    }
+}
+
+fs::path ExecutableLookup::find() const {
+    const std::string expanded = expandTilde(name_);
+    if (expanded.find('/') != std::string::npos) {
+        if (auto found = executableAt(expanded))
+            return *std::move(found);
+    } else if (!name_.empty()) {
+        // The directories of PATH come first; the fixed ones may repeat them, which does no harm.
+        std::string_view rest = searchPath_;
+        while (!rest.empty()) {
+            const std::size_t end = std::min(rest.find(':'), rest.size());
+            if (end != 0)
+                if (auto found = executableAt(fs::path(rest.substr(0, end)) / name_))
+                    return *std::move(found);
+            rest.remove_prefix(std::min(end + 1, rest.size()));
+        }
+        for (const char* const directory : {"/opt/homebrew/bin", "/usr/local/bin", "/usr/bin", "/bin"})
+            if (auto found = executableAt(fs::path(directory) / name_))
+                return *std::move(found);
+    }
+    throw FilmToolError(FilmToolError::executableNotFound{name_});
+}
+
+fs::path FilmToolClient::resolveExecutable(const std::string& name) { return ExecutableLookup(name).find(); }
 
 } // namespace kinovane

@@ -3,9 +3,8 @@
 #include <kinovane/tooling.hpp>
 
 #include "common/file_location.hpp"
-#include "tooling/process_runner.hpp"
 #include "tooling/reply_tables.hpp"
-#include "tooling/start_task.hpp"
+#include "tooling/start_program.hpp"
 #include "workspace/project_tables.hpp"
 
 namespace kinovane {
@@ -18,21 +17,36 @@ using Arguments = std::vector<std::string>;
 using Environment = std::map<std::string, std::string>;
 using OptionalText = std::optional<std::string>;
 
-/// Runs the tool on a thread of its own; `finish` makes the answer of its result.
-template <class Answer, class Finish>
-Task<Answer> start(const std::string& executable, Arguments arguments, Environment environment,
-                   Finish finish) {
-    return startTask<Answer>([executable, arguments = std::move(arguments),
-                              environment = std::move(environment), finish]() mutable {
-        return finish(runSynchronously(FilmToolClient::resolveExecutable(executable), std::move(arguments),
-                                       environment));
-    });
+ProcessResult wholeResult(ProcessResult result) { return result; }
+
+/// Runs the tool and hands on its result as it is.
+template <class MakeArguments>
+Task<ProcessResult> resultOf(const std::string& executable, MakeArguments makeArguments,
+                             Environment environment = {}) {
+    return startProgram<ProcessResult>(executable, std::move(makeArguments), std::move(environment),
+                                       wholeResult);
 }
 
-template <class Reply>
-Task<Reply> ask(const std::string& executable, Arguments arguments) {
-    return start<Reply>(executable, std::move(arguments), {},
-                        [](const ProcessResult& result) { return decode<Reply>(result.stdout); });
+/// Runs the tool and reads its reply.
+template <class Reply, class MakeArguments>
+Task<Reply> replyOf(const std::string& executable, MakeArguments makeArguments) {
+    return startProgram<Reply>(executable, std::move(makeArguments), {},
+                               [](const ProcessResult& result) { return decode<Reply>(result.stdout); });
+}
+
+std::string runManifestArgument(const fs::path& location) {
+    return locationArgument("run manifest", location);
+}
+
+/// The run manifest of a plan's reply, which is relative to the directory in which the tool was asked.
+fs::path plannedRunManifest(const std::string& reply, const WorkingDirectory& directory) {
+    const fs::path location = decode<FilmPlanResponse>(reply).status.runManifest;
+    try {
+        return directory.absolute(location);
+    } catch (const fs::filesystem_error& error) {
+        throw FilmToolError(FilmToolError::invalidJSON{
+            "status.runManifest cannot be made absolute: getcwd: " + error.code().message()});
+    }
 }
 
 /// Adds an option that is only there when it has a value.
@@ -54,7 +68,7 @@ Environment piEnvironment(const OptionalText& provider, const OptionalText& mode
 }
 
 Arguments piArguments(std::string_view command, const fs::path& runManifest, const OptionalText& piCommand) {
-    Arguments arguments{std::string(command), pathText(runManifest)};
+    Arguments arguments{std::string(command), runManifestArgument(runManifest)};
     addOption(arguments, "--pi-command", piCommand);
     return arguments;
 }
@@ -67,76 +81,97 @@ const std::string& FilmToolClient::executable() const noexcept { return executab
 
 Task<ProcessResult> FilmToolClient::run(std::vector<std::string> arguments,
                                         std::map<std::string, std::string> environment) const {
-    return start<ProcessResult>(executable_, std::move(arguments), std::move(environment),
-                                [](ProcessResult result) { return result; });
+    return resultOf(executable_, [&] { return std::move(arguments); }, std::move(environment));
 }
 
 Task<fs::path> FilmToolClient::plan(const std::string& idea, const std::string& title,
                                     std::int64_t durationSeconds, const fs::path& outputDirectory,
                                     const OptionalText& piCommand) const {
-    Arguments arguments{"plan",
-                        "--idea",
-                        idea,
-                        "--title",
-                        title,
-                        "--duration",
-                        std::to_string(durationSeconds),
-                        "--output-dir",
-                        pathText(outputDirectory)};
-    addOption(arguments, "--pi-command", piCommand);
-    return start<fs::path>(executable_, std::move(arguments), {}, [](const ProcessResult& result) {
-        return fs::path(pathText(decode<FilmPlanResponse>(result.stdout).status.runManifest));
-    });
+    return startProgram<fs::path>(
+        executable_,
+        [&] {
+            Arguments arguments{"plan",
+                                "--idea",
+                                idea,
+                                "--title",
+                                title,
+                                "--duration",
+                                std::to_string(durationSeconds),
+                                "--output-dir",
+                                locationArgument("output directory", outputDirectory)};
+            addOption(arguments, "--pi-command", piCommand);
+            return arguments;
+        },
+        {},
+        [directory = WorkingDirectory()](const ProcessResult& result) {
+            return plannedRunManifest(result.stdout, directory);
+        });
 }
 
 Task<FilmStatusResponse> FilmToolClient::status(const fs::path& runManifest) const {
-    return ask<FilmStatusResponse>(executable_, {"status", pathText(runManifest)});
+    return replyOf<FilmStatusResponse>(executable_,
+                                       [&] { return Arguments{"status", runManifestArgument(runManifest)}; });
 }
 
 Task<void> FilmToolClient::approve(const fs::path& runManifest, const std::string& gate,
                                    const std::string& note, const std::string& approvedBy) const {
-    return start<void>(
+    return startProgram<void>(
         executable_,
-        {"approve", pathText(runManifest), "--gate", gate, "--note", note, "--approved-by", approvedBy}, {},
-        [](const ProcessResult& /*result*/) {});
+        [&] {
+            return Arguments{
+                "approve", runManifestArgument(runManifest), "--gate", gate, "--note", note, "--approved-by",
+                approvedBy};
+        },
+        {}, [](const ProcessResult& /*result*/) {});
 }
 
 Task<ProcessResult> FilmToolClient::advance(const fs::path& runManifest, const OptionalText& piCommand,
                                             const OptionalText& piProvider,
                                             const OptionalText& piModel) const {
-    return run(piArguments("run", runManifest, piCommand), piEnvironment(piProvider, piModel));
+    return resultOf(
+        executable_, [&] { return piArguments("run", runManifest, piCommand); },
+        piEnvironment(piProvider, piModel));
 }
 
 Task<ProcessResult> FilmToolClient::recover(const fs::path& runManifest) const {
-    return run({"recover", pathText(runManifest)});
+    return resultOf(executable_, [&] { return Arguments{"recover", runManifestArgument(runManifest)}; });
 }
 
 Task<ProcessResult> FilmToolClient::reroll(const fs::path& runManifest, const std::string& shotID,
                                            const std::string& note) const {
-    return run({"reroll", pathText(runManifest), "--shot", shotID, "--note", note});
+    return resultOf(executable_, [&] {
+        return Arguments{"reroll", runManifestArgument(runManifest), "--shot", shotID, "--note", note};
+    });
 }
 
 Task<ProcessResult> FilmToolClient::review(const fs::path& runManifest, const OptionalText& piCommand,
                                            const OptionalText& piProvider,
                                            const OptionalText& piModel) const {
-    return run(piArguments("review", runManifest, piCommand), piEnvironment(piProvider, piModel));
+    return resultOf(
+        executable_, [&] { return piArguments("review", runManifest, piCommand); },
+        piEnvironment(piProvider, piModel));
 }
 
 Task<FilmVistrelExportReceipt> FilmToolClient::exportVistrel(const fs::path& runManifest,
                                                              const std::optional<fs::path>& output) const {
-    Arguments arguments{"export-vistrel", pathText(runManifest)};
-    addOption(arguments, "--output", output ? OptionalText(pathText(*output)) : std::nullopt);
-    return ask<FilmVistrelExportReceipt>(executable_, std::move(arguments));
+    return replyOf<FilmVistrelExportReceipt>(executable_, [&] {
+        Arguments arguments{"export-vistrel", runManifestArgument(runManifest)};
+        if (output)
+            addOption(arguments, "--output", locationArgument("output file", *output));
+        return arguments;
+    });
 }
 
 Task<PiAgentLaunchSpec> FilmToolClient::agentLaunchSpec(const fs::path& runManifest,
                                                         const std::string& piCommand) const {
-    return startTask<PiAgentLaunchSpec>(
-        [executable = executable_, runManifest = fs::path(pathText(runManifest)), piCommand] {
-            const fs::path tool = resolveExecutable(executable);
+    return startPrepared<PiAgentLaunchSpec>([&] {
+        return [lookup = ExecutableLookup(executable_), manifest = fs::path(runManifestArgument(runManifest)),
+                piCommand] {
+            const fs::path tool = lookup.find();
             return decode<PiAgentLaunchSpec>(
-                runSynchronously(tool, agentLaunchArguments(runManifest, piCommand, tool.string())).stdout);
-        });
+                runSynchronously(tool, agentLaunchArguments(manifest, piCommand, tool.string())).stdout);
+        };
+    });
 }
 
 std::vector<std::string> FilmToolClient::agentArguments(const fs::path& runManifest,

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <optional>
 #include <system_error>
 
 #include <kinovane/tooling.hpp>
@@ -13,13 +14,26 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Everything in a directory but what is hidden; nothing when it cannot be listed to the end.
+/// Absent when it names nothing: when it is empty, or relative without a working directory.
+std::optional<fs::path> usableLocation(const fs::path& location) {
+    if (location.empty() || holdsNUL(location.native()))
+        return std::nullopt;
+    try {
+        return absoluteLocation(location);
+    } catch (const fs::filesystem_error&) {
+        return std::nullopt;
+    }
+}
+
+/// Everything in a directory but what is hidden, as absolute locations; nothing when it cannot be listed to
+/// the end.
 std::vector<fs::path> visibleEntries(const fs::path& directory) {
     std::vector<fs::path> entries;
-    if (holdsNUL(directory.native()))
+    const auto location = usableLocation(directory);
+    if (!location)
         return entries;
     std::error_code error;
-    fs::directory_iterator entry(directory, error);
+    fs::directory_iterator entry(*location, error);
     while (!error && entry != fs::directory_iterator()) {
         if (!entry->path().filename().native().starts_with('.'))
             entries.push_back(entry->path());

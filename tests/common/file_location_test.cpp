@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "support/forked_process.hpp"
 #include "support/ordinary_user.hpp"
 #include "support/temporary_directory.hpp"
 
@@ -91,11 +92,62 @@ TEST_F(FileLocation, RelativeLocationsAreBelowTheWorkingDirectory) {
         SCOPED_TRACE(row.sentence);
         EXPECT_EQ(standardized(row.given).string(), row.expected);
     }
-    EXPECT_EQ(pathText("--run.json"), top + "/films/--run.json");
-    EXPECT_EQ(pathText("../run.json"), top + "/films/../run.json");
     fs::current_path(before);
-    EXPECT_EQ(pathText("/films/run.json"), "/films/run.json");
-    EXPECT_EQ(pathText(""), "");
+}
+
+TEST_F(FileLocation, AbsoluteLocationsAreMadeInOneManner) {
+    const fs::path before = fs::current_path();
+    fs::current_path(directory_ / "films");
+    const WorkingDirectory films;
+    const std::string here = (directory_ / "films").string();
+    const Row rows[] = {
+        {"an absolute one stays as it is", "/./films//../run.json/", "/./films//../run.json/"},
+        {"a name", "run.json", here + "/run.json"},
+        {"what looks like an option", "--run.json", here + "/--run.json"},
+        {"a tilde is a letter", "~/run.json", here + "/~/run.json"},
+        {"a dot in front is dropped", "./run.json", here + "/run.json"},
+        {"with all slashes behind it", ".//run.json", here + "/run.json"},
+        {"several dots in front are dropped", "././/./run.json", here + "/run.json"},
+        {"a dot inside stays", "a/./run.json", here + "/a/./run.json"},
+        {"double dots stay", "../run.json", here + "/../run.json"},
+        {"double dots behind a dot stay", "./../run.json", here + "/../run.json"},
+        {"a hidden file is no dot", ".run.json", here + "/.run.json"},
+        {"a slash at the end stays", "a/", here + "/a/"},
+        {"the directory itself", ".", here},
+        {"the directory itself with a slash", "./", here},
+        {"the directory itself with two slashes", ".//", here},
+        {"the directory itself twice", "./.", here},
+        {"an empty one stays empty", "", ""},
+        {"a NUL byte is passed over", "a\0b"s, here + "/a\0b"s},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        EXPECT_EQ(absoluteLocation(row.given).native(), row.expected);
+        EXPECT_EQ(pathText(row.given), row.expected);
+    }
+    fs::current_path(before);
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        EXPECT_EQ(films.absolute(row.given).native(), row.expected);
+    }
+}
+
+// In a process of its own, because it loses the ground under its feet.
+TEST_F(FileLocation, WithoutAWorkingDirectoryOnlyAbsoluteLocationsAreKnown) {
+    EXPECT_EQ(inForkedProcess([&] {
+                  fs::create_directory(directory_ / "gone");
+                  fs::current_path(directory_ / "gone");
+                  fs::remove(directory_ / "gone");
+                  std::string told = absoluteLocation("/a").string() + absoluteLocation("").string() +
+                                     pathText("./b") + standardized("").string();
+                  try {
+                      told += absoluteLocation("b").string();
+                  } catch (const fs::filesystem_error& error) {
+                      told += " " + error.code().message() + " " + error.path1().string();
+                  }
+                  return told;
+              }),
+              "/a./b No such file or directory b");
 }
 
 struct AnswerRow {

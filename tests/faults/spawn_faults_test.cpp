@@ -1,6 +1,7 @@
 // What is left of a program's start, and of the program, when a call goes wrong.
 
 #include <cerrno>
+#include <filesystem>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -101,6 +102,27 @@ TEST(SpawnFaults, AFailingProgram) {
             checkTold(fault, outcome);
     };
     sweep.run();
+}
+
+// A working directory that cannot be read is no reason to look for another program.
+TEST(SpawnFaults, ByARelativePath) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(std::filesystem::path(programPath("puppet")).parent_path());
+    FaultSweep sweep = sweepOf("running a program by a relative path", {"out", "x"});
+    sweep.operation = [] { return join(FilmToolClient("./puppet").run({"out", "x"}).get()); };
+    sweep.expectedCalls.push_back(Call::getcwd);
+    sweep.check = [](const Fault& fault, const Outcome& outcome) {
+        const bool notFound = fault.call == Call::stat || fault.call == Call::faccessat;
+        if (notFound || (fault.call == Call::getcwd && fault.error == ENOENT))
+            EXPECT_EQ(outcome.text, "Required executable not found: ./puppet");
+        else if (fault.call == Call::getcwd)
+            EXPECT_EQ(outcome.text,
+                      launchFailed + "./puppet: getcwd: " + std::generic_category().message(fault.error));
+        else
+            checkTold(fault, outcome);
+    };
+    sweep.run();
+    std::filesystem::current_path(before);
 }
 
 // The first pipe then gets the place of standard input, and has to move away.

@@ -147,6 +147,7 @@ TEST(FilmToolReplies, APlansRunManifest) {
         {"with spaces and signs", planReply("/my films/100%20 #1?/Brèmes – 灯.json"),
          "/my films/100%20 #1?/Brèmes – 灯.json"},
         {"a relative path", planReply("a lamp/run.json"), here("a lamp/run.json")},
+        {"a relative path with a dot", planReply("./a lamp/run.json"), here("a lamp/run.json")},
         {"a tilde is a letter", planReply("~/run.json"), here("~/run.json")},
         {"a slash that is escaped", planReply(R"(\/films\/run.json)"), "/films/run.json"},
     };

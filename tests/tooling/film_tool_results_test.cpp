@@ -116,6 +116,41 @@ TEST_F(FilmToolInPlace, ARelativeLocationIsTheOneAtTheTimeOfTheCall) {
     EXPECT_EQ(recorder.arguments().at(2), (place / "r.json").string());
 }
 
+// The worker thread may come to the lookup after the application has changed its directory, where another
+// program has the same name.
+TEST_F(FilmToolInPlace, ARelativeToolIsTheOneAtTheTimeOfTheCall) {
+    const std::string tool = install("here/bin/kinovane-film");
+    install("there/bin/kinovane-film");
+    const Variable path("PATH", ".//bin");
+    for (const char* name : {"bin/kinovane-film", "./bin/kinovane-film", "kinovane-film"}) {
+        SCOPED_TRACE(name);
+        const Recorder recorder(launchSpecRow().fullDocument());
+        for (int round = 0; round < 50; ++round) {
+            fs::current_path(place / "here");
+            Task<ProcessResult> recovery = FilmToolClient(name).recover("/r.json");
+            fs::current_path(place / "there");
+            EXPECT_EQ(recovery.get().executable, tool);
+            fs::current_path(place / "here");
+            Task<PiAgentLaunchSpec> launch = FilmToolClient(name).agentLaunchSpec("/r.json", "pi");
+            fs::current_path(place / "there");
+            EXPECT_EQ(launch.get(), fullLaunchSpec());
+            EXPECT_EQ(recorder.arguments().at(6), tool);
+        }
+    }
+    fs::current_path(place.path());
+}
+
+TEST_F(FilmToolInPlace, ARelativeReplyIsBelowTheDirectoryOfTheCall) {
+    fs::create_directories(place / "here");
+    for (const char* reply : {"film/run.json", "./film/run.json", ".//film/run.json"}) {
+        const Recorder recorder(planReply(reply));
+        fs::current_path(place / "here");
+        Task<fs::path> plan = FilmToolClient(Recorder::path()).plan("i", "t", 1, "/films");
+        fs::current_path(place.path());
+        EXPECT_EQ(plan.get().native(), (place / "here/film/run.json").native());
+    }
+}
+
 /// One reply to several commands at once: each finds its keys in it.
 std::string replyToMany() {
     std::string reply = exportReceiptRow().fullDocument();

@@ -110,6 +110,20 @@ TEST(PiCandidates, LinksAreFollowed) {
     EXPECT_EQ(versionsIn(elsewhere / "root"), (Versions{"2.0", "1.0"}));
 }
 
+TEST(PiCandidates, OfARelativeRootAreAbsolute) {
+    const TemporaryDirectory place;
+    const std::string copy = installPi(place / "agents", "1.0").string();
+    const fs::path former = fs::current_path();
+    fs::current_path(place.path());
+    for (const char* root : {"agents", "./agents", ".//agents"})
+        EXPECT_EQ(PiExecutableResolver::bundledCandidates(root), std::vector<fs::path>{copy}) << root;
+    fs::current_path(place / "agents");
+    for (const char* root : {".", "./"})
+        EXPECT_EQ(PiExecutableResolver::bundledCandidates(root), std::vector<fs::path>{copy}) << root;
+    EXPECT_EQ(PiExecutableResolver::bundledCandidates(""), std::vector<fs::path>());
+    fs::current_path(former);
+}
+
 TEST(PiCandidates, ARootThatCannotBeListedHasNone) {
     const TemporaryDirectory place;
     place.write("file", "");

@@ -155,6 +155,21 @@ TEST_F(Loader, ARelativeLocationIsBelowTheWorkingDirectory) {
     EXPECT_TRUE(snapshot == plain);
 }
 
+// An empty location names nothing, also where a workspace is the working directory.
+TEST_F(Loader, AnEmptyLocationIsNotTheWorkingDirectory) {
+    const fs::path before = fs::current_path();
+    fs::current_path(directory_.path());
+    std::string text;
+    try {
+        static_cast<void>(FilmProjectLoader::load(""));
+    } catch (const FilmProjectError& error) {
+        EXPECT_TRUE(error == FilmProjectError(FilmProjectError::missingRunManifest{""}));
+        text = error.errorDescription();
+    }
+    fs::current_path(before);
+    EXPECT_EQ(text, "No run.json exists at .");
+}
+
 struct ErrorRow {
     const char* sentence;
     fs::path given;

@@ -1,8 +1,8 @@
 #include "common/text_buffer.hpp"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
-#include <new>
 
 #include <sys/mman.h>
 
@@ -27,18 +27,16 @@ void preferLargePages([[maybe_unused]] char* memory, [[maybe_unused]] std::size_
 #endif
 }
 
-char* allocate(std::size_t size) {
+} // namespace
+
+TextBuffer::Memory TextBuffer::allocate(std::size_t size) {
     const bool large = size % largePage == 0;
-    auto* memory = static_cast<char*>(large ? std::aligned_alloc(largePage, size)
-                                            : std::malloc(size)); // NOLINT(*-no-malloc)
-    if (memory == nullptr)
-        throw std::bad_alloc();
+    const std::align_val_t alignment{large ? largePage : alignof(std::max_align_t)};
+    Memory memory(static_cast<char*>(::operator new(size, alignment)), Release{alignment});
     if (large)
-        preferLargePages(memory, size);
+        preferLargePages(memory.get(), size);
     return memory;
 }
-
-} // namespace
 
 void TextBuffer::appendAcross(std::string_view text) {
     while (!text.empty()) {
@@ -55,8 +53,7 @@ void TextBuffer::addPiece(std::size_t size) {
         total_ += last.length;
     }
     const std::size_t capacity = std::max(size, std::clamp(total_, firstPiece, largestPiece));
-    pieces_.push_back({{}, 0});
-    pieces_.back().text.reset(allocate(capacity));
+    pieces_.push_back({allocate(capacity), 0});
     end_ = pieces_.back().text.get();
     limit_ = end_ + capacity;
 }

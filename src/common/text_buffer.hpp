@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <span>
 #include <string>
 #include <string_view>
@@ -49,13 +49,16 @@ class TextBuffer {
 
   private:
     struct Release {
-        void operator()(char* memory) const noexcept { std::free(memory); } // NOLINT(*-no-malloc)
+        std::align_val_t alignment{};
+        void operator()(char* memory) const noexcept { ::operator delete(memory, alignment); }
     };
+    using Memory = std::unique_ptr<char, Release>;
     struct Piece {
-        std::unique_ptr<char, Release> text;
+        Memory text;
         std::size_t length; ///< Of all but the last, which ends at `end_`.
     };
 
+    static Memory allocate(std::size_t size);
     void appendAcross(std::string_view text);
     void addPiece(std::size_t size);
 

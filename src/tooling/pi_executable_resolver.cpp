@@ -1,9 +1,15 @@
 #include <algorithm>
+#include <cerrno>
+#include <memory>
 #include <optional>
 #include <system_error>
 
+#include <dirent.h>
+#include <fcntl.h>
+
 #include <kinovane/tooling.hpp>
 
+#include "common/descriptor.hpp"
 #include "common/file_location.hpp"
 #include "tooling/home_directory.hpp"
 #include "tooling/pi_version.hpp"
@@ -25,23 +31,40 @@ std::optional<fs::path> usableLocation(const fs::path& location) {
     }
 }
 
-/// Everything in a directory but what is hidden, as absolute locations; nothing when it cannot be listed to
-/// the end.
-std::vector<fs::path> visibleEntries(const fs::path& directory) {
+struct CloseDirectory {
+    void operator()(DIR* directory) const noexcept { ::closedir(directory); }
+};
+using OpenDirectory = std::unique_ptr<DIR, CloseDirectory>;
+
+/// Null when the location cannot be opened as a directory.
+OpenDirectory openForListing(const fs::path& location) {
+    Descriptor descriptor = openAboveStandard(
+        [&] { return ::open(location.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK); });
+    OpenDirectory directory(descriptor ? ::fdopendir(descriptor.get()) : nullptr);
+    if (directory)
+        descriptor.release(); // Closed with the directory from now on.
+    return directory;
+}
+
+/// All entries of a directory but the hidden ones, as absolute locations; none when it cannot be listed to
+/// the end. std::filesystem::directory_iterator is no choice: in GNU's C++ library it ends the process when
+/// it is out of memory, and its descriptor may become a standard one.
+std::vector<fs::path> visibleEntries(const fs::path& root) {
     std::vector<fs::path> entries;
-    const auto location = usableLocation(directory);
+    const auto location = usableLocation(root);
     if (!location)
         return entries;
-    std::error_code error;
-    fs::directory_iterator entry(*location, error);
-    while (!error && entry != fs::directory_iterator()) {
-        if (!entry->path().filename().native().starts_with('.'))
-            entries.push_back(entry->path());
-        entry.increment(error);
+    const OpenDirectory directory = openForListing(*location);
+    if (!directory)
+        return entries;
+    for (;;) {
+        errno = 0;
+        const dirent* const entry = ::readdir(directory.get());
+        if (entry == nullptr)
+            return errno == 0 ? entries : std::vector<fs::path>{};
+        if (entry->d_name[0] != '.')
+            entries.push_back(*location / entry->d_name);
     }
-    if (error)
-        entries.clear();
-    return entries;
 }
 
 /// A default root that cannot be learned has no candidates, like one that cannot be listed.

@@ -187,12 +187,13 @@ struct KINOVANE_EXPORT ArtifactOutcome {
 namespace VistrelHandoffBuilder {
 
 /// Makes the handoff of a workspace that has a production plan. Every artifact of an exported kind is
-/// checked: its path leads to a file inside `snapshot.root`, also through links, and the file has the
+/// checked: its path leads to a file inside `from.root`, also through links, and the file has the
 /// recorded digest.
 ///
 /// `projectRoot` is only recorded; `exportedAt` is used as it stands, or the current time (UTC, whole
 /// seconds) when absent. Throws VistrelHandoffError, std::filesystem::filesystem_error when a file cannot be
-/// read, and JSONEncodingError when a path is not UTF-8. Two exported artifacts with one path, or a duration
+/// read (std::errc::invalid_argument when `from.root` is empty or holds a NUL byte), and JSONEncodingError
+/// when a path is not UTF-8. Two exported artifacts with one path, or a duration
 /// or timeline that does not fit 64 bits of milliseconds, end the process: a sound workspace cannot hold
 /// them.
 ///

@@ -336,7 +336,8 @@ struct KINOVANE_EXPORT FilmWorkspaceSnapshot {
 
     /// Where the artifact's file lies: its path as it stands when absolute, otherwise below `root`. Does not
     /// touch the disk and does not check that the place lies inside `root`; never open what it names as part
-    /// of a publish.
+    /// of a publish. Keeps every byte: a NUL byte in `root` or the path, where the operating system would cut
+    /// it, and an empty `root`, below which nothing lies, are for the caller to refuse.
     std::filesystem::path artifactURL(const FilmArtifact& artifact) const;
 
     /// The artifact of this kind that the project lists last, if any.

@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <climits>
 #include <optional>
+#include <utility>
 
 #ifdef __linux__
 #include <linux/openat2.h>
@@ -78,11 +79,16 @@ bool isUnsafeText(std::string_view path) {
 } // namespace
 
 void ProjectDirectory::openDirectory() const {
-    location_ = fs::absolute(root_, failure_);
-    if (failure_) {
-        location_ = root_;
+    location_ = root_;
+    // The system would cut the one, and the working directory is not meant by the other.
+    if (holdsNUL(root_.native()) || root_.empty()) {
+        failure_ = std::make_error_code(std::errc::invalid_argument);
         return;
     }
+    fs::path absolute = fs::absolute(root_, failure_);
+    if (failure_)
+        return;
+    location_ = std::move(absolute);
     prefix_ = (location_ / "").native();
     directory_ = OpenDirectory::at(location_.c_str());
     if (const std::error_code error(errno, std::generic_category()); !directory_ && !isMissing(error))

@@ -25,6 +25,8 @@ std::optional<std::filesystem::path> FilmWorkspaceSnapshot::playableCutURL() con
     for (const std::string_view kind : bestFirst) {
         if (const auto artifact = latestArtifact(kind)) {
             std::filesystem::path location = artifactURL(*artifact);
+            if (root.empty() && location.is_relative())
+                continue; // The working directory is not meant.
             if (isKnownToExist(location))
                 return location;
         }

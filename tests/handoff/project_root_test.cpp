@@ -19,6 +19,21 @@ namespace kinovane::test {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::string_literals;
+
+/// While it lives, another directory is the working directory.
+class WorkingDirectory {
+  public:
+    explicit WorkingDirectory(const fs::path& directory) : before_(fs::current_path()) {
+        fs::current_path(directory);
+    }
+    WorkingDirectory(const WorkingDirectory&) = delete;
+    WorkingDirectory& operator=(const WorkingDirectory&) = delete;
+    ~WorkingDirectory() { fs::current_path(before_); }
+
+  private:
+    fs::path before_;
+};
 
 struct RootRow {
     const char* sentence;
@@ -40,6 +55,15 @@ const std::vector<RootRow>& rootRows() {
              place.link("given", "locked/film"), place.root = place.area / "given";
          },
          std::errc::permission_denied},
+        {"with a NUL byte, where the system would cut it",
+         [](LayoutPlace& place) { place.root = (place.area / "film").native() + "\0/other"s; },
+         std::errc::invalid_argument},
+        {"with a NUL byte at its end",
+         [](LayoutPlace& place) { place.root = (place.area / "film").native() + "\0"s; },
+         std::errc::invalid_argument},
+        {"a NUL byte only", [](LayoutPlace& place) { place.root = "\0"s; }, std::errc::invalid_argument},
+        {"empty, which is not the working directory", [](LayoutPlace& place) { place.root = ""; },
+         std::errc::invalid_argument},
     };
     return rows;
 }
@@ -113,6 +137,7 @@ TEST(ProjectRoot, IsOpenedWhenAFileHasToBe) {
     for (const RootRow& root : rootRows()) {
         LayoutPlace place;
         root.make(place);
+        const WorkingDirectory film(place.area / "film");
         const ProcessCounts before = countProcess();
         for (const ArtifactsRow& artifacts : artifactsRows())
             for (const unsigned workers : {1U, 4U}) {

@@ -113,6 +113,39 @@ TEST(Snapshot, TheBestCutThatExistsIsPlayed) {
     }
 }
 
+struct RootRow {
+    const char* sentence;
+    fs::path root;
+    std::string path; ///< Of the delivery.
+    std::optional<fs::path> cut;
+};
+
+TEST(Snapshot, ACutIsLookedForBelowTheRootAlone) {
+    WorkspaceMaker workspace;
+    const fs::path film = workspace.directory.write("film/d.mp4", "film");
+    const fs::path root = film.parent_path();
+    const RootRow rows[] = {
+        {"a root", root, "d.mp4", film},
+        {"a relative root", ".", "d.mp4", fs::path("./d.mp4")},
+        {"no root is not the working directory", "", "d.mp4", std::nullopt},
+        {"no root and a directory", "", "./", std::nullopt},
+        {"no root and an absolute path", "", film.native(), film},
+        {"a root with a NUL byte", root.native() + "\0/other"s, "d.mp4", std::nullopt},
+        {"a path with a NUL byte", root, "d.mp4\0.mov"s, std::nullopt},
+        {"an absolute path with a NUL byte", root, film.native() + "\0"s, std::nullopt},
+    };
+    const fs::path before = fs::current_path();
+    fs::current_path(root);
+    for (const RootRow& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        FilmWorkspaceSnapshot snapshot = workspace.snapshot;
+        snapshot.root = row.root;
+        snapshot.project.artifacts = {{4, "video/mp4", "c", "delivery-master", row.path, "none", "s"}};
+        EXPECT_EQ(snapshot.playableCutURL(), row.cut);
+    }
+    fs::current_path(before);
+}
+
 struct UnknownRow {
     const char* sentence;
     void (*change)(const fs::path& root); ///< What becomes of the delivery "locked/d.mp4".

@@ -2,6 +2,7 @@
 
 #include <condition_variable>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <queue>
@@ -13,33 +14,58 @@
 /// on this one.
 class EventLoop {
   public:
+    EventLoop() = default;
+    EventLoop(const EventLoop&) = delete;
+    EventLoop& operator=(const EventLoop&) = delete;
+    ~EventLoop() { jobs_->close(); }
+
+    // The executor shares the jobs: an operation may still be running when the loop has ended.
     kinovane::Executor executor() {
-        return [this](std::function<void()> job) {
-            const std::lock_guard lock(mutex_);
-            jobs_.push(std::move(job));
-            posted_.notify_one();
-        };
+        return [jobs = jobs_](std::function<void()> job) { jobs->post(std::move(job)); };
     }
 
     int run() {
-        while (!status_) {
-            std::function<void()> job;
-            {
-                std::unique_lock lock(mutex_);
-                posted_.wait(lock, [this] { return !jobs_.empty(); });
-                job = std::move(jobs_.front());
-                jobs_.pop();
-            }
-            job();
-        }
+        while (!status_)
+            jobs_->next()();
         return *status_;
     }
 
     void quit(int status) { status_ = status; }
 
   private:
-    std::mutex mutex_;
-    std::condition_variable posted_;
-    std::queue<std::function<void()>> jobs_;
+    class Jobs {
+      public:
+        void post(std::function<void()> job) {
+            const std::lock_guard lock(mutex_);
+            if (closed_)
+                return; // Dropped: nothing will run it.
+            jobs_.push(std::move(job));
+            posted_.notify_one();
+        }
+
+        std::function<void()> next() {
+            std::unique_lock lock(mutex_);
+            posted_.wait(lock, [this] { return !jobs_.empty(); });
+            std::function<void()> job = std::move(jobs_.front());
+            jobs_.pop();
+            return job;
+        }
+
+        void close() {
+            std::queue<std::function<void()>>
+                dropped; // Destroyed here, on the loop's thread, without the lock.
+            const std::lock_guard lock(mutex_);
+            closed_ = true;
+            dropped.swap(jobs_);
+        }
+
+      private:
+        std::mutex mutex_;
+        std::condition_variable posted_;
+        std::queue<std::function<void()>> jobs_;
+        bool closed_ = false;
+    };
+
+    std::shared_ptr<Jobs> jobs_ = std::make_shared<Jobs>();
     std::optional<int> status_;
 };

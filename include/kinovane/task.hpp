@@ -16,15 +16,16 @@
 namespace kinovane {
 
 /// How an application posts work to its own main loop: called with a job, it arranges that the loop runs the
-/// job once, soon. It may be called from any thread and must not throw; an exception out of it ends the
-/// process.
+/// job once, soon. It is called once for each operation, from any thread, and must not throw: an exception
+/// out of it ends the process (std::terminate).
 ///
 /// It may move, copy and keep the job. The first call of any copy runs the handler and destroys it there;
 /// later calls do nothing. A job that is never run is dropped: its handler is destroyed with the last copy
 /// that the executor kept, on the thread that destroys that copy. If the executor keeps no copy, that is the
 /// thread that calls the executor.
 ///
-/// The library releases its copy of the executor on the thread that finished the operation.
+/// It has to be callable until the operation is done, also when the main loop has ended. It may then keep the
+/// job or drop it. The library destroys its copy of the executor on the thread that finished the operation.
 using Executor = std::function<void(std::function<void()>)>;
 
 namespace detail {
@@ -130,6 +131,9 @@ class KINOVANE_EXPORT TaskSuspension {
     std::shared_ptr<TaskDelivery> delivery_;
 };
 
+/// Throws std::invalid_argument if `executor` is empty.
+KINOVANE_EXPORT void requireExecutor(const Executor& executor);
+
 [[noreturn]] KINOVANE_EXPORT void throwTaskTaken();
 
 } // namespace detail
@@ -182,11 +186,17 @@ class [[nodiscard]] Task {
     /// The thread that runs the executor's jobs may destroy the suspended coroutine at any time; it is then
     /// not resumed. No other thread may. If the executor drops the job, the coroutine stays suspended, and
     /// its owner has to destroy it.
-    auto on(Executor executor) { return TaskAwaiter<T>(release(), std::move(executor)); }
+    ///
+    /// Throws std::invalid_argument if `executor` is empty; the task is then unchanged.
+    auto on(Executor executor) {
+        detail::requireExecutor(executor);
+        return TaskAwaiter<T>(release(), std::move(executor));
+    }
 
     /// Calls `handler(Task<T>)` through `executor` once the operation is done; `get` of that task does not
     /// block. The handler runs, and is destroyed, where the executor runs its job. It may be a type that can
     /// only be moved. An exception out of it leaves the job.
+    /// Throws std::invalid_argument if `executor` is empty; the task is then unchanged.
     template <class Handler>
     void then(Executor executor, Handler handler) {
         struct Handling final : detail::TaskAction {
@@ -196,6 +206,7 @@ class [[nodiscard]] Task {
             Handler handler;
             Task task;
         };
+        detail::requireExecutor(executor);
         auto state = release();
         state->detach();
         auto handling = std::make_unique<Handling>(std::move(handler), Task(state));

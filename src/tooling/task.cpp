@@ -168,6 +168,11 @@ bool TaskSuspension::suspend(std::coroutine_handle<> coroutine) {
     return core->deliver(std::exchange(executor_, nullptr), std::move(delivery));
 }
 
+void requireExecutor(const Executor& executor) {
+    if (!executor)
+        throw std::invalid_argument("the executor is empty");
+}
+
 void throwTaskTaken() { throw std::logic_error("the result of this task was already taken"); }
 
 } // namespace kinovane::detail

@@ -156,8 +156,9 @@ class KINOVANE_EXPORT FilmToolClient {
                             std::map<std::string, std::string> environment = {}) const;
 
     // The commands of the film tool. Locations are passed on as absolute paths, texts as they stand; an
-    // absent optional adds nothing to the command line. A location that cannot be made absolute, because the
-    // working directory cannot be read, is refused with launchFailed.
+    // absent optional adds nothing to the command line. An empty location, and one that cannot be made
+    // absolute because the working directory cannot be read, is refused with launchFailed, and nothing is
+    // started.
 
     /// Plans a new film below `outputDirectory`, which makes its workspace. Gives the location of the run
     /// manifest; a relative one is below the working directory of the moment at which the call is made.
@@ -203,6 +204,7 @@ class KINOVANE_EXPORT FilmToolClient {
                                             const std::string& piCommand) const;
 
     /// The arguments with which the film tool starts its agent, to be shown or launched by the application.
+    /// Never fails: an empty location stays empty here and below.
     std::vector<std::string> agentArguments(const std::filesystem::path& runManifest,
                                             const std::optional<std::string>& piCommand = std::nullopt) const;
 

@@ -41,6 +41,8 @@ std::string runManifestArgument(const fs::path& location) {
 /// The run manifest of a plan's reply, which is relative to the directory in which the tool was asked.
 fs::path plannedRunManifest(const std::string& reply, const WorkingDirectory& directory) {
     const fs::path location = decode<FilmPlanResponse>(reply).status.runManifest;
+    if (location.empty())
+        throw FilmToolError(FilmToolError::invalidJSON{"status.runManifest is empty"});
     try {
         return directory.absolute(location);
     } catch (const fs::filesystem_error& error) {

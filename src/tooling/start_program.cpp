@@ -5,6 +5,9 @@
 namespace kinovane {
 
 std::string locationArgument(std::string_view what, const std::filesystem::path& location) {
+    if (location.empty())
+        throw FilmToolError(
+            FilmToolError::launchFailed{"the location of the " + std::string(what) + " is empty"});
     try {
         return absoluteLocation(location).string();
     } catch (const std::filesystem::filesystem_error& error) {

@@ -16,7 +16,7 @@
 namespace kinovane {
 
 /// The path of a location of a call, absolute; `what` is what lies there. Throws FilmToolError (launchFailed)
-/// when the working directory cannot be read.
+/// for an empty location, which names nothing, and when the working directory cannot be read.
 std::string locationArgument(std::string_view what, const std::filesystem::path& location);
 
 /// Starts an operation on a thread of its own. `prepare` gives it, and takes down on this thread what depends

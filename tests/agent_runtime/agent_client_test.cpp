@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -142,6 +143,22 @@ TEST(AgentClient, FailuresToStartComeThroughTheTask) {
         EXPECT_EQ(error.errorDescription(), row.description);
     }
     EXPECT_EQ(settledCounts(before), before);
+}
+
+TEST(AgentClient, ARelativeRuntimeIsTheOneAtTheTimeOfTheCall) {
+    const TemporaryDirectory place;
+    const Variable output("RECORDER_OUTPUT", statusRow().fullDocument());
+    std::filesystem::create_directories(place / "here/bin");
+    std::filesystem::create_directories(place / "there");
+    std::filesystem::copy_file(Recorder::path(), place / "here/bin/quexrun");
+    const std::filesystem::path before = std::filesystem::current_path();
+    for (int round = 0; round < 20; ++round) {
+        std::filesystem::current_path(place / "here");
+        Task<QuexRunAgentStatus> task = QuexRunAgentClient("bin/quexrun").status();
+        std::filesystem::current_path(place / "there");
+        EXPECT_EQ(failureOf(std::move(task)), "");
+    }
+    std::filesystem::current_path(before);
 }
 
 TEST(AgentClient, SeveralAtOnce) {

@@ -6,6 +6,7 @@
 #include "support/recorder.hpp"
 #include "support/sample_film.hpp"
 #include "support/task_failure.hpp"
+#include "support/temporary_directory.hpp"
 #include "support/variable.hpp"
 
 namespace kinovane::test {
@@ -53,6 +54,31 @@ TEST_F(VistrelClientArguments, ARelativePathBecomesAbsolute) {
                 ElementsAre("production", "import-film", here + "/h.json", "--output", "json"));
     EXPECT_THAT(imported("--dry-run"),
                 ElementsAre("production", "import-film", here + "/--dry-run", "--output", "json"));
+}
+
+TEST_F(VistrelClientArguments, AnEmptyPathNeverReachesTheImporter) {
+    const FilmToolError expected(
+        FilmToolError::launchFailed{"the location of the handoff manifest is empty"});
+    EXPECT_EQ(errorOf(client_.validate("")), expected);
+    EXPECT_EQ(errorOf(client_.import("")), expected);
+    EXPECT_FALSE(recorder_.ran());
+}
+
+// Another importer of the same name stands in the directory to which the application changes.
+TEST(VistrelClient, ARelativeImporterIsTheOneAtTheTimeOfTheCall) {
+    const TemporaryDirectory place;
+    const Variable output("RECORDER_OUTPUT", R"({"ok":true,"project_id":"p"})");
+    fs::create_directories(place / "here/bin");
+    fs::create_directories(place / "there");
+    fs::copy_file(programPath("recorder"), place / "here/bin/vistrel");
+    const fs::path before = fs::current_path();
+    for (int round = 0; round < 20; ++round) {
+        fs::current_path(place / "here");
+        Task<VistrelImportReceipt> task = VistrelClient("bin/vistrel").validate("/h.json");
+        fs::current_path(place / "there");
+        EXPECT_EQ(failureOf(std::move(task)), "");
+    }
+    fs::current_path(before);
 }
 
 TEST(VistrelClient, HoldsTheNameAsItWasGiven) {

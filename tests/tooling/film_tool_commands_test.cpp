@@ -130,6 +130,7 @@ TEST(FilmToolCommands, ATextLongerThanTheSystemPassesOn) {
 /// A call with a location; the location is the second argument, or the one after its option.
 struct LocationRow {
     const char* sentence;
+    const char* what; ///< What lies at the location.
     std::string reply;
     std::function<std::string(const FilmToolClient&, const fs::path&)> failure;
     std::size_t position;
@@ -138,33 +139,33 @@ struct LocationRow {
 std::vector<LocationRow> locationRows() {
     using Client = FilmToolClient;
     return {
-        {"plan", planReply("/r.json"),
+        {"plan", "output directory", planReply("/r.json"),
          [](const Client& tool, const fs::path& place) { return failureOf(tool.plan("i", "t", 1, place)); },
          8},
-        {"status", statusRow().fullDocument(),
+        {"status", "run manifest", statusRow().fullDocument(),
          [](const Client& tool, const fs::path& place) { return failureOf(tool.status(place)); }, 1},
-        {"approve", "",
+        {"approve", "run manifest", "",
          [](const Client& tool, const fs::path& place) {
              return failureOf(tool.approve(place, "g", "n", "b"));
          },
          1},
-        {"advance", "",
+        {"advance", "run manifest", "",
          [](const Client& tool, const fs::path& place) { return failureOf(tool.advance(place)); }, 1},
-        {"recover", "",
+        {"recover", "run manifest", "",
          [](const Client& tool, const fs::path& place) { return failureOf(tool.recover(place)); }, 1},
-        {"reroll", "",
+        {"reroll", "run manifest", "",
          [](const Client& tool, const fs::path& place) { return failureOf(tool.reroll(place, "s", "n")); },
          1},
-        {"review", "",
+        {"review", "run manifest", "",
          [](const Client& tool, const fs::path& place) { return failureOf(tool.review(place)); }, 1},
-        {"exportVistrel", exportReceiptRow().fullDocument(),
+        {"exportVistrel", "run manifest", exportReceiptRow().fullDocument(),
          [](const Client& tool, const fs::path& place) { return failureOf(tool.exportVistrel(place)); }, 1},
-        {"exportVistrel to it", exportReceiptRow().fullDocument(),
+        {"exportVistrel to it", "output file", exportReceiptRow().fullDocument(),
          [](const Client& tool, const fs::path& place) {
              return failureOf(tool.exportVistrel("/r.json", place));
          },
          3},
-        {"agentLaunchSpec", launchSpecRow().fullDocument(),
+        {"agentLaunchSpec", "run manifest", launchSpecRow().fullDocument(),
          [](const Client& tool, const fs::path& place) {
              return failureOf(tool.agentLaunchSpec(place, "pi"));
          },
@@ -197,6 +198,19 @@ TEST(FilmToolCommands, LocationsAreAbsolutePaths) {
             const Texts arguments = recorder.arguments();
             ASSERT_GT(arguments.size(), row.position);
             EXPECT_EQ(arguments[row.position], place.expected);
+        }
+}
+
+// An empty location names nothing; made absolute, it would be the working directory.
+TEST(FilmToolCommands, AnEmptyLocationNeverReachesTheTool) {
+    for (const LocationRow& row : locationRows())
+        for (const std::string& tool : {Recorder::path(), std::string("kinovane-no-such-tool")}) {
+            SCOPED_TRACE(std::string(row.sentence) + " with " + tool);
+            const Recorder recorder(row.reply);
+            EXPECT_EQ(row.failure(FilmToolClient(tool), ""),
+                      "Could not launch film command: the location of the " + std::string(row.what) +
+                          " is empty");
+            EXPECT_FALSE(recorder.ran());
         }
 }
 

@@ -172,6 +172,7 @@ TEST(FilmToolReplies, APlanWithoutItsRunManifest) {
          "status.runManifest: expected a string, found null"},
         {"a run manifest that is a list", R"({"status":{"runManifest":["/films/run.json"]}})",
          "status.runManifest: expected a string, found a list"},
+        {"an empty run manifest", planReply(""), "status.runManifest is empty"},
         {"a list", "[]", "expected an object, found a list"},
     };
     for (const Row& row : rows) {

@@ -47,6 +47,8 @@ TEST(FilmToolResults, ArgumentsToBeShown) {
     EXPECT_EQ(client.agentArguments("/r.json"), (Texts{"agent", "--run-manifest", "/r.json"}));
     EXPECT_EQ(client.agentArguments("a b/r.json", "/my pi"),
               (Texts{"agent", "--run-manifest", here("a b/r.json"), "--pi-command", "/my pi"}));
+    EXPECT_EQ(client.agentArguments(""), (Texts{"agent", "--run-manifest", ""}));
+    EXPECT_EQ(FilmToolClient::agentLaunchArguments("", "pi", "film").at(2), "");
     EXPECT_EQ(client.agentArguments("/r.json", ""),
               (Texts{"agent", "--run-manifest", "/r.json", "--pi-command", ""}));
     EXPECT_EQ(FilmToolClient::agentLaunchArguments("/r.json", "pi", "/opt/film"),

@@ -213,11 +213,13 @@ KINOVANE_EXPORT VistrelHandoff build(const FilmWorkspaceSnapshot& from, const st
 KINOVANE_EXPORT std::vector<ArtifactOutcome> audit(const FilmWorkspaceSnapshot& snapshot,
                                                    const HandoffBuildOptions& options = {});
 
-/// Writes the manifest (pretty-printed) and returns the digest of the file as it then lies on disk. Missing
-/// parent directories are created. Whoever reads `to` sees the old file or the new one, never a part, and on
-/// any failure the old file is untouched.
+/// Writes the manifest (pretty-printed) and returns the digest of the file as it lies on disk. Missing parent
+/// directories are created. A reader of `to` sees the old file or the new one, never a part. The permissions
+/// of an old file are kept, and the new one need not be readable for this process.
 ///
-/// Throws JSONEncodingError, and std::filesystem::filesystem_error. Blocks on file output.
+/// Throws JSONEncodingError, and std::filesystem::filesystem_error. The old file is then untouched, with one
+/// exception: when the directory cannot be flushed to the disk, the last step, the error is reported although
+/// the new file is in place; it may be lost if the system crashes. Blocks on file output.
 KINOVANE_EXPORT std::string write(const VistrelHandoff& handoff, const std::filesystem::path& to);
 
 /// The digest of a regular file: "sha256:" and 64 lowercase hexadecimal digits. Reads at most 1 MiB at a

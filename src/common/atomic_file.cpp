@@ -78,114 +78,112 @@ std::string temporaryName(std::random_device& random) {
     return name.data();
 }
 
-/// The temporary file beside the target. Unless it was put in the target's place, it is removed.
-class TemporaryFile {
-  public:
-    TemporaryFile(const fs::path& target, int directory, mode_t mode)
-        : target_(target), directory_(directory) {
-        std::random_device random;
-        for (int attempt = 0; attempt < namesToTry; ++attempt) {
-            // Before the file is there: a failure to allocate must not leave it behind.
-            name_ = temporaryName(random);
-            constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
-            file_ = Descriptor(
-                retryInterrupted([&] { return ::openat(directory_, name_.c_str(), flags, mode); }));
-            if (file_)
-                return;
-            if (errno != EEXIST)
-                break;
-        }
-        fail("cannot create a temporary file beside", target_, errno);
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile() {
-        if (!name_.empty())
-            ::unlinkat(directory_, name_.c_str(), 0);
-    }
-
-    void write(std::string_view content) {
-        while (!content.empty()) {
-            const auto count =
-                retryInterrupted([&] { return ::write(file_.get(), content.data(), content.size()); });
-            if (count < 0)
-                fail("cannot write", target_, errno);
-            content.remove_prefix(static_cast<std::size_t>(count));
-        }
-    }
-
-    /// Gives it the permissions of the file that it is to replace. A right to write that the old owner had
-    /// given is not the new owner's to give.
-    void setModeAfter(const struct stat& old) {
-        struct stat own{};
-        if (::fstat(file_.get(), &own) != 0)
-            fail("cannot examine", target_, errno);
-        mode_t mode = old.st_mode & permissionBits;
-        if (own.st_uid != old.st_uid || own.st_gid != old.st_gid)
-            mode &= ~writingByOthers;
-        if (::fchmod(file_.get(), mode) != 0)
-            fail("cannot set the mode of", target_, errno);
-    }
-
-    void putInPlace() {
-        if (flushToDisk(file_.get()) != 0)
-            fail("cannot write", target_, errno);
-        // Some file systems report a full disk only here. The descriptor is gone either way, so no second
-        // attempt.
-        if (::close(file_.release()) != 0 && errno != EINTR)
-            fail("cannot write", target_, errno);
-        if (::renameat(directory_, name_.c_str(), directory_, target_.filename().c_str()) != 0)
-            fail("cannot replace", target_, errno);
-        name_.clear();
-    }
-
-  private:
-    const fs::path& target_;
-    int directory_;
-    Descriptor file_;
-    std::string name_;
-};
-
 } // namespace
 
-void writeAtomically(const fs::path& location, std::string_view content) {
-    writeAtomically(location, std::span(&content, 1));
-}
-
-void writeAtomically(const fs::path& location, std::span<const std::string_view> pieces) {
+AtomicFile::AtomicFile(const fs::path& location) {
     // Some C++ libraries take it for the working directory.
     if (location.empty())
         fail("cannot write, because the location is empty", location, EINVAL);
     if (holdsNUL(location.native()))
         fail("cannot write", location, EINVAL);
-    const fs::path target = finalLocation(fs::absolute(location));
-    if (!target.has_filename() || target.filename() == "." || target.filename() == "..")
+    target_ = finalLocation(fs::absolute(location));
+    if (!target_.has_filename() || target_.filename() == "." || target_.filename() == "..")
         fail("cannot write", location, EISDIR);
+    directory_ = openDirectory(target_.parent_path());
+    if (!directory_)
+        fail("cannot write", target_, errno);
+    findOldMode();
+    create(); // The last step: the destructor does not run when this constructor throws.
+}
 
-    const Descriptor directory = openDirectory(target.parent_path());
-    if (!directory)
-        fail("cannot write", location, errno);
+AtomicFile::~AtomicFile() {
+    if (!name_.empty())
+        ::unlinkat(directory_.get(), name_.c_str(), 0);
+}
 
+void AtomicFile::findOldMode() {
     struct stat old{};
-    const bool replaces =
-        ::fstatat(directory.get(), target.filename().c_str(), &old, AT_SYMLINK_NOFOLLOW) == 0;
-    // Taken for none, an old file that could not be looked at would lose its mode.
-    if (!replaces && errno != ENOENT)
-        fail("cannot write", location, errno);
-    if (replaces && !S_ISREG(old.st_mode))
-        fail("cannot write", location, S_ISDIR(old.st_mode) ? EISDIR : EOPNOTSUPP);
+    if (::fstatat(directory_.get(), target_.filename().c_str(), &old, AT_SYMLINK_NOFOLLOW) != 0) {
+        // Taken for none, an old file that could not be examined would lose its mode.
+        if (errno != ENOENT)
+            fail("cannot write", target_, errno);
+        return;
+    }
+    if (!S_ISREG(old.st_mode))
+        fail("cannot write", target_, S_ISDIR(old.st_mode) ? EISDIR : EOPNOTSUPP);
+    oldMode_ = old.st_mode & permissionBits;
+    oldOwner_ = old.st_uid;
+    oldGroup_ = old.st_gid;
+}
 
+void AtomicFile::create() {
     // A replacement is its owner's alone until its content is complete and its mode is set.
-    TemporaryFile temporary(target, directory.get(), replaces ? old.st_mode & ownerOnly : mode_t{0666});
-    for (const std::string_view piece : pieces)
-        temporary.write(piece);
-    if (replaces)
-        temporary.setModeAfter(old);
-    temporary.putInPlace();
+    const mode_t mode = oldMode_ ? *oldMode_ & ownerOnly : mode_t{0666};
+    std::random_device random;
+    for (int attempt = 0; attempt < namesToTry; ++attempt) {
+        // Before the file is there: a failure to allocate must not leave it behind.
+        name_ = temporaryName(random);
+        // Also for reading, because the file's own mode may not allow to open it for that.
+        constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
+        file_ = Descriptor(
+            retryInterrupted([&] { return ::openat(directory_.get(), name_.c_str(), flags, mode); }));
+        if (file_)
+            return;
+        if (errno != EEXIST)
+            break;
+    }
+    fail("cannot create a temporary file beside", target_, errno);
+}
 
+void AtomicFile::write(std::string_view content) {
+    while (!content.empty()) {
+        const auto count =
+            retryInterrupted([&] { return ::write(file_.get(), content.data(), content.size()); });
+        if (count < 0)
+            fail("cannot write", target_, errno);
+        content.remove_prefix(static_cast<std::size_t>(count));
+    }
+}
+
+void AtomicFile::flush() {
+    setMode();
+    if (flushToDisk(file_.get()) != 0)
+        fail("cannot write", target_, errno);
+}
+
+void AtomicFile::setMode() {
+    if (!oldMode_)
+        return;
+    struct stat own{};
+    if (::fstat(file_.get(), &own) != 0)
+        fail("cannot examine", target_, errno);
+    // A right to write that the old owner had given is not the new owner's to give.
+    const bool sameOwner = own.st_uid == oldOwner_ && own.st_gid == oldGroup_;
+    if (::fchmod(file_.get(), sameOwner ? *oldMode_ : *oldMode_ & ~writingByOthers) != 0)
+        fail("cannot set the mode of", target_, errno);
+}
+
+std::size_t AtomicFile::read(std::span<std::byte> buffer) {
+    const auto count =
+        retryInterrupted([&] { return ::pread(file_.get(), buffer.data(), buffer.size(), readPosition_); });
+    if (count < 0)
+        fail("cannot read", target_, errno);
+    readPosition_ += count;
+    return static_cast<std::size_t>(count);
+}
+
+void AtomicFile::replaceTarget() {
+    const fs::path name = target_.filename();
+    // Some file systems report a full disk only here. The descriptor is gone either way, so there is no
+    // second attempt.
+    if (::close(file_.release()) != 0 && errno != EINTR)
+        fail("cannot write", target_, errno);
+    if (::renameat(directory_.get(), name_.c_str(), directory_.get(), name.c_str()) != 0)
+        fail("cannot replace", target_, errno);
+    name_.clear();
     // EINVAL: the file system cannot flush directories. EBADF: this one may not be opened for that.
-    if (flushToDisk(directory.get()) != 0 && errno != EINVAL && errno != EBADF)
-        fail("cannot make durable", location, errno);
+    if (flushToDisk(directory_.get()) != 0 && errno != EINVAL && errno != EBADF)
+        fail("cannot make durable", target_, errno);
 }
 
 } // namespace kinovane

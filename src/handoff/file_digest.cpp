@@ -29,6 +29,13 @@ std::string FileDigest::of(RegularFile& file, const OnRead& onRead, bool readsAh
     return digest_.finish();
 }
 
+std::string FileDigest::of(AtomicFile& file) {
+    digest_.restart();
+    while (const std::size_t count = file.read(buffer_))
+        digest_.update(std::span(buffer_).first(count));
+    return digest_.finish();
+}
+
 bool FileDigest::readAhead(RegularFile& file, const OnRead& onRead) {
     std::optional<ReadAhead> reader;
     try {

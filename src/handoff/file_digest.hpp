@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "common/atomic_file.hpp"
 #include "common/digest.hpp"
 #include "common/regular_file.hpp"
 
@@ -21,6 +22,9 @@ class FileDigest {
     /// The digest text of the rest of a file. With `readsAhead`, a large one is read on a second thread.
     /// Throws std::filesystem::filesystem_error, and whatever `onRead` throws.
     std::string of(RegularFile& file, const OnRead& onRead = {}, bool readsAhead = false);
+
+    /// The digest text of what has been written to a file.
+    std::string of(AtomicFile& file);
 
     /// For other digests between those of files.
     Digest& digest() noexcept { return digest_; }

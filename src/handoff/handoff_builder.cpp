@@ -162,8 +162,15 @@ std::string VistrelHandoffBuilder::write(const VistrelHandoff& handoff, const fs
     const TextBuffer document = documentOf(handoff);
     if (const fs::path parent = to.parent_path(); !parent.empty() && !holdsNUL(to.native()))
         fs::create_directories(parent);
-    writeAtomically(to, document.pieces());
-    return sha256(to);
+    FileDigest digests;
+    AtomicFile file(to);
+    for (const std::string_view piece : document.pieces())
+        file.write(piece);
+    file.flush();
+    // Before the old file is replaced, so that this cannot fail any more afterwards.
+    std::string digest = digests.of(file);
+    file.replaceTarget();
+    return digest;
 }
 
 std::string VistrelHandoffBuilder::sha256(const fs::path& file) {

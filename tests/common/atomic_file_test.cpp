@@ -1,7 +1,9 @@
 #include "common/atomic_file.hpp"
 
 #include <csignal>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,6 +21,13 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::string_literals;
 using testing::ElementsAre;
+
+void writeAtomically(const fs::path& location, std::string_view content) {
+    AtomicFile file(location);
+    file.write(content);
+    file.flush();
+    file.replaceTarget();
+}
 
 mode_t modeOf(const fs::path& location) {
     struct stat status{};
@@ -58,7 +67,7 @@ class FullDisk {
     void (*handler_)(int) = std::signal(SIGXFSZ, SIG_IGN);
 };
 
-class AtomicFile : public testing::Test {
+class AtomicFileTest : public testing::Test {
   protected:
     TemporaryDirectory directory_;
 };
@@ -69,7 +78,7 @@ struct ContentRow {
     std::string content;
 };
 
-TEST_F(AtomicFile, WritesAndReplaces) {
+TEST_F(AtomicFileTest, WritesAndReplaces) {
     const ContentRow rows[] = {
         {"plain text", "a.json", "{}"},
         {"nothing", "b.json", ""},
@@ -91,7 +100,7 @@ TEST_F(AtomicFile, WritesAndReplaces) {
     }
 }
 
-TEST_F(AtomicFile, ReplacesTheFileAndDoesNotWriteIntoIt) {
+TEST_F(AtomicFileTest, ReplacesTheFileAndDoesNotWriteIntoIt) {
     const fs::path location = directory_.write("a.json", "old");
     fs::create_hard_link(location, directory_ / "reader");
     writeAtomically(location, "new");
@@ -99,7 +108,39 @@ TEST_F(AtomicFile, ReplacesTheFileAndDoesNotWriteIntoIt) {
     EXPECT_EQ(contentOf(directory_ / "reader"), "old");
 }
 
-TEST_F(AtomicFile, ANewFileGetsTheUsualMode) {
+std::string readBack(AtomicFile& file, std::size_t size) {
+    std::string text;
+    std::string buffer(size, '\0');
+    while (const std::size_t count = file.read(std::as_writable_bytes(std::span(buffer))))
+        text += buffer.substr(0, count);
+    return text;
+}
+
+TEST_F(AtomicFileTest, IsReadBackBeforeItReplacesTheTarget) {
+    const fs::path location = directory_.write("a.json", "old");
+    AtomicFile file(location);
+    for (const std::string_view piece : {"one ", "", "two ", "three"})
+        file.write(piece);
+    file.flush();
+    EXPECT_EQ(readBack(file, 4), "one two three");
+    EXPECT_EQ(contentOf(location), "old");
+    file.replaceTarget();
+    EXPECT_EQ(contentOf(location), "one two three");
+}
+
+TEST_F(AtomicFileTest, IsRemovedWhenItDoesNotReplaceTheTarget) {
+    const fs::path location = directory_.write("a.json", "old");
+    {
+        AtomicFile file(location);
+        file.write("new");
+        file.flush();
+        EXPECT_EQ(namesIn(directory_.path()).size(), 2U);
+    }
+    EXPECT_EQ(contentOf(location), "old");
+    EXPECT_THAT(namesIn(directory_.path()), ElementsAre("a.json"));
+}
+
+TEST_F(AtomicFileTest, ANewFileGetsTheUsualMode) {
     for (const mode_t mask : {0022U, 0077U, 0000U, 0002U}) {
         SCOPED_TRACE(mask);
         const Umask umask(mask);
@@ -110,7 +151,7 @@ TEST_F(AtomicFile, ANewFileGetsTheUsualMode) {
     }
 }
 
-TEST_F(AtomicFile, TheOldFilesModeIsKept) {
+TEST_F(AtomicFileTest, TheOldFilesModeIsKept) {
     const Umask umask(0077);
     const fs::path location = directory_.write("old.json", "old");
     for (const mode_t mode : {0644U, 0600U, 0666U, 0400U, 0755U, 0000U}) {
@@ -121,7 +162,7 @@ TEST_F(AtomicFile, TheOldFilesModeIsKept) {
     }
 }
 
-TEST_F(AtomicFile, OnlyThePermissionBitsAreKept) {
+TEST_F(AtomicFileTest, OnlyThePermissionBitsAreKept) {
     struct Row {
         const char* sentence;
         mode_t old;
@@ -146,7 +187,7 @@ TEST_F(AtomicFile, OnlyThePermissionBitsAreKept) {
 }
 
 // The old file's owner must not be able to write into the file of another user who publishes there.
-TEST_F(AtomicFile, OnlyTheNewOwnerMayWriteWhenTheOwnerChanges) {
+TEST_F(AtomicFileTest, OnlyTheNewOwnerMayWriteWhenTheOwnerChanges) {
     struct Row {
         const char* sentence;
         uid_t owner;
@@ -178,7 +219,7 @@ TEST_F(AtomicFile, OnlyTheNewOwnerMayWriteWhenTheOwnerChanges) {
     }
 }
 
-TEST_F(AtomicFile, LinksAreFollowed) {
+TEST_F(AtomicFileTest, LinksAreFollowed) {
     directory_.write("there/target.json", "old");
     fs::create_symlink("there/target.json", directory_ / "link");
     fs::create_symlink(directory_ / "link", directory_ / "absolute");
@@ -197,7 +238,7 @@ TEST_F(AtomicFile, LinksAreFollowed) {
     EXPECT_THAT(namesIn(directory_ / "there"), ElementsAre("fresh.json", "target.json"));
 }
 
-TEST_F(AtomicFile, ARelativeLocationIsBelowTheWorkingDirectory) {
+TEST_F(AtomicFileTest, ARelativeLocationIsBelowTheWorkingDirectory) {
     const fs::path before = fs::current_path();
     fs::current_path(directory_.path());
     writeAtomically("a.json", "{}");
@@ -213,7 +254,7 @@ struct RefusalRow {
     std::errc code;
 };
 
-TEST_F(AtomicFile, RefusesWhatCannotBeReplaced) {
+TEST_F(AtomicFileTest, RefusesWhatCannotBeReplaced) {
     fs::create_directory(directory_ / "directory");
     fs::create_symlink("directory", directory_ / "link");
     fs::create_symlink("circle", directory_ / "circle");
@@ -252,7 +293,7 @@ TEST_F(AtomicFile, RefusesWhatCannotBeReplaced) {
     EXPECT_EQ(countProcess().descriptors, before.descriptors);
 }
 
-TEST_F(AtomicFile, AnEmptyLocationIsNotTheWorkingDirectory) {
+TEST_F(AtomicFileTest, AnEmptyLocationIsNotTheWorkingDirectory) {
     const fs::path before = fs::current_path();
     fs::current_path(directory_.path());
     std::string message;
@@ -267,7 +308,7 @@ TEST_F(AtomicFile, AnEmptyLocationIsNotTheWorkingDirectory) {
     EXPECT_THAT(namesIn(directory_.path()), ElementsAre());
 }
 
-TEST_F(AtomicFile, AFullDiskLeavesTheOldFileAndNothingElse) {
+TEST_F(AtomicFileTest, AFullDiskLeavesTheOldFileAndNothingElse) {
     const fs::path location = directory_.write("a.json", "old");
     const std::string content(100'000, 'k');
     for (const rlim_t size : {rlim_t{0}, rlim_t{1}, rlim_t{4096}, rlim_t{99'999}}) {
@@ -297,7 +338,7 @@ std::string attempt(const fs::path& location) {
     }
 }
 
-TEST_F(AtomicFile, AnOrdinaryUserIsHeldToTheDirectorysRights) {
+TEST_F(AtomicFileTest, AnOrdinaryUserIsHeldToTheDirectorysRights) {
     const fs::path location = directory_.write("place/a.json", "old");
     fs::permissions(directory_.path(), fs::perms::all);
     fs::permissions(location, fs::perms::all);

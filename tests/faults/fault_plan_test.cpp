@@ -75,6 +75,7 @@ std::vector<CallRow> fileRows() {
              return ::syscall(SYS_openat2, AT_FDCWD, "/", &how, sizeof how);
          })},
         {"read", Call::read, errnoAfter([] { return ::read(-1, buffer.data(), buffer.size()); })},
+        {"pread", Call::read, errnoAfter([] { return ::pread(-1, buffer.data(), buffer.size(), 0); })},
         {"write", Call::write, errnoAfter([] { return ::write(-1, buffer.data(), buffer.size()); })},
         {"close", Call::close, errnoAfter([] { return ::close(-1); })},
         {"fstat", Call::fstat, errnoAfter([] { return ::fstat(0, &status); })},

@@ -60,6 +60,12 @@ ssize_t read(int descriptor, void* buffer, std::size_t size) {
     return transfer(Call::read, size, [&](std::size_t part) { return next(descriptor, buffer, part); });
 }
 
+ssize_t pread(int descriptor, void* buffer, std::size_t size, off_t offset) {
+    static const auto next = nextOf<decltype(::pread)>("pread");
+    return transfer(Call::read, size,
+                    [&](std::size_t part) { return next(descriptor, buffer, part, offset); });
+}
+
 ssize_t write(int descriptor, const void* bytes, std::size_t size) {
     static const auto next = nextOf<decltype(::write)>("write");
     return transfer(Call::write, size, [&](std::size_t part) { return next(descriptor, bytes, part); });

@@ -53,7 +53,7 @@ class WriteMemory : public testing::TestWithParam<MemoryRow> {
     mutable bool succeeded = false;
 };
 
-TEST_P(WriteMemory, AFailedAllocationLeavesNoTemporaryFile) {
+TEST_P(WriteMemory, AFailedAllocationLeavesTheOldFileAndNothingElse) {
     prepare();
     attempt(FailingAllocation::forever); // Whatever is only made once is there from now on.
     ASSERT_TRUE(succeeded);
@@ -62,10 +62,12 @@ TEST_P(WriteMemory, AFailedAllocationLeavesNoTemporaryFile) {
     for (bool struck = true; struck; ++index) {
         SCOPED_TRACE("allocation " + std::to_string(index));
         prepare();
+        const bool existed = fs::exists(target);
         struck = attempt(index);
         EXPECT_TRUE(succeeded || struck);
-        if (succeeded) {
-            EXPECT_EQ(contentOf(target), content);
+        ASSERT_EQ(fs::exists(target), succeeded || existed);
+        if (succeeded || existed) {
+            EXPECT_EQ(contentOf(target), succeeded ? content : "old");
         }
         for (const fs::directory_entry& entry : fs::recursive_directory_iterator(directory / "place"))
             EXPECT_NE(entry.path().extension(), ".tmp") << "left behind";

@@ -59,6 +59,46 @@ TEST(HandoffWrite, AnOldFileIsReplacedAndKeepsItsMode) {
     EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
+// The digest is that of the file on the disk, also when nobody may open that file.
+TEST(HandoffWrite, AFileThatMayNotBeReadIsWrittenAllTheSame) {
+    struct Row {
+        std::string_view sentence;
+        std::optional<mode_t> old; ///< The old file's mode.
+        mode_t mask;
+        mode_t expected;
+    };
+    const std::vector<Row> rows{
+        {"an old file that its owner may not read", 0200, 0022, 0200},
+        {"an old file that its owner may neither read nor write", 0000, 0022, 0000},
+        {"an old file that only others may read", 0044, 0077, 0044},
+        {"a new file that nobody may read", std::nullopt, 0777, 0000},
+        {"a new file that may only be written", std::nullopt, 0555, 0222},
+    };
+    const std::string expected = VistrelHandoffBuilder::sha256(
+        std::as_bytes(std::span(std::string_view(encodeJSON(VistrelHandoff{}, JSONFormat::pretty)))));
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        const TemporaryDirectory directory;
+        fs::permissions(directory.path(), fs::perms::all);
+        const fs::path file = directory / "manifest.json";
+        struct stat status{};
+        {
+            const OrdinaryUser user;
+            if (row.old) {
+                directory.write("manifest.json", "old");
+                ASSERT_EQ(::chmod(file.c_str(), *row.old), 0);
+            }
+            const mode_t before = ::umask(row.mask);
+            EXPECT_NO_THROW(EXPECT_EQ(VistrelHandoffBuilder::write(VistrelHandoff{}, file), expected));
+            ::umask(before);
+            ASSERT_EQ(::stat(file.c_str(), &status), 0);
+            ASSERT_EQ(::chmod(file.c_str(), 0600), 0);
+        }
+        EXPECT_EQ(status.st_mode & 07777U, row.expected);
+        EXPECT_EQ(contentOf(file), encodeJSON(VistrelHandoff{}, JSONFormat::pretty));
+    }
+}
+
 TEST(HandoffWrite, ALinkIsFollowed) {
     const TemporaryDirectory directory;
     directory.write("kept/manifest.json", "old");

@@ -146,6 +146,12 @@ class TaskAwaiter;
 ///
 /// A task may be moved, and handed from thread to thread, but not used by two threads at once. It may be
 /// dropped: the operation then finishes unobserved. Nothing of it remains once it is done.
+///
+/// With g++ 12, a co_await expression must contain neither a braced list, which does not compile, nor a
+/// closure with captures, which is destroyed twice. They are made in a statement before it:
+///
+///     auto task = film.run({"status", run});
+///     const ProcessResult result = co_await task.on(executor);
 template <class T>
 class [[nodiscard]] Task {
   public:

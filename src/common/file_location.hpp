@@ -31,7 +31,7 @@ class WorkingDirectory {
 std::filesystem::path absoluteLocation(const std::filesystem::path& location);
 
 /// An absolute location without "." and ".." pieces. A ".." goes to where the file system would go: behind a
-/// link that is the parent of the link's target, and only otherwise the piece before it is dropped. An
+/// link that is the parent of the link's target, and only otherwise the component before it is dropped. An
 /// empty location stays empty. Throws std::filesystem::filesystem_error when the working directory or a link
 /// cannot be read.
 std::filesystem::path standardized(const std::filesystem::path& location);

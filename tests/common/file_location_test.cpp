@@ -132,7 +132,7 @@ TEST_F(FileLocation, AbsoluteLocationsAreMadeInOneManner) {
     }
 }
 
-// In a process of its own, because it loses the ground under its feet.
+// In a process of its own, because its working directory is removed.
 TEST_F(FileLocation, WithoutAWorkingDirectoryOnlyAbsoluteLocationsAreKnown) {
     EXPECT_EQ(inForkedProcess([&] {
                   fs::create_directory(directory_ / "gone");

@@ -183,7 +183,7 @@ std::string rootFailure() {
     }
 }
 
-// Whoever cannot be asked has not said that the user is unknown.
+// An unanswered question does not make the user an unknown one.
 TEST_F(PiResolver, AUserDatabaseThatCannotBeAsked) {
     install("1.0");
     struct Row {

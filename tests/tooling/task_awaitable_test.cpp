@@ -1,4 +1,5 @@
 // What `on` and `operator co_await` return, as an object of its own.
+#include <atomic>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -131,18 +132,18 @@ TEST(TaskAwaitable, NeverAwaited) {
 /// Counts the objects that exist.
 class Counted {
   public:
-    explicit Counted(int& objects) : objects_(&objects) { ++*objects_; }
+    explicit Counted(std::atomic<int>& objects) : objects_(&objects) { ++*objects_; }
     Counted(const Counted& other) : objects_(other.objects_) { ++*objects_; }
     Counted& operator=(const Counted&) = delete;
     ~Counted() { --*objects_; }
     void use() const {}
 
   private:
-    int* objects_;
+    std::atomic<int>* objects_;
 };
 
 // As g++ 12 needs it: braced lists and closures stand in statements before the co_await.
-Coroutine awaitWhatWasMadeBefore(const FilmToolClient& film, int& objects, std::string& output) {
+Coroutine awaitWhatWasMadeBefore(const FilmToolClient& film, std::atomic<int>& objects, std::string& output) {
     const Counted counted(objects);
     auto listed = film.run({"out", "a list"}, {{"KINOVANE_TEST", "1"}});
     output = (co_await std::move(listed)).stdout;
@@ -161,7 +162,7 @@ Coroutine awaitWhatWasMadeBefore(const FilmToolClient& film, int& objects, std::
 
 TEST(TaskAwaitable, ArgumentsMadeBeforeTheExpression) {
     const ProcessCounts before = restingCounts();
-    int objects = 0;
+    std::atomic<int> objects = 0;
     std::string output;
     {
         const FilmToolClient film(puppetPath());

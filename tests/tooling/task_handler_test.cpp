@@ -1,6 +1,7 @@
 // Where a handler is destroyed, however the executor treats its jobs. A handler holds parts of a user
 // interface, which only one thread may touch, also when they are destroyed.
 #include <functional>
+#include <future>
 #include <latch>
 #include <memory>
 #include <semaphore>
@@ -126,10 +127,10 @@ TEST(TaskHandler, DestroyedWhereTheJobIsUsedWhileTheExecutorIsCalled) {
             Handled handled;
             Loop loop;
             std::vector<Job> kept;
-            std::binary_semaphore used(0);
-            start(storing.into(loop, [&used] { used.acquire(); }), handled, Done::afterwards);
+            const auto used = std::make_shared<std::binary_semaphore>(0);
+            start(storing.into(loop, [used] { used->acquire(); }), handled, Done::afterwards);
             use.use(loop.next(), kept);
-            used.release();
+            used->release();
             EXPECT_EQ(settledCounts(before), before);
             std::thread([&kept] { kept.clear(); }).join();
             EXPECT_EQ(handled.value, use.runs ? 1 : 0);
@@ -175,17 +176,19 @@ TEST(TaskHandler, AHandlerThatThrows) {
 
 // An executor that drops its job inside its own call is the only one that the job ever belonged to.
 TEST(TaskHandler, DestroyedByAnExecutorThatDropsTheJobAtOnce) {
-    const ProcessCounts before = restingCounts();
     std::thread::id calledOn;
-    std::thread::id destroyedOn;
-    startTask<int>([] { return 5; })
-        .then([&calledOn](const Job& /*job*/) { calledOn = std::this_thread::get_id(); },
-              [witness = std::make_unique<Witness>(destroyedOn)](Task<int> /*finished*/) {
-                  ADD_FAILURE() << "it ran";
-              });
-    EXPECT_EQ(settledCounts(before), before);
-    EXPECT_NE(calledOn, std::thread::id());
-    EXPECT_EQ(destroyedOn, calledOn);
+    const auto destroyedOn = std::make_shared<std::promise<std::thread::id>>();
+    std::shared_ptr<void> held(nullptr, [destroyedOn](const void* /*nothing*/) {
+        destroyedOn->set_value(std::this_thread::get_id());
+    });
+    Gate gate;
+    startBehind(gate, 5).then(
+        [&calledOn](const Job& /*job*/) { calledOn = std::this_thread::get_id(); },
+        [held = std::move(held)](const Task<int>& /*finished*/) { ADD_FAILURE() << "it ran"; });
+    gate.open();
+    const std::thread::id worker = destroyedOn->get_future().get();
+    EXPECT_EQ(worker, calledOn);
+    EXPECT_NE(worker, std::this_thread::get_id());
 }
 
 // A copy that goes unused while the job itself waits in the queue, as with the top of a priority queue, is
@@ -196,12 +199,12 @@ TEST(TaskHandler, ACopyMayBeDroppedBeforeTheJobRuns) {
         const ProcessCounts before = restingCounts();
         Handled handled;
         Loop loop;
-        std::binary_semaphore used(0);
-        start(storing.into(loop, [&used] { used.acquire(); }), handled, Done::afterwards);
+        const auto used = std::make_shared<std::binary_semaphore>(0);
+        start(storing.into(loop, [used] { used->acquire(); }), handled, Done::afterwards);
         const Job job = loop.next();
         EXPECT_TRUE(copyOf(job));
         EXPECT_EQ(handled.handlerDestroyedOn, std::thread::id());
-        used.release();
+        used->release();
         EXPECT_EQ(settledCounts(before), before);
         EXPECT_TRUE(copyOf(job));
         EXPECT_EQ(handled.handlerDestroyedOn, std::thread::id());

@@ -8,14 +8,23 @@
 
 namespace kinovane::json {
 
-/// Reads a whole document into the freshly made value at `target`, which has this shape. Throws
-/// JSONDecodingError; the value is then of no use.
+// The values of a document are stored in the freshly made value at `target`, which has this shape; it is of
+// no use when an exception is thrown. Beside the caller's text, decoding takes less than 8 times the
+// document's size (and 256 KiB) for a document that is refused, and less than 32 times for one that is
+// accepted.
+
+/// Decodes a whole document. Throws JSONDecodingError.
 void decodeInto(void* target, const Shape& shape, std::string_view document);
 
-/// The same for a document in a file, which is read in pieces, so that memory holds the value alone. Returns
-/// false when the document is not valid JSON. Throws std::filesystem::filesystem_error, and
+/// Decodes a document in a file, which is read in chunks, so that memory holds the value alone. Returns
+/// false, and the value is empty, when the whole text is needed: to say where the document is not valid JSON,
+/// or because the value would take too much memory. Throws std::filesystem::filesystem_error, and
 /// JSONDecodingError.
 [[nodiscard]] bool decodeInto(void* target, const Shape& shape, RegularFile file);
+
+/// The same as `decodeInto` with a text, but the document is first checked and then stored, so that it takes
+/// the least memory. Throws JSONDecodingError.
+void checkAndDecodeInto(void* target, const Shape& shape, std::string_view document);
 
 template <class T>
 T decode(std::string_view document) {
@@ -24,15 +33,14 @@ T decode(std::string_view document) {
     return value;
 }
 
-/// Reads the document at `location`. Throws JSONDecodingError, and std::filesystem::filesystem_error, also
+/// Decodes the document at `location`. Throws JSONDecodingError, and std::filesystem::filesystem_error, also
 /// for a document of more than `maximumDocumentSize` bytes.
 template <class T>
 T decodeFile(const std::filesystem::path& location) {
     T value{};
-    if (decodeInto(&value, shapeOf<T>(), RegularFile(location)))
-        return value;
-    // The message tells line and column, and for that the whole text is needed.
-    return decode<T>(readDocument(location));
+    if (!decodeInto(&value, shapeOf<T>(), RegularFile(location)))
+        checkAndDecodeInto(&value, shapeOf<T>(), readDocument(location));
+    return value;
 }
 
 } // namespace kinovane::json

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -13,6 +14,13 @@ class Failure {
   public:
     std::string path;
     std::string text; ///< Follows the path: " is missing", or ": expected …".
+
+    /// Whether a map holds a wrong value is not known: only its keys before this one were examined.
+    struct Undecided {
+        std::size_t map; ///< Its number in the document.
+        std::string firstKey;
+    };
+    std::optional<Undecided> undecided;
 
     explicit Failure(std::string about) : text(std::move(about)) {}
 

@@ -5,33 +5,28 @@
 
 namespace kinovane::json {
 
-void Frame::note(Failure&& failure) {
+void Frame::note(Failure&& failure, std::size_t keyFailureLimit) {
     switch (shape->kind) {
     case Kind::record:
         failure.within(shape->rows[current].key);
         needExtra().rowFailures.insert_or_assign(current, std::move(failure));
         break;
     case Kind::map:
-        failure.within(entryKey);
-        needExtra().keyFailures.insert_or_assign(std::string(entryKey), std::move(failure));
+        failure.within(needExtra().entryKey);
+        extra->keyFailures.note(extra->entryKey, std::move(failure), keyFailureLimit);
         break;
     default:
-        // The elements of a list come in order, so the first failure is the one to report.
-        if (needExtra().rowFailures.empty()) {
-            failure.within(current);
-            extra->rowFailures.emplace(current, std::move(failure));
-        }
+        // The elements of a list come in order and none comes again, so no element after it is looked at.
+        failure.within(current);
+        needExtra().rowFailures.emplace(current, std::move(failure));
     }
 }
 
 std::optional<Failure> Frame::firstFailure() {
-    if (shape->kind == Kind::map) {
-        if (!extra || extra->keyFailures.empty())
-            return std::nullopt;
-        return std::move(extra->keyFailures.begin()->second);
-    }
+    if (shape->kind == Kind::map)
+        return extra ? extra->keyFailures.takeFirst(number) : std::nullopt;
     const std::uint64_t missing = shape->requiredRows & ~seen;
-    const bool wrong = extra && !extra->rowFailures.empty();
+    const bool wrong = holdsWrongRow();
     if (missing == 0) { // As in every list, which may have any number of elements.
         if (!wrong)
             return std::nullopt;

@@ -20,16 +20,18 @@ struct Row;
 struct Shape {
     Kind kind = Kind::text;
 
+    /// Empties the value and frees all its memory.
+    void (*reset)(void* value) = nullptr;
+
     /// Of a list's or a map's values.
     const Shape* element = nullptr;
+    /// How many bytes a list, or a map, allocates for each value.
+    std::size_t elementSize = 0;
     /// Adds an empty element to a list and gives its address.
     void* (*append)(void* list) = nullptr;
-    /// Adds an empty value to a map, or empties the one that is there.
-    struct Entry {
-        std::string_view key; ///< The map's own copy.
-        void* value = nullptr;
-    };
-    Entry (*enter)(void* map, std::string_view key) = nullptr;
+    void (*reserve)(void* list, std::size_t capacity) = nullptr;
+    /// Adds an empty value to a map, or empties the one that is there, and gives its address.
+    void* (*enter)(void* map, std::string_view key) = nullptr;
 
     std::span<const Row> rows;
     std::uint64_t requiredRows = 0; ///< One bit a row.
@@ -114,6 +116,11 @@ consteval void fillRecord(Shape& result) {
 template <class T>
 consteval Shape makeShape() {
     Shape result;
+    result.reset = [](void* value) {
+        // Moved out first: an assignment may leave memory allocated.
+        [[maybe_unused]] const T old = std::move(*static_cast<T*>(value));
+        *static_cast<T*>(value) = T();
+    };
     if constexpr (std::is_same_v<T, std::string>) {
         result.kind = Kind::text;
     } else if constexpr (std::is_same_v<T, std::int64_t>) {
@@ -125,17 +132,21 @@ consteval Shape makeShape() {
     } else if constexpr (isList<T>) {
         result.kind = Kind::list;
         result.element = &shape<typename T::value_type>;
+        result.elementSize = sizeof(typename T::value_type);
         result.append = [](void* list) -> void* {
             return std::addressof(static_cast<T*>(list)->emplace_back());
         };
+        result.reserve = [](void* list, std::size_t capacity) { static_cast<T*>(list)->reserve(capacity); };
     } else if constexpr (isMap<T>) {
         result.kind = Kind::map;
         result.element = &shape<typename T::mapped_type>;
-        result.enter = [](void* map, std::string_view key) -> Shape::Entry {
+        // A node has three links and a colour beside the value.
+        result.elementSize = sizeof(typename T::value_type) + 4 * sizeof(void*);
+        result.enter = [](void* map, std::string_view key) -> void* {
             auto [place, added] = static_cast<T*>(map)->try_emplace(std::string(key));
             if (!added)
                 place->second = typename T::mapped_type();
-            return {place->first, std::addressof(place->second)};
+            return std::addressof(place->second);
         };
     } else if constexpr (HasForm<T>) {
         using Form = typename DecodedThrough<T>::Form;

@@ -58,14 +58,28 @@ inline std::ostream& operator<<(std::ostream& stream, const Refusal& refusal) {
     return stream << '"' << refusal.message << "\" at \"" << refusal.path << '"';
 }
 
+/// The document as it is read when storing its values directly would take too much memory.
+template <class T>
+T checkedAndDecoded(std::string_view document) {
+    T value{};
+    json::checkAndDecodeInto(&value, json::shapeOf<T>(), document);
+    return value;
+}
+
+/// What is said of a document, which must be the same in both forms of reading.
 template <class T>
 std::optional<Refusal> refusalOf(std::string_view document) {
-    try {
-        static_cast<void>(json::decode<T>(document));
-        return std::nullopt;
-    } catch (const JSONDecodingError& error) {
-        return Refusal{error.path(), error.what()};
-    }
+    const auto refusal = [&](T (*read)(std::string_view)) -> std::optional<Refusal> {
+        try {
+            static_cast<void>(read(document));
+            return std::nullopt;
+        } catch (const JSONDecodingError& error) {
+            return Refusal{error.path(), error.what()};
+        }
+    };
+    const std::optional<Refusal> direct = refusal(json::decode<T>);
+    EXPECT_EQ(refusal(checkedAndDecoded<T>), direct);
+    return direct;
 }
 
 } // namespace kinovane::test

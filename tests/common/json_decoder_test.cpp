@@ -60,6 +60,7 @@ TEST(JSONDecoder, ReadsWhatFits) {
     for (const SceneRow& row : rows) {
         SCOPED_TRACE(row.sentence);
         EXPECT_TRUE(json::decode<Scene>(row.document) == row.scene);
+        EXPECT_TRUE(checkedAndDecoded<Scene>(row.document) == row.scene);
     }
 }
 
@@ -94,6 +95,7 @@ TEST(JSONDecoder, TheLastOfTwoEqualKeysWins) {
     for (const SceneRow& row : rows) {
         SCOPED_TRACE(row.sentence);
         EXPECT_TRUE(json::decode<Scene>(row.document) == row.scene);
+        EXPECT_TRUE(checkedAndDecoded<Scene>(row.document) == row.scene);
     }
 }
 
@@ -197,6 +199,88 @@ TEST(JSONDecoder, AWrongElementIsFoundAnywhereInALongList) {
         EXPECT_EQ(refusalOf<std::vector<std::int64_t>>(list + "]"),
                   (Refusal{path, path + ": expected an integer, found a string"}));
     }
+}
+
+/// As many members as said, whose keys are numbers from `first` on.
+std::string entries(int first, int count, const char* value) {
+    std::string text;
+    for (int key = first; key < first + count; ++key)
+        text += '"' + std::to_string(key) + "\":" + value + ',';
+    return text;
+}
+
+// More failures than are kept at once, so that it takes several passes to know the one to report.
+TEST(JSONDecoder, OfVeryManyWrongValuesInAMapTheOneWithTheLeastKeyIsReported) {
+    using Map = std::map<std::string, std::int64_t>;
+    const auto refusal = [](const std::string& path, const char* found) {
+        return Refusal{path, path + ": expected an integer, found " + found};
+    };
+    struct Row {
+        const char* sentence;
+        std::string entries;
+        std::optional<Refusal> refusal;
+    };
+    const std::string wrong = entries(100, 900, "true");
+    const Row rows[] = {
+        {"all are wrong", wrong, refusal("100", "true")},
+        {"the first is replaced", wrong + entries(100, 1, "1"), refusal("101", "true")},
+        {"all but the last are replaced", wrong + entries(100, 899, "1"), refusal("999", "true")},
+        {"all but the first are replaced", wrong + entries(101, 899, "1"), refusal("100", "true")},
+        {"all but one in the middle", wrong + entries(100, 500, "1") + entries(601, 399, "1"),
+         refusal("600", "true")},
+        {"all are replaced", wrong + entries(100, 900, "1"), std::nullopt},
+        {"all are replaced, and one is wrong again", wrong + entries(100, 900, "1") + entries(700, 1, "null"),
+         refusal("700", "null")},
+        {"all are wrong twice", wrong + entries(100, 900, "null"), refusal("100", "null")},
+        {"the second half comes first, and is replaced",
+         entries(500, 500, "true") + entries(100, 400, "true") + entries(100, 899, "1"),
+         refusal("999", "true")},
+        {"the keys after them are right", wrong + entries(100, 900, "1") + entries(1000, 900, "1"),
+         std::nullopt},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        const std::string text = "{" + row.entries + R"("0":0})";
+        EXPECT_EQ(refusalOf<Map>(text), row.refusal);
+    }
+    const std::string text = "{" + wrong + entries(100, 900, "1") + R"("0":0})";
+    const Map map = json::decode<Map>(text);
+    EXPECT_EQ(map.size(), 901U);
+    EXPECT_EQ(map, checkedAndDecoded<Map>(text));
+}
+
+TEST(JSONDecoder, MapsWithVeryManyWrongValuesAreToldApart) {
+    using Maps = std::vector<std::map<std::string, std::int64_t>>;
+    const std::string replaced = entries(100, 900, "true") + entries(100, 900, "1") + R"("0":0)";
+    const std::string wrong = entries(100, 900, "true") + entries(100, 899, "1") + R"("0":0)";
+    const std::string all = "{" + replaced + "},{" + replaced + "},{";
+    EXPECT_EQ(refusalOf<Maps>("[" + all + wrong + "}]"),
+              (Refusal{"[2].999", "[2].999: expected an integer, found true"}));
+    EXPECT_EQ(refusalOf<Maps>("[" + all + replaced + "}]"), std::nullopt);
+}
+
+// Each element takes many times its text, so the values are stored only after a pass that checks them.
+TEST(JSONDecoder, AListOfTheSmallestElementsIsReadWhole) {
+    using Texts = std::vector<std::vector<std::string>>;
+    constexpr std::size_t outer = 100;
+    constexpr std::size_t inner = 500;
+    std::string text = "[";
+    for (std::size_t list = 0; list < outer; ++list) {
+        text += list == 0 ? "[" : ",[";
+        for (std::size_t element = 0; element < inner + list; ++element)
+            text += element == 0 ? R"("")" : R"(,"")";
+        text += "]";
+    }
+    const Texts texts = json::decode<Texts>(text + "]");
+    ASSERT_EQ(texts.size(), outer);
+    for (std::size_t list = 0; list < outer; ++list) {
+        EXPECT_EQ(texts[list].size(), inner + list);
+        EXPECT_EQ(texts[list].capacity(), inner + list);
+    }
+    EXPECT_EQ(refusalOf<Texts>(text + ",[0]]"),
+              (Refusal{"[100][0]", "[100][0]: expected a string, found a number"}));
+    EXPECT_EQ(refusalOf<Texts>(text), (Refusal{"", "line 1, column " + std::to_string(text.size() + 1) +
+                                                       ": the document ends too early"}));
 }
 
 TEST(JSONDecoder, ErrorsAreCopiedWithTheirTexts) {

@@ -1,0 +1,149 @@
+#include "memory/hostile_documents.hpp"
+
+#include <algorithm>
+#include <set>
+
+#include "memory/smallest_documents.hpp"
+
+namespace kinovane::test {
+
+namespace {
+
+using json::Kind;
+using json::Row;
+using Use = std::function<void(const HostileDocument&)>;
+
+std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+
+/// A line break as an escape, again and again, which no reader can take as it stands.
+std::string escapes(std::size_t size) { return quoted(repeatedTo(size, R"(\n)")); }
+
+std::string zeros(std::size_t size) { return repeatedTo(size, "0"); }
+
+/// The document with one more member at its end.
+std::string extended(std::string document, std::string_view key, std::string_view value) {
+    document.pop_back();
+    document += document.ends_with('{') ? "" : ",";
+    return document + quoted(key) + ':' + std::string(value) + '}';
+}
+
+std::string truncated(std::string document) {
+    document.pop_back();
+    return document;
+}
+
+/// Wrong values under many keys, and then right ones under the same keys but for the last `left`.
+std::string replaced(const Place& place, std::size_t size, std::size_t left) {
+    const Place plain{{}, place.kind, {}, {}, place.elements};
+    std::string wrong = plain.filledWith(place.wrongElement(), size / 2);
+    std::string right = wrong;
+    const std::string oldValue = ':' + std::string(place.wrongElement());
+    const std::string newValue = ':' + place.elements.front();
+    std::size_t kept = right.size() - 1;
+    for (; left > 0; --left)
+        kept = right.rfind(',', kept - 1);
+    std::string replacements = right.substr(1, kept - 1) + ',';
+    std::string text;
+    for (std::size_t position = 0; position < replacements.size();) {
+        const std::size_t end = replacements.find(',', position);
+        text += replacements.substr(position, end - position - oldValue.size()) + newValue + ',';
+        position = end + 1;
+    }
+    text.pop_back();
+    wrong.back() = ',';
+    return place.before + wrong + text + '}' + place.after;
+}
+
+/// The last member of a record that is a text, if any.
+const Row* textOf(const json::Shape& record) {
+    const auto row = std::find_if(record.rows.rbegin(), record.rows.rend(),
+                                  [](const Row& each) { return each.shape->kind == Kind::text; });
+    return row == record.rows.rend() ? nullptr : &*row;
+}
+
+void useListOrMap(const Place& place, const json::Shape& record, std::size_t size, const Use& use) {
+    const auto refused = [&](std::string sentence, std::string text) {
+        use({place.name + ": " + std::move(sentence), std::move(text), false});
+    };
+    const auto accepted = [&](std::string sentence, std::string text) {
+        use({place.name + ": " + std::move(sentence), std::move(text), true});
+    };
+    for (const std::string& element : place.elements) {
+        const std::string text = place.filledWith(element, size);
+        accepted("elements " + element, text);
+        refused("elements " + element + ", truncated", truncated(text));
+    }
+    const std::string& smallest = place.elements.front();
+    const std::string wrong(place.wrongElement());
+    refused("wrong elements", place.filledWith(wrong, size));
+    refused("wrong elements, truncated", truncated(place.filledWith(wrong, size)));
+    refused("the first element is wrong", place.startingWith(wrong, smallest, size));
+    refused("the first element is wrong, truncated", truncated(place.startingWith(wrong, smallest, size)));
+    refused("the last element is wrong", place.endingWith(smallest, wrong, size));
+    refused("nulls", place.filledWith("null", size));
+    refused("many elements and then a long escaped text, truncated",
+            truncated(extended(place.filledWith(smallest, size / 2), "x", escapes(size / 2))));
+    if (const Row* row = textOf(record); row != nullptr) {
+        const std::string half = extended(place.filledWith(smallest, size / 2), row->key, escapes(size / 2));
+        accepted("many elements and then a long escaped text", half);
+        refused("the same, truncated", truncated(half));
+        refused("many elements and then a long number for a text",
+                extended(place.filledWith(smallest, size / 4), row->key, "1." + zeros(size * 3 / 4)));
+    }
+    if (place.kind == Kind::map) {
+        accepted("wrong values, all of them replaced", replaced(place, size, 0));
+        refused("wrong values, all but the last replaced", replaced(place, size, 1));
+        refused("wrong values, the second half replaced", replaced(place, size, 20'000));
+        const std::string key = quoted(zeros(size));
+        accepted("one long key", place.holding('{' + key + ':' + smallest + '}'));
+        refused("one long key, wrong", place.holding('{' + key + ':' + wrong + '}'));
+        const std::string escaped = escapes(size);
+        refused("one long escaped key, wrong", place.holding('{' + escaped + ':' + wrong + '}'));
+    }
+}
+
+void useValue(const Place& place, std::size_t size, const Use& use) {
+    const auto with = [&](std::string sentence, const std::string& value, bool accepted) {
+        use({place.name + ": " + std::move(sentence), place.holding(value), accepted});
+        use({place.name + ": the same, truncated", truncated(place.holding(value)), false});
+    };
+    if (place.kind == Kind::text) {
+        with("a long text", quoted(zeros(size)), true);
+        with("a long escaped text", escapes(size), true);
+    } else {
+        with("a long escaped text for another value", escapes(size), false);
+    }
+    const bool number = place.kind == Kind::integer || place.kind == Kind::real;
+    with("a number with many digits", "1." + zeros(size), number);
+    with("a number with many digits of which the last counts", "1." + zeros(size) + "1",
+         place.kind == Kind::real);
+    with("a number with many digits before the point", '1' + zeros(size), false);
+}
+
+} // namespace
+
+void forEachHostileDocument(const json::Shape& record, std::size_t size, const Use& use) {
+    std::set<Kind> kinds; // One value of each kind tells enough.
+    for (const Place& place : placesOf(record))
+        if (place.holdsSeveral())
+            useListOrMap(place, record, size, use);
+        else if (kinds.insert(place.kind).second)
+            useValue(place, size, use);
+    for (const Place& place : placesOfIncomplete(record))
+        if (place.holdsSeveral())
+            use({place.name + ": a key is missing", place.filledWith(place.elements.front(), size), false});
+
+    const std::string document = smallestDocument(record);
+    const std::string brackets = std::string(500, '[') + std::string(500, ']');
+    use({"a long unknown key", extended(document, zeros(size), "0"), true});
+    use({"many unknown keys", extended(document, "x", '{' + repeatedTo(size, R"("":0,)") + R"("":0})"),
+         true});
+    use({"lists in lists", extended(document, "x", '[' + repeatedTo(size, brackets + ',') + "0]"), true});
+    use({"a long unknown text", extended(document, "x", escapes(size)), true});
+    use({"a long unknown number", extended(document, "x", '1' + zeros(size)), true});
+    use({"too many levels", extended(document, "x", repeatedTo(size, "[")), false});
+    use({"a long unknown key, truncated", truncated(extended(document, zeros(size), "0")), false});
+    use({"white space", document + repeatedTo(size, " ") + 'x', false});
+}
+
+} // namespace kinovane::test

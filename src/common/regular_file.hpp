@@ -59,8 +59,11 @@ std::error_code openFailure(int error);
 /// The whole of a document. Throws std::filesystem::filesystem_error.
 std::string readDocument(const std::filesystem::path& location);
 
-/// More than any document of a workspace can sensibly hold.
-inline constexpr std::uint64_t maximumDocumentSize = std::uint64_t{1} << 30U;
+/// The largest document that is read. Documents of long productions have tens of megabytes; this is several
+/// times as much. Decoding takes less than 32 times a document's size, so one that is all list elements of
+/// the smallest kind stays below 8 GiB, which a machine that edits films can give, and one that is refused
+/// stays below 2 GiB.
+inline constexpr std::uint64_t maximumDocumentSize = std::uint64_t{256} << 20U;
 
 /// How much of a file is read at once for its digest.
 inline constexpr std::size_t digestReadSize = std::size_t{1} << 20U;

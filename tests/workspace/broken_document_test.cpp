@@ -112,10 +112,10 @@ TEST_P(BrokenDocument, SomethingElseStandsInItsPlace) {
          notOrdinary},
         {"an empty device", [](const fs::path& place) { fs::create_symlink("/dev/null", place); },
          notOrdinary},
-        {"a file of more than a gigabyte",
+        {"a file of more than 256 MiB",
          [this](const fs::path& place) {
              directory_.write(name_, "");
-             fs::resize_file(place, (std::uintmax_t{1} << 30U) + 1);
+             fs::resize_file(place, (std::uintmax_t{256} << 20U) + 1);
          },
          "File too large"},
     };

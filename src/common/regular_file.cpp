@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <system_error>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -29,7 +31,9 @@ Descriptor openForReading(const fs::path& location) {
                        make_error_code(std::errc::no_such_file_or_directory));
     if (holdsNUL(location.native()))
         throwFileError("cannot open", location, make_error_code(std::errc::no_such_file_or_directory));
-    Descriptor descriptor(retryInterrupted([&] { return ::open(location.c_str(), RegularFile::openFlags); }));
+    Descriptor descriptor = openDespiteLease([&] {
+        return Descriptor(retryInterrupted([&] { return ::open(location.c_str(), RegularFile::openFlags); }));
+    });
     if (!descriptor)
         throwFileError("cannot open", location, openFailure(errno));
     return descriptor;
@@ -86,6 +90,17 @@ std::size_t RegularFile::readDocumentPiece(std::span<std::byte> buffer) {
     if (std::max(size_, position_) > maximumDocumentSize)
         throwFileError("cannot read", location_, make_error_code(std::errc::file_too_large));
     return count;
+}
+
+bool LeaseWait::pause() {
+    constexpr int mostPauses = 100;
+    constexpr auto onePause = std::chrono::milliseconds(10);
+    if (errno != EWOULDBLOCK || pauses_ == mostPauses)
+        return false;
+    ++pauses_;
+    std::this_thread::sleep_for(onePause);
+    errno = EWOULDBLOCK;
+    return true;
 }
 
 std::error_code openFailure(int error) {

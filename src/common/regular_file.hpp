@@ -52,6 +52,29 @@ class RegularFile {
     bool ended_ = false;         ///< Nothing more is to be expected.
 };
 
+/// How long a file that another program holds a write lease on is waited for. Opening it asks that program to
+/// give the lease up, but does not wait, because nothing is opened in a way that may block.
+class LeaseWait {
+  public:
+    /// Pauses for a moment when errno says that there is a lease; false when there is none, or when the time
+    /// is over. Leaves errno alone.
+    bool pause();
+
+  private:
+    int pauses_ = 0;
+};
+
+/// The descriptor that `open` gives, tried again while another program gives up its write lease on the file.
+template <class Open>
+Descriptor openDespiteLease(Open open) {
+    LeaseWait wait;
+    for (;;) {
+        Descriptor descriptor = open();
+        if (descriptor || !wait.pause())
+            return descriptor;
+    }
+}
+
 /// What a failure to open a file means. A socket is no more a regular file than a FIFO is, but the system
 /// words it as if a device were missing.
 std::error_code openFailure(int error);

@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "common/regular_file.hpp"
 #include "handoff/link_kind.hpp"
 
 namespace kinovane {
@@ -157,7 +158,7 @@ std::error_code DirectoryWalk::climb() {
         if (!above)
             return lastError();
         if (above.identity() != before.identity())
-            return std::make_error_code(std::errc::resource_unavailable_try_again);
+            return {ESTALE, std::generic_category()};
         before = std::move(above);
     }
     steps_.pop_back();
@@ -173,8 +174,10 @@ Descriptor DirectoryWalk::open(int flags) {
             return {};
         }
     }
-    return openReportingInErrno(
-        [&] { return ::openat(current().descriptor(), name.c_str(), flags | O_NOFOLLOW); });
+    return openDespiteLease([&] {
+        return openReportingInErrno(
+            [&] { return ::openat(current().descriptor(), name.c_str(), flags | O_NOFOLLOW); });
+    });
 }
 
 } // namespace kinovane

@@ -25,7 +25,7 @@ class DirectoryWalk {
     explicit DirectoryWalk(const OpenDirectory& start) noexcept : start_(start) {}
 
     /// Follows a relative path; to be called once. Returns an error when the file system does not let it go
-    /// on, when it meets a magic link, and (resource_unavailable_try_again) when directories were moved
+    /// on, when it meets a magic link, and (ESTALE) when directories were moved
     /// meanwhile; the walk then stands where it stopped.
     [[nodiscard]] std::error_code follow(std::string path);
 

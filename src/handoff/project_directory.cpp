@@ -31,7 +31,7 @@ constexpr int attempts = 32;
 bool isChange(std::error_code error) {
     return error == std::errc::too_many_symbolic_link_levels || error == std::errc::not_a_directory ||
            error == std::errc::no_such_file_or_directory || error == std::errc::invalid_argument ||
-           error == std::errc::resource_unavailable_try_again;
+           error == std::error_code(ESTALE, std::generic_category());
 }
 
 /// Whether an error means that there is no directory at a location.
@@ -138,6 +138,8 @@ RegularFile ProjectDirectory::open(const std::string& path) const {
             if (Descriptor descriptor = walk.open(RegularFile::openFlags))
                 return {std::move(descriptor), location};
             error = openFailure(errno);
+            if (error == std::errc::operation_would_block) // A lease, which has been waited for.
+                throw fs::filesystem_error("cannot open", location, error);
         }
         if (!isChange(error) || attempt == attempts)
             throw fs::filesystem_error("cannot open", location, error);

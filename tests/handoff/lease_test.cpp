@@ -1,0 +1,140 @@
+// Files on which another program holds a write lease, as file servers do.
+
+#include <array>
+#include <csignal>
+#include <functional>
+#include <string>
+#include <system_error>
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <kinovane/handoff.hpp>
+
+#include "common/descriptor.hpp"
+#include "support/sample_film.hpp"
+
+namespace kinovane::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+int leasedFile = -1; ///< In the holder's process, for its signal handler.
+
+void giveUpLease(int /*signal*/) { ::fcntl(leasedFile, F_SETLEASE, F_UNLCK); }
+
+/// A process that holds a write lease on a file until this object is destroyed, or until the system asks for
+/// it.
+class LeaseHolder {
+  public:
+    enum class Answer { givesUp, keeps };
+
+    LeaseHolder(const fs::path& file, Answer answer) {
+        std::array<int, 2> ends{};
+        if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+            throw std::system_error(errno, std::generic_category(), "pipe2");
+        const Descriptor readEnd(ends[0]);
+        Descriptor writeEnd(ends[1]);
+        process_ = ::fork();
+        if (process_ == 0)
+            hold(file.c_str(), answer, writeEnd.get());
+        writeEnd.close();
+        char told = 0;
+        holds_ = retryInterrupted([&] { return ::read(readEnd.get(), &told, 1); }) == 1;
+    }
+    LeaseHolder(const LeaseHolder&) = delete;
+    LeaseHolder& operator=(const LeaseHolder&) = delete;
+    ~LeaseHolder() {
+        ::kill(process_, SIGKILL);
+        retryInterrupted([&] { return ::waitpid(process_, nullptr, 0); });
+    }
+
+    /// False where the file system has no leases.
+    bool holds() const { return holds_; }
+
+  private:
+    [[noreturn]] static void hold(const char* file, Answer answer, int told) {
+        ::signal(SIGIO, answer == Answer::givesUp ? giveUpLease : SIG_IGN);
+        leasedFile = ::open(file, O_RDWR | O_CLOEXEC);
+        if (::fcntl(leasedFile, F_SETLEASE, F_WRLCK) != 0 || ::write(told, "x", 1) != 1)
+            ::_exit(1);
+        for (;;)
+            ::pause();
+    }
+
+    pid_t process_ = -1;
+    bool holds_ = false;
+};
+
+std::string endingOf(const std::function<void()>& operation) {
+    try {
+        operation();
+        return "done";
+    } catch (const std::system_error& error) {
+        return error.code() == std::errc::operation_would_block ? "would block" : error.what();
+    } catch (const FilmProjectError& error) {
+        return error.what();
+    }
+}
+
+struct LeaseRow {
+    const char* sentence;
+    const char* file; ///< That is leased, in the film's directory.
+    std::function<void(const FilmWorkspaceSnapshot& film)> operation;
+    std::string refusal; ///< When the lease is kept.
+};
+
+void PrintTo(const LeaseRow& row, std::ostream* stream) { *stream << row.sentence; }
+
+class LeasedFile : public testing::TestWithParam<LeaseRow> {
+  protected:
+    LeasedFile() {
+        film_.snapshot.runManifest = film_.directory.write("run.json", "");
+        film_.directory.write("film-project.json", smallestProject());
+        film_.add("poster", "poster.png", "poster");
+    }
+
+    std::string endingWith(LeaseHolder::Answer answer) const {
+        const LeaseHolder holder(film_.directory / GetParam().file, answer);
+        if (!holder.holds())
+            return "no leases";
+        return endingOf([&] { GetParam().operation(film_.snapshot); });
+    }
+
+    WorkspaceMaker film_;
+};
+
+TEST_P(LeasedFile, IsReadOnceTheLeaseIsGivenUp) {
+    const std::string ending = endingWith(LeaseHolder::Answer::givesUp);
+    if (ending == "no leases")
+        GTEST_SKIP() << "this file system has no leases";
+    EXPECT_EQ(ending, "done");
+}
+
+TEST_P(LeasedFile, IsRefusedWhenTheLeaseIsKept) {
+    const std::string ending = endingWith(LeaseHolder::Answer::keeps);
+    if (ending == "no leases")
+        GTEST_SKIP() << "this file system has no leases";
+    EXPECT_EQ(ending, GetParam().refusal);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , LeasedFile,
+    testing::Values(
+        LeaseRow{"a document", "film-project.json",
+                 [](const auto& film) { FilmProjectLoader::load(film.runManifest); },
+                 "The film project could not be read: film-project.json: Resource temporarily unavailable"},
+        LeaseRow{"an artifact of a build", "poster.png",
+                 [](const auto& film) { VistrelHandoffBuilder::build(film, "film"); }, "would block"},
+        LeaseRow{"a file whose digest is asked for", "poster.png",
+                 [](const auto& film) { VistrelHandoffBuilder::sha256(film.root / "poster.png"); },
+                 "would block"}),
+    [](const auto& row) { return std::to_string(row.index); });
+
+} // namespace
+
+} // namespace kinovane::test

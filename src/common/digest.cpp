@@ -1,36 +1,72 @@
 #include "common/digest.hpp"
 
 #include <array>
+#include <cstdlib>
+#include <mutex>
 #include <new>
+#include <stdexcept>
 
+#include <openssl/crypto.h>
+#include <openssl/err.h>
 #include <openssl/evp.h>
 
 namespace kinovane {
 
 namespace {
 
-// The digest library fails only for want of memory or of its own configuration; neither leaves anything to
-// try.
+// The digest library fails here only when it is out of memory.
 void require(int succeeded) {
     if (succeeded != 1)
         throw std::bad_alloc();
 }
 
+/// Held while the algorithm is fetched. Never destroyed, because it is used at exit.
+std::mutex& fetching() {
+    static auto& mutex = *new std::mutex;
+    return mutex;
+}
+
+/// Registered to run at exit before libcrypto's own clean-up, which must not begin in the middle of a fetch.
+void awaitFetch() { const std::lock_guard lock(fetching()); }
+
+/// Fetches SHA-256 from a library context of its own. At exit libcrypto frees the default context, and a
+/// worker thread may still be computing a digest at that moment. Nothing frees this one.
+EVP_MD* fetchAlgorithm() {
+    const std::lock_guard lock(fetching());
+    [[maybe_unused]] static const int registered = std::atexit(awaitFetch);
+    // The clean-up at exit is not registered, unless the application uses libcrypto itself and did so before.
+    if (OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT | OPENSSL_INIT_NO_LOAD_CONFIG, nullptr) != 1)
+        throw std::runtime_error("libcrypto cannot be used any more, because the process is exiting");
+    static OSSL_LIB_CTX* const context = OSSL_LIB_CTX_new();
+    if (context == nullptr)
+        throw std::bad_alloc();
+    ERR_set_mark(); // The application's errors stay as they are.
+    EVP_MD* const algorithm = EVP_MD_fetch(context, "SHA2-256", nullptr);
+    const bool outOfMemory =
+        algorithm == nullptr && ERR_GET_REASON(ERR_peek_last_error()) == ERR_R_MALLOC_FAILURE;
+    ERR_pop_to_mark();
+    if (outOfMemory)
+        throw std::bad_alloc();
+    if (algorithm == nullptr)
+        throw std::runtime_error("libcrypto on this machine has no SHA-256");
+    return algorithm;
+}
+
+/// The algorithm is fetched once: looking it up costs as much as digesting a small file. After a failure the
+/// next call tries again.
+const EVP_MD* algorithm() {
+    static const EVP_MD* const fetched = fetchAlgorithm();
+    return fetched;
+}
+
 } // namespace
 
-// The algorithm is fetched once for each object: looking it up costs as much as digesting a small file.
-Digest::Digest() : algorithm_(EVP_MD_fetch(nullptr, "SHA2-256", nullptr)), context_(EVP_MD_CTX_new()) {
-    if (algorithm_ == nullptr || context_ == nullptr) {
-        EVP_MD_CTX_free(context_);
-        EVP_MD_free(algorithm_);
+Digest::Digest() : algorithm_(algorithm()), context_(EVP_MD_CTX_new()) {
+    if (context_ == nullptr)
         throw std::bad_alloc();
-    }
 }
 
-Digest::~Digest() {
-    EVP_MD_CTX_free(context_);
-    EVP_MD_free(algorithm_);
-}
+Digest::~Digest() { EVP_MD_CTX_free(context_); }
 
 void Digest::update(std::span<const std::byte> bytes) {
     begin();

@@ -10,8 +10,9 @@ struct evp_md_st;
 namespace kinovane {
 
 /// Computes SHA-256 digests, one after the other, as digest text: "sha256:" and 64 lowercase hexadecimal
-/// digits. Not to be shared between threads. Throws std::bad_alloc when the digest library has no memory
-/// left.
+/// digits. Not to be shared between threads. Throws std::bad_alloc when it is out of memory, and
+/// std::runtime_error when the digest library of this machine has no SHA-256. It also works while the process
+/// exits, in threads that are still running then.
 class Digest {
   public:
     Digest();
@@ -32,7 +33,7 @@ class Digest {
   private:
     void begin();
 
-    evp_md_st* algorithm_;
+    const evp_md_st* algorithm_;
     evp_md_ctx_st* context_;
     bool begun_ = false; ///< The context is ready for more bytes of the digest at hand.
 };

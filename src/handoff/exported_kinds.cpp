@@ -5,7 +5,8 @@
 namespace kinovane {
 
 bool isExportedKind(std::string_view kind) {
-    static const std::unordered_set<std::string_view> exportedKinds{
+    // Never destroyed: a worker thread may ask while the process exits.
+    static const auto& exportedKinds = *new std::unordered_set<std::string_view>{
         "cast-master",      "location-master",  "shot-keyframe",   "shot-clip",
         "dialogue",         "sound-effect",     "score",           "subtitle-srt",
         "subtitle-vtt",     "caption-receipt",  "edit-block",      "edit-block-receipt",

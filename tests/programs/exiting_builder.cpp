@@ -1,0 +1,40 @@
+// Exits while a worker thread builds a handoff: exiting_builder RUN_JSON MICROSECONDS plain|initialised
+//   initialised  this program uses libcrypto itself, and has its clean-up registered before the library is
+//   used
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <thread>
+
+#include <openssl/crypto.h>
+#include <openssl/evp.h>
+
+#include <kinovane/handoff.hpp>
+
+int main(int count, char** arguments) {
+    if (count != 4)
+        return 2;
+    if (std::string_view(arguments[3]) == "initialised") {
+        OPENSSL_init_crypto(OPENSSL_INIT_LOAD_CONFIG, nullptr);
+        EVP_MD_free(EVP_MD_fetch(nullptr, "SHA2-256", nullptr));
+    }
+    // Never destroyed, as the worker thread uses it to the end.
+    const auto& film = *new kinovane::FilmWorkspaceSnapshot(kinovane::FilmProjectLoader::load(arguments[1]));
+    static std::atomic<bool> building = false;
+    std::thread([&film] {
+        for (;;) {
+            building = true;
+            building.notify_all();
+            kinovane::HandoffBuildOptions options;
+            options.workers = 2;
+            static_cast<void>(kinovane::VistrelHandoffBuilder::build(film, "film", "now", options));
+        }
+    }).detach();
+    building.wait(false);
+    // The moment is part of the test: it differs from run to run.
+    std::this_thread::sleep_for(std::chrono::microseconds(std::stol(arguments[2])));
+    return EXIT_SUCCESS; // Runs everything that is registered for the exit, and destroys static objects.
+}

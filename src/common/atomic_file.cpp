@@ -61,12 +61,12 @@ int flushToDisk(int descriptor) {
 /// files.
 Descriptor openDirectory(const fs::path& directory) {
     const auto open = [&](int flags) {
-        return retryInterrupted([&] { return ::open(directory.c_str(), flags | O_DIRECTORY | O_CLOEXEC); });
+        return openAboveStandard([&] { return ::open(directory.c_str(), flags | O_DIRECTORY | O_CLOEXEC); });
     };
-    Descriptor descriptor(open(O_RDONLY));
+    Descriptor descriptor = open(O_RDONLY);
 #ifdef O_PATH
     if (!descriptor && errno == EACCES)
-        descriptor = Descriptor(open(O_PATH));
+        descriptor = open(O_PATH);
 #endif
     return descriptor;
 }
@@ -119,6 +119,10 @@ void AtomicFile::findOldMode() {
 void AtomicFile::create() {
     // A replacement is its owner's alone until its content is complete and its mode is set.
     const mode_t mode = oldMode_ ? *oldMode_ & ownerOnly : mode_t{0666};
+    // Reserved first, because what is created under one of these numbers would be written to at once.
+    const ReservedStandardDescriptors reserved;
+    if (reserved.error() != 0)
+        fail("cannot create a temporary file beside", target_, reserved.error());
     std::random_device random;
     for (int attempt = 0; attempt < namesToTry; ++attempt) {
         // Before the file is there: a failure to allocate must not leave it behind.

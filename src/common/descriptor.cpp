@@ -1,6 +1,6 @@
 #include "common/descriptor.hpp"
 
-#include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 
@@ -19,16 +19,17 @@ bool isOpen(int number) { return ::fcntl(number, F_GETFD) >= 0; }
 
 } // namespace
 
-ReservedStandardDescriptors::ReservedStandardDescriptors() {
-    // The system gives out the lowest free number, so each new descriptor fills the next gap.
-    std::size_t taken = 0;
-    while (taken < reserved_.size() &&
-           !(isOpen(STDIN_FILENO) && isOpen(STDOUT_FILENO) && isOpen(STDERR_FILENO))) {
+ReservedStandardDescriptors::ReservedStandardDescriptors() noexcept {
+    for (Descriptor& reserved : reserved_) {
+        if (isOpen(STDIN_FILENO) && isOpen(STDOUT_FILENO) && isOpen(STDERR_FILENO))
+            return;
+        // The system gives out the lowest free number: when that is none of these, all of them are taken.
         Descriptor filler(retryInterrupted([] { return ::open("/", reservedFlags); }));
         if (!filler)
-            throw std::system_error(errno, std::generic_category(), "cannot reserve a descriptor");
-        if (isStandard(filler.get()))
-            reserved_[taken++] = std::move(filler);
+            error_ = errno;
+        if (!isStandard(filler.get()))
+            return;
+        reserved = std::move(filler);
     }
 }
 

@@ -32,7 +32,7 @@ Descriptor openForReading(const fs::path& location) {
     if (holdsNUL(location.native()))
         throwFileError("cannot open", location, make_error_code(std::errc::no_such_file_or_directory));
     Descriptor descriptor = openDespiteLease([&] {
-        return Descriptor(retryInterrupted([&] { return ::open(location.c_str(), RegularFile::openFlags); }));
+        return openAboveStandard([&] { return ::open(location.c_str(), RegularFile::openFlags); });
     });
     if (!descriptor)
         throwFileError("cannot open", location, openFailure(errno));

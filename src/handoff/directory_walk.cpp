@@ -175,7 +175,7 @@ Descriptor DirectoryWalk::open(int flags) {
         }
     }
     return openDespiteLease([&] {
-        return openReportingInErrno(
+        return openAboveStandard(
             [&] { return ::openat(current().descriptor(), name.c_str(), flags | O_NOFOLLOW); });
     });
 }

@@ -38,7 +38,7 @@ LinkKind kindOfLink(int directory, const char* name, std::string_view target) {
     open_how how{};
     how.flags = O_PATH | O_CLOEXEC;
     how.resolve = RESOLVE_NO_MAGICLINKS;
-    if (openReportingInErrno(
+    if (openAboveStandard(
             [&] { return static_cast<int>(::syscall(SYS_openat2, directory, name, &how, sizeof how)); }))
         return LinkKind::text;
     if (errno == ELOOP) // No link of procfs leads in a circle.

@@ -31,12 +31,12 @@ OpenDirectory::OpenDirectory(Descriptor descriptor) : descriptor_(std::move(desc
 }
 
 OpenDirectory OpenDirectory::at(const char* path) {
-    return OpenDirectory(openReportingInErrno([&] { return ::open(path, passingFlags); }));
+    return OpenDirectory(openAboveStandard([&] { return ::open(path, passingFlags); }));
 }
 
 OpenDirectory OpenDirectory::in(const OpenDirectory& parent, const char* name) {
     return OpenDirectory(
-        openReportingInErrno([&] { return ::openat(parent.descriptor(), name, passingFlags | O_NOFOLLOW); }));
+        openAboveStandard([&] { return ::openat(parent.descriptor(), name, passingFlags | O_NOFOLLOW); }));
 }
 
 } // namespace kinovane

@@ -1,25 +1,10 @@
 #pragma once
 
-#include <cerrno>
-#include <system_error>
-
 #include <sys/types.h>
 
 #include "common/descriptor.hpp"
 
 namespace kinovane {
-
-/// The descriptor that `open` gives, as from openAboveStandard; but every failure leaves an invalid
-/// descriptor and the reason in errno, so that the caller can name the file.
-template <class Open>
-Descriptor openReportingInErrno(Open open) {
-    try {
-        return openAboveStandard(open);
-    } catch (const std::system_error& error) {
-        errno = error.code().value();
-        return {};
-    }
-}
 
 /// A directory that is open to be passed through: the right to search it is needed, the right to list it is
 /// not.

@@ -51,7 +51,7 @@ std::optional<RegularFile> openBeneath([[maybe_unused]] int directory,
     open_how how{};
     how.flags = static_cast<decltype(how.flags)>(RegularFile::openFlags);
     how.resolve = RESOLVE_BENEATH | RESOLVE_NO_MAGICLINKS;
-    Descriptor descriptor = openReportingInErrno(
+    Descriptor descriptor = openAboveStandard(
         [&] { return static_cast<int>(::syscall(SYS_openat2, directory, path.c_str(), &how, sizeof how)); });
     if (descriptor)
         return RegularFile::from(std::move(descriptor), location);

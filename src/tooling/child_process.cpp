@@ -69,17 +69,6 @@ struct Pipe {
     Descriptor writeEnd;
 };
 
-/// Descriptors 0 to 2 are the child's; a pipe that got one of them, because the application had closed it,
-/// moves up.
-Descriptor aboveStandard(Descriptor descriptor) {
-    if (descriptor.get() > STDERR_FILENO)
-        return descriptor;
-    Descriptor moved(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-    if (!moved)
-        failLaunch(errno);
-    return moved;
-}
-
 /// Close-on-exec from birth: a child that another thread starts at this moment must not inherit an end, or
 /// the end of the output would come only when that child ends too.
 Pipe openPipe() {
@@ -94,9 +83,22 @@ Pipe openPipe() {
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
         failLaunch(errno);
 #endif
-    Descriptor readEnd(ends[0]);
-    Descriptor writeEnd(ends[1]);
-    return {aboveStandard(std::move(readEnd)), aboveStandard(std::move(writeEnd))};
+    return {Descriptor(ends[0]), Descriptor(ends[1])};
+}
+
+/// A run's pipes, none of them under a standard number that the application has closed. The numbers are
+/// reserved first: what another thread writes there, even for an instant, would be output of the program, or
+/// end the process with SIGPIPE.
+struct OutputPipes {
+    Pipe output;
+    Pipe errors;
+};
+
+OutputPipes openOutputPipes() {
+    const ReservedStandardDescriptors reserved;
+    if (reserved.error() != 0)
+        failLaunch(reserved.error());
+    return {openPipe(), openPipe()};
 }
 
 class FileActions {
@@ -184,8 +186,7 @@ void ChildProcess::start(const std::string& executable, const std::vector<std::s
         argumentTexts.add(argument);
     TextVector environmentTexts = mergedEnvironment(environment);
 
-    Pipe output = openPipe();
-    Pipe errors = openPipe();
+    auto [output, errors] = openOutputPipes();
     const Descriptor input = duplicateStandardInput();
     FileActions actions;
     actions.connect(input, output.writeEnd.get(), errors.writeEnd.get());

@@ -7,6 +7,8 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include "common/descriptor.hpp"
+
 namespace kinovane {
 
 namespace {
@@ -29,6 +31,10 @@ template <class Ask>
 std::optional<std::string> directoryFrom(const char* call, Ask ask) {
     constexpr std::size_t largestBuffer = std::size_t{1} << 20U;
     std::vector<char> buffer(1024);
+    // The C library opens files and sockets to find the answer.
+    const ReservedStandardDescriptors reserved;
+    if (reserved.error() != 0)
+        throw std::system_error(reserved.error(), std::generic_category(), call);
     for (;;) {
         passwd entry{};
         passwd* found = nullptr;

@@ -38,8 +38,11 @@ using OpenDirectory = std::unique_ptr<DIR, CloseDirectory>;
 
 /// Null when the location cannot be opened as a directory.
 OpenDirectory openForListing(const fs::path& location) {
-    Descriptor descriptor = openAboveStandard(
-        [&] { return ::open(location.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK); });
+    const ReservedStandardDescriptors reserved;
+    if (reserved.error() != 0)
+        return nullptr;
+    Descriptor descriptor(retryInterrupted(
+        [&] { return ::open(location.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK); }));
     OpenDirectory directory(descriptor ? ::fdopendir(descriptor.get()) : nullptr);
     if (directory)
         descriptor.release(); // Closed with the directory from now on.

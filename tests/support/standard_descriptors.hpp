@@ -1,0 +1,58 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <string>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "support/attacker.hpp"
+#include "support/forked_process.hpp"
+
+namespace kinovane::test {
+
+/// Which of the standard descriptors an application has closed: one bit each, 0 to 7 in all.
+using ClosedDescriptors = int;
+
+inline std::string nameOf(ClosedDescriptors closed) {
+    std::string name = closed == 0 ? "None" : "";
+    for (int number = 0; number <= STDERR_FILENO; ++number)
+        if ((closed & 1 << number) != 0)
+            name += std::to_string(number);
+    return name;
+}
+
+/// Uses all three without a pause, whether they are open or not: reads from standard input, writes to
+/// standard output and standard error. What gets one of these numbers by accident is soon spoilt.
+class StandardTraffic {
+  public:
+    StandardTraffic()
+        : thread_([](std::size_t /*turn*/) {
+              std::array<char, 6> text{"noise"};
+              static_cast<void>(::read(STDIN_FILENO, text.data(), 1) + ::write(STDOUT_FILENO, "noise", 5) +
+                                ::write(STDERR_FILENO, "noise", 5));
+          }) {
+        thread_.awaitTurn();
+    }
+
+  private:
+    Attacker thread_;
+};
+
+/// Runs the job in a process that has closed these descriptors and in which another thread uses them all the
+/// time; gives the job's text.
+inline std::string withClosed(ClosedDescriptors closed, const std::function<std::string()>& job) {
+    return inForkedProcess([&] {
+        const int null = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+        for (int number = 0; number <= STDERR_FILENO; ++number)
+            if ((closed & 1 << number) != 0)
+                ::close(number);
+            else
+                ::dup2(null, number);
+        const StandardTraffic traffic;
+        return job();
+    });
+}
+
+} // namespace kinovane::test

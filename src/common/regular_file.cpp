@@ -31,9 +31,8 @@ Descriptor openForReading(const fs::path& location) {
                        make_error_code(std::errc::no_such_file_or_directory));
     if (holdsNUL(location.native()))
         throwFileError("cannot open", location, make_error_code(std::errc::no_such_file_or_directory));
-    Descriptor descriptor = openDespiteLease([&] {
-        return openAboveStandard([&] { return ::open(location.c_str(), RegularFile::openFlags); });
-    });
+    Descriptor descriptor = openDespiteLease(
+        [&] { return openAboveStandard([&] { return ::open(location.c_str(), RegularFile::openFlags); }); });
     if (!descriptor)
         throwFileError("cannot open", location, openFailure(errno));
     return descriptor;

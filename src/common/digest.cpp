@@ -35,7 +35,8 @@ EVP_MD* fetchAlgorithm() {
     const std::lock_guard lock(fetching());
     [[maybe_unused]] static const int registered = std::atexit(awaitFetch);
     // The clean-up at exit is not registered, unless the application uses libcrypto itself and did so before.
-    if (OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT | OPENSSL_INIT_NO_LOAD_CONFIG, nullptr) != 1)
+    // Nothing else is decided here: the application's own configuration of libcrypto stays possible.
+    if (OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr) != 1)
         throw std::runtime_error("libcrypto cannot be used any more, because the process is exiting");
     static OSSL_LIB_CTX* const context = OSSL_LIB_CTX_new();
     if (context == nullptr)

@@ -1,13 +1,17 @@
 #pragma once
 
+#include <cstddef>
 #include <exception>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 #include <kinovane/json.hpp>
 
 #include "promise.hpp"
+#include "support/heap_count.hpp"
 #include "unicode.hpp"
 
 namespace kinovane::fuzz {
@@ -33,7 +37,7 @@ inline Refusal refusalOf(const JSONDecodingError& error) {
 
 /// The record, or the refusal. Nothing else may come out of the library.
 template <class Record>
-std::variant<Record, Refusal> readDocument(std::string_view document) {
+std::variant<Record, Refusal> tryToRead(std::string_view document) {
     try {
         return decodeJSON<Record>(document);
     } catch (const JSONDecodingError& error) {
@@ -42,6 +46,21 @@ std::variant<Record, Refusal> readDocument(std::string_view document) {
         promise(false, "only a JSONDecodingError comes out of reading", error.what());
         throw;
     }
+}
+
+/// The same, within the memory that a document of this size may take.
+template <class Record>
+std::variant<Record, Refusal> readDocument(std::string_view document) {
+    std::optional<std::variant<Record, Refusal>> answer;
+    const std::size_t peak = test::peakBytesOf([&] { answer = tryToRead<Record>(document); });
+    constexpr std::size_t smallest = std::size_t{32} << 10U;
+    if (std::holds_alternative<Refusal>(*answer))
+        promise(peak < smallest + 8 * document.size(), "a document that is refused takes little memory",
+                document);
+    else
+        promise(peak < smallest + 32 * document.size(), "a document takes memory in proportion to its size",
+                document);
+    return std::move(*answer);
 }
 
 } // namespace kinovane::fuzz

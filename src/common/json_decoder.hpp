@@ -10,7 +10,7 @@ namespace kinovane::json {
 
 // The values of a document are stored in the freshly made value at `target`, which has this shape; it is of
 // no use when an exception is thrown. Beside the caller's text, decoding takes less than 8 times the
-// document's size (and 256 KiB) for a document that is refused, and less than 32 times for one that is
+// document's size (and 128 KiB) for a document that is refused, and less than 32 times for one that is
 // accepted.
 
 /// Decodes a whole document. Throws JSONDecodingError.

@@ -57,7 +57,7 @@ class Storage {
 
   private:
     static constexpr std::size_t noLimit = SIZE_MAX;
-    static constexpr std::size_t smallestSize = std::size_t{16} << 10U;
+    static constexpr std::size_t smallestSize = std::size_t{4} << 10U;
 
     std::size_t limit_ = 4 * smallestSize;
     std::size_t keyFailureLimit_ = smallestSize / 4;

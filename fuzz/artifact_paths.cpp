@@ -71,8 +71,8 @@ constexpr std::string_view names[] = {"a.png",
 static_assert(std::size(names) == 45);
 
 constexpr unsigned magicByte = 254; ///< The name "magic".
-constexpr unsigned longByte = 255;  ///< So many "./" that few of them make a path too long.
-constexpr int longCount = 700;
+constexpr unsigned longByte = 255;  ///< "." and so many slashes that three of them make a path too long.
+constexpr std::size_t longCount = 1400;
 
 std::string pathOf(std::string_view input) {
     std::string path;
@@ -85,8 +85,7 @@ std::string pathOf(std::string_view input) {
         if (isName)
             path += number == magicByte ? "magic" : names[number];
         else if (number == longByte)
-            for (int count = 0; count < longCount; ++count)
-                path += "./";
+            path.append(".").append(longCount, '/');
         else if (number == std::size(names))
             path += '\0';
         else

@@ -137,9 +137,9 @@ std::error_code DirectoryWalk::followLink(std::string name, Pending& pending) {
 
 /// Goes to the directory above.
 ///
-/// Below the start that is the directory from which the present one was entered, whoever moves either of them
-/// meanwhile. One that is no longer open is opened again as the parent of the present one, which may have
-/// been moved to another place since; so it must be the same directory as before, or else the path is
+/// Below the start that is the directory from which the present one was entered, even if either of them is
+/// moved meanwhile. One that is no longer open is opened again as the parent of the present one, which may
+/// have been moved to another place since; so it must be the same directory as before, or else the path is
 /// followed once more. A directory made in the meantime may have got the number of one that was removed, but
 /// then there is nothing in it except what was put there meanwhile.
 ///

@@ -41,7 +41,7 @@ bool isMissing(std::error_code error) {
 }
 
 /// The fast path, which serves nearly every file: the operating system opens the artifact's path and itself
-/// vouches that it never left the directory, whoever exchanges links meanwhile. A refusal says nothing (a
+/// vouches that it never left the directory, even if links are exchanged meanwhile. A refusal says nothing (a
 /// link may lead out and another one back in, and older systems do not know the call), so the slow path then
 /// decides.
 std::optional<RegularFile> openBeneath([[maybe_unused]] int directory,

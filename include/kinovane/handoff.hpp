@@ -184,6 +184,8 @@ struct KINOVANE_EXPORT ArtifactOutcome {
     bool operator==(const ArtifactOutcome&) const = default;
 };
 
+/// Every operation here may also throw std::bad_alloc, and those that compute a digest std::runtime_error
+/// when the libcrypto of this machine has no SHA-256.
 namespace VistrelHandoffBuilder {
 
 /// Makes the handoff of a workspace that has a production plan. Every artifact of an exported kind is
@@ -193,9 +195,8 @@ namespace VistrelHandoffBuilder {
 /// `projectRoot` is only recorded; `exportedAt` is used as it stands, or the current time (UTC, whole
 /// seconds) when absent. Throws VistrelHandoffError, std::filesystem::filesystem_error when a file cannot be
 /// read (std::errc::invalid_argument when `from.root` is empty or holds a NUL byte), and JSONEncodingError
-/// when a path is not UTF-8. Two exported artifacts with one path, or a duration
-/// or timeline that does not fit 64 bits of milliseconds, end the process: a sound workspace cannot hold
-/// them.
+/// when a path is not UTF-8. Two exported artifacts with one path, or a duration or timeline that does not
+/// fit 64 bits of milliseconds, end the process: a sound workspace cannot hold them.
 ///
 /// Blocks on file input; memory does not grow with the size of the files. Several builds may run at once.
 KINOVANE_EXPORT VistrelHandoff build(const FilmWorkspaceSnapshot& from, const std::string& projectRoot,

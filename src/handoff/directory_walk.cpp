@@ -66,7 +66,7 @@ void DirectoryWalk::goOnByName(std::string name, std::errc missing) {
         missing_ = missing;
 }
 
-void DirectoryWalk::standIn(OpenDirectory directory) {
+void DirectoryWalk::moveTo(OpenDirectory directory) {
     passedStart_ = directory.identity() == start_.identity();
     base_ = std::move(directory);
     steps_.clear();
@@ -94,7 +94,7 @@ std::error_code DirectoryWalk::enterDirectory(std::string name) {
     if (!next)
         return lastError();
     if (!passedStart_) {
-        standIn(std::move(next));
+        moveTo(std::move(next));
         return {};
     }
     steps_.push_back({std::move(name), std::move(next)});
@@ -129,7 +129,7 @@ std::error_code DirectoryWalk::followLink(std::string name, Pending& pending) {
         OpenDirectory top = OpenDirectory::at("/");
         if (!top)
             return lastError();
-        standIn(std::move(top));
+        moveTo(std::move(top));
     }
     pending.emplace_back(std::move(target));
     return {};
@@ -149,7 +149,7 @@ std::error_code DirectoryWalk::climb() {
         OpenDirectory above = OpenDirectory::in(current(), "..");
         if (!above)
             return lastError();
-        standIn(std::move(above));
+        moveTo(std::move(above));
         return {};
     }
     if (steps_.size() > 1 && !steps_[steps_.size() - 2].directory) {

@@ -55,7 +55,7 @@ class DirectoryWalk {
 
     const OpenDirectory& current() const noexcept;
     void goOnByName(std::string name, std::errc missing);
-    void standIn(OpenDirectory directory);
+    void moveTo(OpenDirectory directory);
     [[nodiscard]] std::error_code enter(std::string name, Pending& pending);
     [[nodiscard]] std::error_code enterDirectory(std::string name);
     [[nodiscard]] std::error_code followLink(std::string name, Pending& pending);

@@ -12,14 +12,14 @@
 
 #include <unistd.h>
 
-#include "common/descriptor.hpp"
-#include "common/json_decoder.hpp"
-#include "common/regular_file.hpp"
+#include "common/files/descriptor.hpp"
+#include "common/json/decoder.hpp"
+#include "common/files/regular_file.hpp"
 #include "handoff/handoff_tables.hpp"
 #include "reading.hpp"
 #include "record_choice.hpp"
 #include "target.hpp"
-#include "tooling/reply_tables.hpp"
+#include "tooling/film_tool/reply_tables.hpp"
 #include "workspace/brief_form.hpp"
 #include "workspace/plan_tables.hpp"
 #include "workspace/project_tables.hpp"

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/descriptor.hpp"
+#include "common/files/descriptor.hpp"
 
 namespace kinovane::fuzz {
 

@@ -7,11 +7,11 @@
 
 #include <unistd.h>
 
-#include "common/descriptor.hpp"
+#include "common/files/descriptor.hpp"
 #include "common/utf8.hpp"
 #include "promise.hpp"
 #include "target.hpp"
-#include "tooling/output_capture.hpp"
+#include "tooling/process/output_capture.hpp"
 #include "unicode.hpp"
 
 namespace kinovane::fuzz {

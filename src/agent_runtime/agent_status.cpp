@@ -1,7 +1,7 @@
 #include <kinovane/agent_runtime.hpp>
 
 #include "agent_runtime/agent_tables.hpp"
-#include "common/json_instances.hpp"
+#include "common/json/instances.hpp"
 
 namespace kinovane {
 

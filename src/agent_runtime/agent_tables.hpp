@@ -2,7 +2,7 @@
 
 #include <kinovane/agent_runtime.hpp>
 
-#include "common/json_table.hpp"
+#include "common/json/table.hpp"
 
 /// The JSON keys of the agent runtime's status.
 namespace kinovane::json {

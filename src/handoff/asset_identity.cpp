@@ -3,7 +3,7 @@
 #include <span>
 #include <string_view>
 
-#include "common/json_writer.hpp"
+#include "common/json/writer.hpp"
 
 namespace kinovane {
 

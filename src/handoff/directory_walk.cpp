@@ -9,7 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "common/regular_file.hpp"
+#include "common/files/regular_file.hpp"
 #include "handoff/link_kind.hpp"
 
 namespace kinovane {

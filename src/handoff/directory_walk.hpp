@@ -5,7 +5,7 @@
 #include <system_error>
 #include <vector>
 
-#include "common/descriptor.hpp"
+#include "common/files/descriptor.hpp"
 #include "handoff/open_directory.hpp"
 #include "handoff/path_components.hpp"
 

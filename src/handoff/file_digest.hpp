@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "common/atomic_file.hpp"
+#include "common/files/atomic_file.hpp"
 #include "common/digest.hpp"
-#include "common/regular_file.hpp"
+#include "common/files/regular_file.hpp"
 
 namespace kinovane {
 

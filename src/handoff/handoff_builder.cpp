@@ -7,11 +7,11 @@
 
 #include <kinovane/handoff.hpp>
 
-#include "common/atomic_file.hpp"
+#include "common/files/atomic_file.hpp"
 #include "common/digest.hpp"
 #include "common/fatal.hpp"
-#include "common/file_location.hpp"
-#include "common/regular_file.hpp"
+#include "common/files/location.hpp"
+#include "common/files/regular_file.hpp"
 #include "handoff/artifact_examiner.hpp"
 #include "handoff/file_digest.hpp"
 #include "handoff/handoff_document.hpp"

@@ -2,7 +2,7 @@
 
 #include <kinovane/handoff.hpp>
 
-#include "common/json_table.hpp"
+#include "common/json/table.hpp"
 
 /// The JSON keys of the handoff manifest and of the importer's receipt.
 namespace kinovane::json {

@@ -2,7 +2,7 @@
 
 #include <sys/types.h>
 
-#include "common/descriptor.hpp"
+#include "common/files/descriptor.hpp"
 
 namespace kinovane {
 

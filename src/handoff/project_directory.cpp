@@ -14,7 +14,7 @@
 
 #include <kinovane/handoff.hpp>
 
-#include "common/file_location.hpp"
+#include "common/files/location.hpp"
 #include "handoff/directory_walk.hpp"
 
 namespace kinovane {

@@ -5,7 +5,7 @@
 #include <string>
 #include <system_error>
 
-#include "common/regular_file.hpp"
+#include "common/files/regular_file.hpp"
 #include "handoff/open_directory.hpp"
 
 namespace kinovane {

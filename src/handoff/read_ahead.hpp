@@ -8,7 +8,7 @@
 #include <span>
 #include <thread>
 
-#include "common/regular_file.hpp"
+#include "common/files/regular_file.hpp"
 
 namespace kinovane {
 

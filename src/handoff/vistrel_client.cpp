@@ -5,7 +5,7 @@
 #include <kinovane/tooling.hpp>
 
 #include "handoff/handoff_tables.hpp"
-#include "tooling/start_program.hpp"
+#include "tooling/process/start_program.hpp"
 
 namespace kinovane {
 

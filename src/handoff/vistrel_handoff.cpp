@@ -1,6 +1,6 @@
 #include <kinovane/handoff.hpp>
 
-#include "common/json_instances.hpp"
+#include "common/json/instances.hpp"
 #include "handoff/handoff_document.hpp"
 #include "handoff/handoff_tables.hpp"
 #include "workspace/plan_tables.hpp"

@@ -7,8 +7,8 @@
 
 #include <kinovane/workspace.hpp>
 
-#include "common/json_shape.hpp"
-#include "common/json_table.hpp"
+#include "common/json/shape.hpp"
+#include "common/json/table.hpp"
 
 /// How the brief is laid out in film-project.json: every value under a flat key, or in one of two nested
 /// objects.

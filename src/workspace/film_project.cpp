@@ -1,6 +1,6 @@
 #include <kinovane/workspace.hpp>
 
-#include "common/json_instances.hpp"
+#include "common/json/instances.hpp"
 #include "workspace/brief_form.hpp"
 #include "workspace/project_tables.hpp"
 

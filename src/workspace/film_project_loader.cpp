@@ -4,8 +4,8 @@
 
 #include <kinovane/workspace.hpp>
 
-#include "common/file_location.hpp"
-#include "common/json_decoder.hpp"
+#include "common/files/location.hpp"
+#include "common/json/decoder.hpp"
 #include "workspace/brief_form.hpp"
 #include "workspace/plan_tables.hpp"
 #include "workspace/project_tables.hpp"

@@ -3,7 +3,7 @@
 
 #include <kinovane/workspace.hpp>
 
-#include "common/file_location.hpp"
+#include "common/files/location.hpp"
 
 namespace kinovane {
 

@@ -2,7 +2,7 @@
 
 #include <kinovane/workspace.hpp>
 
-#include "common/json_table.hpp"
+#include "common/json/table.hpp"
 
 /// The JSON keys of production-plan.json and treatment.json. Four of the plan's records also appear in the
 /// handoff.

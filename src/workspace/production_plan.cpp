@@ -1,6 +1,6 @@
 #include <kinovane/workspace.hpp>
 
-#include "common/json_instances.hpp"
+#include "common/json/instances.hpp"
 #include "workspace/plan_tables.hpp"
 
 namespace kinovane {

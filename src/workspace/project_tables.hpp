@@ -2,7 +2,7 @@
 
 #include <kinovane/workspace.hpp>
 
-#include "common/json_table.hpp"
+#include "common/json/table.hpp"
 
 /// The JSON keys of film-project.json. Four of its records also appear in the film tool's replies.
 namespace kinovane::json {

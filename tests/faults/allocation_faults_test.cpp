@@ -15,7 +15,7 @@
 #include "support/sample_film.hpp"
 #include "support/temporary_directory.hpp"
 #include "support/variable.hpp"
-#include "tooling/coroutine.hpp"
+#include "tooling/process/coroutine.hpp"
 
 namespace kinovane::test {
 

@@ -14,7 +14,7 @@
 
 #include "support/child_counts.hpp"
 #include "support/failing_allocation.hpp"
-#include "tooling/resting_counts.hpp"
+#include "tooling/process/resting_counts.hpp"
 
 namespace kinovane::test {
 

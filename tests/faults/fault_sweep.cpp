@@ -8,7 +8,7 @@
 
 #include "faults/fault_table.hpp"
 #include "support/child_counts.hpp"
-#include "tooling/resting_counts.hpp"
+#include "tooling/process/resting_counts.hpp"
 
 namespace kinovane::test {
 

@@ -15,7 +15,7 @@
 #include "support/child_counts.hpp"
 #include "support/forked_process.hpp"
 #include "support/sample_film.hpp"
-#include "tooling/resting_counts.hpp"
+#include "tooling/process/resting_counts.hpp"
 
 namespace kinovane::test {
 

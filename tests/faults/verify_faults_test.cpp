@@ -15,7 +15,7 @@
 
 #include <kinovane/handoff.hpp>
 
-#include "common/descriptor.hpp"
+#include "common/files/descriptor.hpp"
 #include "faults/fault_plan.hpp"
 #include "faults/fault_sweep.hpp"
 #include "faults/verification_text.hpp"

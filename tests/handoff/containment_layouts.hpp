@@ -7,7 +7,7 @@
 #include <system_error>
 #include <vector>
 
-#include "common/descriptor.hpp"
+#include "common/files/descriptor.hpp"
 #include "support/temporary_directory.hpp"
 
 namespace kinovane::test {

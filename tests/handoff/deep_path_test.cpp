@@ -16,7 +16,7 @@
 
 #include <kinovane/handoff.hpp>
 
-#include "common/descriptor.hpp"
+#include "common/files/descriptor.hpp"
 #include "support/forked_process.hpp"
 #include "support/limits.hpp"
 #include "support/temporary_directory.hpp"

@@ -14,7 +14,7 @@
 
 #include <kinovane/handoff.hpp>
 
-#include "common/descriptor.hpp"
+#include "common/files/descriptor.hpp"
 #include "support/sample_film.hpp"
 
 namespace kinovane::test {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "common/json_shape.hpp"
+#include "common/json/shape.hpp"
 
 namespace kinovane::test {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "common/json_shape.hpp"
+#include "common/json/shape.hpp"
 
 namespace kinovane::test {
 

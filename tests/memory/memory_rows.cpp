@@ -6,10 +6,10 @@
 #include <kinovane/workspace.hpp>
 
 #include "agent_runtime/agent_tables.hpp"
-#include "common/json_decoder.hpp"
+#include "common/json/decoder.hpp"
 #include "handoff/handoff_tables.hpp"
 #include "memory/memory_row.hpp"
-#include "tooling/reply_tables.hpp"
+#include "tooling/film_tool/reply_tables.hpp"
 #include "workspace/brief_form.hpp"
 #include "workspace/plan_tables.hpp"
 #include "workspace/project_tables.hpp"

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "common/json_shape.hpp"
+#include "common/json/shape.hpp"
 
 /// Documents in which one place is as large as wanted, and everything else as small as a record allows. They
 /// are made from the record tables, so that a new record, or a new member, is tested without further ado.

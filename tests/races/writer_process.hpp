@@ -7,7 +7,7 @@
 
 #include <sys/types.h>
 
-#include "common/descriptor.hpp"
+#include "common/files/descriptor.hpp"
 
 namespace kinovane::test {
 

@@ -8,7 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "common/descriptor.hpp"
+#include "common/files/descriptor.hpp"
 
 namespace kinovane::test {
 

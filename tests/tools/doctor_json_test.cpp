@@ -10,7 +10,7 @@
 
 #include "diagnosis_text.hpp"
 #include "support/temporary_directory.hpp"
-#include "tools/companion.hpp"
+#include "command_line_tool.hpp"
 
 namespace kinovane::test {
 

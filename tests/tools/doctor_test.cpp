@@ -8,7 +8,7 @@
 #include <kinovane/tooling.hpp>
 
 #include "support/temporary_directory.hpp"
-#include "tools/companion.hpp"
+#include "command_line_tool.hpp"
 
 namespace kinovane::test {
 

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "support/temporary_directory.hpp"
-#include "tools/companion.hpp"
+#include "command_line_tool.hpp"
 
 namespace kinovane::test {
 

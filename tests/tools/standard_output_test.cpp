@@ -6,9 +6,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "common/descriptor.hpp"
+#include "common/files/descriptor.hpp"
 #include "support/temporary_directory.hpp"
-#include "tools/companion.hpp"
+#include "command_line_tool.hpp"
 
 namespace kinovane::test {
 

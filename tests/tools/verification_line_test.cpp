@@ -11,8 +11,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include "common/descriptor.hpp"
-#include "tools/companion.hpp"
+#include "common/files/descriptor.hpp"
+#include "command_line_tool.hpp"
 
 namespace kinovane::test {
 

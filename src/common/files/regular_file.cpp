@@ -1,0 +1,129 @@
+#include "common/files/regular_file.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <system_error>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "common/files/location.hpp"
+
+namespace kinovane {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+[[noreturn]] void throwFileError(const char* what, const fs::path& location, std::error_code code) {
+    throw fs::filesystem_error(what, location, code);
+}
+
+[[noreturn]] void throwFileError(const char* what, const fs::path& location) {
+    throwFileError(what, location, std::error_code(errno, std::generic_category()));
+}
+
+Descriptor openForReading(const fs::path& location) {
+    if (location.empty())
+        throwFileError("cannot open, because the location is empty", location,
+                       make_error_code(std::errc::no_such_file_or_directory));
+    if (holdsNUL(location.native()))
+        throwFileError("cannot open", location, make_error_code(std::errc::no_such_file_or_directory));
+    Descriptor descriptor = openDespiteLease(
+        [&] { return openAboveStandard([&] { return ::open(location.c_str(), RegularFile::openFlags); }); });
+    if (!descriptor)
+        throwFileError("cannot open", location, openFailure(errno));
+    return descriptor;
+}
+
+struct stat statusOf(int descriptor, const std::string& location) {
+    struct stat status{};
+    if (::fstat(descriptor, &status) != 0)
+        throwFileError("cannot examine", location);
+    return status;
+}
+
+} // namespace
+
+const int RegularFile::openFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+
+RegularFile::RegularFile(const fs::path& location)
+    : RegularFile(openForReading(location), location.native()) {}
+
+RegularFile::RegularFile(Descriptor descriptor, std::string location)
+    : descriptor_(std::move(descriptor)), location_(std::move(location)) {
+    const struct stat status = statusOf(descriptor_.get(), location_);
+    if (S_ISDIR(status.st_mode))
+        throwFileError("cannot read", location_, make_error_code(std::errc::is_a_directory));
+    if (!S_ISREG(status.st_mode))
+        throwFileError("not a regular file", location_, make_error_code(std::errc::operation_not_supported));
+    size_ = static_cast<std::uint64_t>(status.st_size);
+}
+
+std::optional<RegularFile> RegularFile::from(Descriptor descriptor, std::string location) {
+    const struct stat status = statusOf(descriptor.get(), location);
+    if (!S_ISREG(status.st_mode))
+        return std::nullopt;
+    return RegularFile(std::move(descriptor), std::move(location),
+                       static_cast<std::uint64_t>(status.st_size));
+}
+
+std::size_t RegularFile::read(std::span<std::byte> buffer) {
+    if (ended_)
+        return 0;
+    const auto count =
+        retryInterrupted([&] { return ::read(descriptor_.get(), buffer.data(), buffer.size()); });
+    if (count < 0)
+        throwFileError("cannot read", location_);
+    position_ += static_cast<std::uint64_t>(count);
+    // Less than there was room for, and just as much as the file was to hold: that was all, and small files
+    // are spared a second call. Files that the system makes up as they are read give no size.
+    ended_ = static_cast<std::size_t>(count) < buffer.size() && position_ == size_ && size_ != 0;
+    return static_cast<std::size_t>(count);
+}
+
+std::size_t RegularFile::readDocumentPiece(std::span<std::byte> buffer) {
+    const std::size_t count = size_ > maximumDocumentSize ? 0 : read(buffer);
+    if (std::max(size_, position_) > maximumDocumentSize)
+        throwFileError("cannot read", location_, make_error_code(std::errc::file_too_large));
+    return count;
+}
+
+bool LeaseWait::pause() {
+    constexpr int mostPauses = 100;
+    constexpr auto onePause = std::chrono::milliseconds(10);
+    if (errno != EWOULDBLOCK || pauses_ == mostPauses)
+        return false;
+    ++pauses_;
+    std::this_thread::sleep_for(onePause);
+    errno = EWOULDBLOCK;
+    return true;
+}
+
+std::error_code openFailure(int error) {
+    return error == ENXIO ? make_error_code(std::errc::operation_not_supported)
+                          : std::error_code(error, std::generic_category());
+}
+
+std::string readDocument(const fs::path& location) {
+    RegularFile file(location);
+    std::string text;
+    // The size only guides the first read; the file may grow or shrink while it is read.
+    std::size_t length = 0;
+    for (;;) {
+        if (length == text.size())
+            text.resize(length == 0 ? static_cast<std::size_t>(std::min(file.size(), maximumDocumentSize)) + 1
+                                    : 2 * length);
+        const std::size_t count =
+            file.readDocumentPiece(std::as_writable_bytes(std::span(text).subspan(length)));
+        if (count == 0)
+            break;
+        length += count;
+    }
+    text.resize(length);
+    return text;
+}
+
+} // namespace kinovane

@@ -1,0 +1,51 @@
+#include "common/json/key_failures.hpp"
+
+#include <iterator>
+#include <utility>
+
+namespace kinovane::json {
+
+namespace {
+
+/// An estimate of what one failure allocates.
+std::size_t sizeOf(std::string_view key, const Failure& failure) {
+    constexpr std::size_t node = 256;
+    return node + key.size() + failure.path.size() + failure.text.size();
+}
+
+} // namespace
+
+void KeyFailures::note(std::string_view key, Failure&& failure, std::size_t limit) {
+    forget(key);
+    if (key < start_ || (end_ && key >= *end_))
+        return;
+    size_ += sizeOf(key, failure);
+    failures_.emplace(key, std::move(failure));
+    while (size_ > limit && failures_.size() > 1) {
+        const auto last = std::prev(failures_.end());
+        end_ = last->first;
+        erase(last);
+    }
+}
+
+void KeyFailures::forget(std::string_view key) {
+    if (const auto place = failures_.find(key); place != failures_.end())
+        erase(place);
+}
+
+void KeyFailures::erase(Failures::iterator place) {
+    size_ -= sizeOf(place->first, place->second);
+    failures_.erase(place);
+}
+
+std::optional<Failure> KeyFailures::takeFirst(std::size_t map) {
+    if (!failures_.empty())
+        return std::move(failures_.begin()->second);
+    if (!end_)
+        return std::nullopt;
+    Failure failure{std::string()};
+    failure.undecided = {map, *end_};
+    return failure;
+}
+
+} // namespace kinovane::json

@@ -1,0 +1,193 @@
+#include <string_view>
+
+#include <kinovane/tooling.hpp>
+
+#include "common/files/location.hpp"
+#include "tooling/film_tool/reply_tables.hpp"
+#include "tooling/process/start_program.hpp"
+#include "workspace/project_tables.hpp"
+
+namespace kinovane {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+using Environment = std::map<std::string, std::string>;
+using OptionalText = std::optional<std::string>;
+
+ProcessResult wholeResult(ProcessResult result) { return result; }
+
+/// Runs the tool and hands on its result as it is.
+template <class MakeArguments>
+Task<ProcessResult> resultOf(const std::string& executable, MakeArguments makeArguments,
+                             Environment environment = {}) {
+    return startProgram<ProcessResult>(executable, std::move(makeArguments), std::move(environment),
+                                       wholeResult);
+}
+
+/// Runs the tool and reads its reply.
+template <class Reply, class MakeArguments>
+Task<Reply> replyOf(const std::string& executable, MakeArguments makeArguments) {
+    return startProgram<Reply>(executable, std::move(makeArguments), {},
+                               [](const ProcessResult& result) { return decode<Reply>(result.stdout); });
+}
+
+std::string runManifestArgument(const fs::path& location) {
+    return locationArgument("run manifest", location);
+}
+
+/// The run manifest of a plan's reply, which is relative to the directory in which the tool was asked.
+fs::path plannedRunManifest(const std::string& reply, const WorkingDirectory& directory) {
+    const fs::path location = decode<FilmPlanResponse>(reply).status.runManifest;
+    if (location.empty())
+        throw FilmToolError(FilmToolError::invalidJSON{"status.runManifest is empty"});
+    try {
+        return directory.absolute(location);
+    } catch (const fs::filesystem_error& error) {
+        throw FilmToolError(FilmToolError::invalidJSON{
+            "status.runManifest cannot be made absolute: getcwd: " + error.code().message()});
+    }
+}
+
+/// Adds an option that is only there when it has a value.
+void addOption(Arguments& arguments, std::string_view option, const OptionalText& value) {
+    if (value) {
+        arguments.emplace_back(option);
+        arguments.push_back(*value);
+    }
+}
+
+/// Provider and model of the coding agent. Presence is what counts: an empty text is set, too.
+Environment piEnvironment(const OptionalText& provider, const OptionalText& model) {
+    Environment environment;
+    if (provider)
+        environment["QUEX_FILM_TOOLS_PI_PROVIDER"] = *provider;
+    if (model)
+        environment["QUEX_FILM_TOOLS_PI_MODEL"] = *model;
+    return environment;
+}
+
+Arguments piArguments(std::string_view command, const fs::path& runManifest, const OptionalText& piCommand) {
+    Arguments arguments{std::string(command), runManifestArgument(runManifest)};
+    addOption(arguments, "--pi-command", piCommand);
+    return arguments;
+}
+
+} // namespace
+
+FilmToolClient::FilmToolClient(std::string executable) : executable_(std::move(executable)) {}
+
+const std::string& FilmToolClient::executable() const noexcept { return executable_; }
+
+Task<ProcessResult> FilmToolClient::run(std::vector<std::string> arguments,
+                                        std::map<std::string, std::string> environment) const {
+    return resultOf(executable_, [&] { return std::move(arguments); }, std::move(environment));
+}
+
+Task<fs::path> FilmToolClient::plan(const std::string& idea, const std::string& title,
+                                    std::int64_t durationSeconds, const fs::path& outputDirectory,
+                                    const OptionalText& piCommand) const {
+    return startProgram<fs::path>(
+        executable_,
+        [&] {
+            Arguments arguments{"plan",
+                                "--idea",
+                                idea,
+                                "--title",
+                                title,
+                                "--duration",
+                                std::to_string(durationSeconds),
+                                "--output-dir",
+                                locationArgument("output directory", outputDirectory)};
+            addOption(arguments, "--pi-command", piCommand);
+            return arguments;
+        },
+        {},
+        [directory = WorkingDirectory()](const ProcessResult& result) {
+            return plannedRunManifest(result.stdout, directory);
+        });
+}
+
+Task<FilmStatusResponse> FilmToolClient::status(const fs::path& runManifest) const {
+    return replyOf<FilmStatusResponse>(executable_,
+                                       [&] { return Arguments{"status", runManifestArgument(runManifest)}; });
+}
+
+Task<void> FilmToolClient::approve(const fs::path& runManifest, const std::string& gate,
+                                   const std::string& note, const std::string& approvedBy) const {
+    return startProgram<void>(
+        executable_,
+        [&] {
+            return Arguments{
+                "approve", runManifestArgument(runManifest), "--gate", gate, "--note", note, "--approved-by",
+                approvedBy};
+        },
+        {}, [](const ProcessResult& /*result*/) {});
+}
+
+Task<ProcessResult> FilmToolClient::advance(const fs::path& runManifest, const OptionalText& piCommand,
+                                            const OptionalText& piProvider,
+                                            const OptionalText& piModel) const {
+    return resultOf(
+        executable_, [&] { return piArguments("run", runManifest, piCommand); },
+        piEnvironment(piProvider, piModel));
+}
+
+Task<ProcessResult> FilmToolClient::recover(const fs::path& runManifest) const {
+    return resultOf(executable_, [&] { return Arguments{"recover", runManifestArgument(runManifest)}; });
+}
+
+Task<ProcessResult> FilmToolClient::reroll(const fs::path& runManifest, const std::string& shotID,
+                                           const std::string& note) const {
+    return resultOf(executable_, [&] {
+        return Arguments{"reroll", runManifestArgument(runManifest), "--shot", shotID, "--note", note};
+    });
+}
+
+Task<ProcessResult> FilmToolClient::review(const fs::path& runManifest, const OptionalText& piCommand,
+                                           const OptionalText& piProvider,
+                                           const OptionalText& piModel) const {
+    return resultOf(
+        executable_, [&] { return piArguments("review", runManifest, piCommand); },
+        piEnvironment(piProvider, piModel));
+}
+
+Task<FilmVistrelExportReceipt> FilmToolClient::exportVistrel(const fs::path& runManifest,
+                                                             const std::optional<fs::path>& output) const {
+    return replyOf<FilmVistrelExportReceipt>(executable_, [&] {
+        Arguments arguments{"export-vistrel", runManifestArgument(runManifest)};
+        if (output)
+            addOption(arguments, "--output", locationArgument("output file", *output));
+        return arguments;
+    });
+}
+
+Task<PiAgentLaunchSpec> FilmToolClient::agentLaunchSpec(const fs::path& runManifest,
+                                                        const std::string& piCommand) const {
+    return startPrepared<PiAgentLaunchSpec>([&] {
+        return [lookup = ExecutableLookup(executable_), manifest = fs::path(runManifestArgument(runManifest)),
+                piCommand] {
+            const fs::path tool = lookup.find();
+            return decode<PiAgentLaunchSpec>(
+                runSynchronously(tool, agentLaunchArguments(manifest, piCommand, tool.string())).stdout);
+        };
+    });
+}
+
+std::vector<std::string> FilmToolClient::agentArguments(const fs::path& runManifest,
+                                                        const OptionalText& piCommand) const {
+    Arguments arguments{"agent", "--run-manifest", pathText(runManifest)};
+    addOption(arguments, "--pi-command", piCommand);
+    return arguments;
+}
+
+std::vector<std::string> FilmToolClient::agentLaunchArguments(const fs::path& runManifest,
+                                                              const std::string& piCommand,
+                                                              const std::string& pluginCommand) {
+    return {"agent",   "--run-manifest",   pathText(runManifest), "--pi-command",
+            piCommand, "--plugin-command", pluginCommand,         "--print-command"};
+}
+
+} // namespace kinovane

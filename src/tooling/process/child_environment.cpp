@@ -1,0 +1,37 @@
+#include "tooling/process/child_environment.hpp"
+
+#include <string_view>
+
+#include <unistd.h>
+
+#ifdef __APPLE__
+#include <crt_externs.h>
+#define environ (*_NSGetEnviron())
+#else
+extern char** environ; // NOLINT(readability-redundant-declaration): not every C library's header declares it
+#endif
+
+namespace kinovane {
+
+char* const* TextVector::data() {
+    pointers_.clear();
+    pointers_.reserve(texts_.size() + 1);
+    for (std::string& text : texts_)
+        pointers_.push_back(text.data());
+    pointers_.push_back(nullptr);
+    return pointers_.data();
+}
+
+TextVector mergedEnvironment(const std::map<std::string, std::string>& additions) {
+    TextVector merged;
+    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+        const std::string_view text = *entry;
+        if (!additions.contains(std::string(text.substr(0, text.find('=')))))
+            merged.add(std::string(text));
+    }
+    for (const auto& [key, value] : additions)
+        merged.add(std::string(key).append("=").append(value));
+    return merged;
+}
+
+} // namespace kinovane

@@ -1,0 +1,84 @@
+#include "tooling/process/output_capture.hpp"
+
+#include <array>
+#include <cerrno>
+#include <span>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include "common/files/descriptor.hpp"
+#include "common/text_buffer.hpp"
+
+namespace kinovane {
+
+namespace {
+
+/// One pipe and what came out of it so far.
+class Stream {
+  public:
+    explicit Stream(int pipe) : pipe_(pipe) {}
+
+    int pipe() const noexcept { return pipe_; } ///< Negative once the end was reached.
+    bool open() const noexcept { return pipe_ >= 0; }
+
+    /// Reads what is there; waits when nothing is.
+    void read() {
+        const std::span<char> room = text_.room();
+        const auto count = retryInterrupted([&] { return ::read(pipe_, room.data(), room.size()); });
+        if (count < 0)
+            throw std::system_error(errno, std::generic_category(), "read");
+        text_.advance(static_cast<std::size_t>(count));
+        enlargePipe();
+        if (count == 0)
+            pipe_ = -1;
+    }
+
+    std::string take() { return std::move(text_).join(); }
+
+  private:
+    // A program that writes much is stopped less often by a larger pipe. Where it is refused, nothing is
+    // lost.
+    void enlargePipe() noexcept {
+#ifdef F_SETPIPE_SZ
+        if (!enlarged_ && text_.size() >= largePipe) {
+            ::fcntl(pipe_, F_SETPIPE_SZ, static_cast<int>(largePipe));
+            enlarged_ = true;
+        }
+#endif
+    }
+
+    static constexpr std::size_t largePipe = std::size_t{1} << 20U;
+
+    int pipe_;
+    TextBuffer text_;
+    [[maybe_unused]] bool enlarged_ = false;
+};
+
+} // namespace
+
+CapturedOutput captureOutput(int output, int errors) {
+    std::array<Stream, 2> streams{Stream(output), Stream(errors)};
+    while (streams[0].open() && streams[1].open()) {
+        std::array<pollfd, 2> waited{pollfd{streams[0].pipe(), POLLIN, 0},
+                                     pollfd{streams[1].pipe(), POLLIN, 0}};
+        if (::poll(waited.data(), waited.size(), -1) < 0) {
+            if (errno == EINTR || errno == EAGAIN)
+                continue;
+            throw std::system_error(errno, std::generic_category(), "poll");
+        }
+        for (std::size_t index = 0; index < streams.size(); ++index)
+            if (waited[index].revents != 0)
+                streams[index].read();
+    }
+    // The one that is left needs no watching.
+    for (Stream& stream : streams)
+        while (stream.open())
+            stream.read();
+    return {streams[0].take(), streams[1].take()};
+}
+
+} // namespace kinovane

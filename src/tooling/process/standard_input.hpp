@@ -1,0 +1,12 @@
+#pragma once
+
+#include "common/files/descriptor.hpp"
+
+namespace kinovane {
+
+/// A duplicate of the application's standard input for a child process, close-on-exec and above the standard
+/// descriptors. Empty when the application has none: descriptor 0 is closed, or close-on-exec and so not
+/// meant for children. Throws std::system_error, whose text begins with the name of the call that failed.
+Descriptor duplicateStandardInput();
+
+} // namespace kinovane

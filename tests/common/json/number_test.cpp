@@ -1,0 +1,260 @@
+#include "common/json/number.hpp"
+
+#include <bit>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <optional>
+#include <random>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "example_record.hpp"
+
+namespace kinovane::test {
+namespace {
+
+constexpr std::int64_t greatest = std::numeric_limits<std::int64_t>::max();
+constexpr std::int64_t least = std::numeric_limits<std::int64_t>::min();
+
+struct IntegerRow {
+    std::string text;
+    std::int64_t value;
+};
+
+TEST(JSONNumber, AWholeNumberIsAnIntegerHoweverItIsWritten) {
+    const IntegerRow rows[] = {
+        {"5", 5},
+        {"5.0", 5},
+        {"5e3", 5000},
+        {"5E+3", 5000},
+        {"50e-1", 5},
+        {"-5.50e1", -55},
+        {"0", 0},
+        {"-0", 0},
+        {"-0.0", 0},
+        {"0e5", 0},
+        {"0e-5", 0},
+        {"0.000e999999999", 0},
+        {"0.00001e5", 1},
+        {"1e18", 1'000'000'000'000'000'000},
+        {"9223372036854775807", greatest},
+        {"9223372036854775807.0", greatest},
+        {"9223372036854775.807e3", greatest},
+        {"92233720368547758070e-1", greatest},
+        {"-9223372036854775808", least},
+        {"-9223372036854775808.000", least},
+        {"9007199254740993", 9007199254740993},
+        {"9007199254740993.0", 9007199254740993},
+        {"1" + std::string(400, '0') + "e-400", 1},
+        {"0." + std::string(400, '0') + "12e402", 12},
+        {"7." + std::string(400, '0'), 7},
+    };
+    for (const IntegerRow& row : rows) {
+        SCOPED_TRACE(row.text);
+        EXPECT_EQ(json::decode<std::int64_t>(row.text), row.value);
+        EXPECT_EQ(json::integerValue(row.text).fault, json::NumberFault::none);
+        EXPECT_EQ(json::integerValue(row.text).value, row.value);
+    }
+}
+
+struct RefusalRow {
+    std::string text;
+    std::string message;
+};
+
+TEST(JSONNumber, WhatIsNoIntegerIsRefused) {
+    const std::string fraction = "expected an integer, found ";
+    const std::string tooLarge = "expected an integer that fits 64 bits, found ";
+    const RefusalRow rows[] = {
+        {"5.5", fraction + "5.5"},
+        {"1e-1", fraction + "1e-1"},
+        {"-0.5", fraction + "-0.5"},
+        {"1e-400", fraction + "1e-400"},
+        {"9007199254740992.5", fraction + "9007199254740992.5"},
+        {"9223372036854775807.5", fraction + "9223372036854775807.5"},
+        {"1." + std::string(400, '0') + "1", fraction + "1." + std::string(38, '0') + "…"},
+        {"9223372036854775808", tooLarge + "9223372036854775808"},
+        {"-9223372036854775809", tooLarge + "-9223372036854775809"},
+        {"9223372036854775808.0", tooLarge + "9223372036854775808.0"},
+        {"18446744073709551615", tooLarge + "18446744073709551615"},
+        {"1e19", tooLarge + "1e19"},
+        {"1e400", tooLarge + "1e400"},
+        {"-1e999999999", tooLarge + "-1e999999999"},
+        {std::string(400, '9'), tooLarge + std::string(40, '9') + "…"},
+        {"true", fraction + "true"},
+        {"false", fraction + "false"},
+        {"null", fraction + "null"},
+        {"\"5\"", fraction + "a string"},
+        {"[5]", fraction + "a list"},
+        {"{}", fraction + "an object"},
+    };
+    for (const RefusalRow& row : rows) {
+        SCOPED_TRACE(row.text);
+        EXPECT_EQ(refusalOf<std::int64_t>(row.text), (Refusal{"", row.message}));
+    }
+}
+
+struct RealRow {
+    std::string text;
+    double value;
+};
+
+TEST(JSONNumber, ARealIsTheNearestDouble) {
+    const RealRow rows[] = {
+        {"0.1", 0.1},
+        {"5", 5.0},
+        {"-0", -0.0},
+        {"-0.0e7", -0.0},
+        {"1e308", 1e308},
+        {"1.7976931348623157e308", std::numeric_limits<double>::max()},
+        {"1.7976931348623158e308", std::numeric_limits<double>::max()},
+        {"5e-324", std::numeric_limits<double>::denorm_min()},
+        {"2.2250738585072011e-308", 2.2250738585072011e-308},
+        {"1e-400", 0.0},
+        {"-1e-400", -0.0},
+        {"-1e-999999999", -0.0},
+        {"0e999999999", 0.0},
+        {"9007199254740993", 9007199254740992.0},
+        {"9007199254740993.0000000000000000000000000000001", 9007199254740994.0},
+        {"18446744073709551616", 18446744073709551616.0},
+        {"1" + std::string(400, '0') + "e-400", 1.0},
+        {"0." + std::string(400, '0') + "15e401", 1.5},
+        {std::string(300, '7') + "." + std::string(100, '7'),
+         std::strtod(std::string(300, '7').c_str(), nullptr)},
+        {"0." + std::string(400, '3'), 1.0 / 3},
+    };
+    for (const RealRow& row : rows) {
+        SCOPED_TRACE(row.text);
+        EXPECT_EQ(std::bit_cast<std::uint64_t>(json::decode<double>(row.text)),
+                  std::bit_cast<std::uint64_t>(row.value));
+    }
+}
+
+TEST(JSONNumber, WhatIsNoDoubleIsRefused) {
+    const std::string tooLarge = "expected a number that fits a double, found ";
+    const RefusalRow rows[] = {
+        {"1e309", tooLarge + "1e309"},
+        {"-1e309", tooLarge + "-1e309"},
+        {"1e400", tooLarge + "1e400"},
+        {"1e999999999", tooLarge + "1e999999999"},
+        {"1.7976931348623159e308", tooLarge + "1.7976931348623159e308"},
+        {std::string(400, '1'), tooLarge + std::string(40, '1') + "…"},
+        {"true", "expected a number, found true"},
+        {"null", "expected a number, found null"},
+        {"\"0.1\"", "expected a number, found a string"},
+        {"[]", "expected a number, found a list"},
+        {"{}", "expected a number, found an object"},
+    };
+    for (const RefusalRow& row : rows) {
+        SCOPED_TRACE(row.text);
+        EXPECT_EQ(refusalOf<double>(row.text), (Refusal{"", row.message}));
+    }
+}
+
+struct LongExponentRow {
+    std::string text;
+    std::optional<std::int64_t> integer;
+    json::NumberFault fault; ///< Why it is no integer.
+    std::optional<double> real;
+};
+
+// Boost.JSON 1.81 refuses these exponents itself; later versions hand them over.
+TEST(JSONNumber, AnExponentMayHaveAnyLength) {
+    constexpr auto none = json::NumberFault::none;
+    constexpr auto fraction = json::NumberFault::fraction;
+    constexpr auto tooLarge = json::NumberFault::tooLarge;
+    const std::string long63 = "9223372036854775807";
+    const std::string thousandZeros(1000, '0');
+    const LongExponentRow rows[] = {
+        {"1e9999999999", {}, tooLarge, {}},
+        {"1e99999999999999999999", {}, tooLarge, {}},
+        {"1E+99999999999999999999", {}, tooLarge, {}},
+        {"-1e99999999999999999999", {}, tooLarge, {}},
+        {"0.001e99999999999999999999", {}, tooLarge, {}},
+        {"1e-99999999999999999999", {}, fraction, 0.0},
+        {"-1e-99999999999999999999", {}, fraction, -0.0},
+        {"1000e-99999999999999999999", {}, fraction, 0.0},
+        {"0e99999999999999999999", 0, none, 0.0},
+        {"0e-99999999999999999999", 0, none, 0.0},
+        {"-0e99999999999999999999", 0, none, -0.0},
+        {"-0.000e99999999999999999999", 0, none, -0.0},
+        {"-0.0e-99999999999999999999", 0, none, -0.0},
+        {"1e" + thousandZeros + "3", 1000, none, 1000.0},
+        {"1e+" + thousandZeros + "3", 1000, none, 1000.0},
+        {"15e-" + thousandZeros + "1", {}, fraction, 1.5},
+        {"1e" + std::string(1000, '9'), {}, tooLarge, {}},
+        {"1e-" + std::string(1000, '9'), {}, fraction, 0.0},
+        // The largest exponents that 64 bits hold, so that adding the digits to them would overflow.
+        {"1e" + long63, {}, tooLarge, {}},
+        {"10e" + long63, {}, tooLarge, {}},
+        {"1" + thousandZeros + "e" + long63, {}, tooLarge, {}},
+        {"1.5e-" + long63, {}, fraction, 0.0},
+        {"-0.00015e-9223372036854775808", {}, fraction, -0.0},
+        {"0." + thousandZeros + "1e-" + long63, {}, fraction, 0.0},
+    };
+    for (const LongExponentRow& row : rows) {
+        SCOPED_TRACE(row.text);
+        const json::IntegerValue integer = json::integerValue(row.text);
+        EXPECT_EQ(integer.fault, row.fault);
+        EXPECT_EQ(integer.value, row.integer.value_or(0));
+        const std::optional<double> real = json::realValue(row.text);
+        ASSERT_EQ(real.has_value(), row.real.has_value());
+        if (real) {
+            EXPECT_EQ(std::bit_cast<std::uint64_t>(*real), std::bit_cast<std::uint64_t>(*row.real));
+        }
+    }
+}
+
+/// A number's text: any digits, perhaps a fraction, perhaps an exponent.
+std::string anyNumber(std::mt19937_64& random) {
+    const auto below = [&](std::uint64_t end) { return random() % end; };
+    const auto digits = [&](std::uint64_t count) {
+        std::string text;
+        for (; count > 0; --count)
+            text += static_cast<char>('0' + below(10));
+        return text;
+    };
+    std::string text = below(2) == 0 ? "-" : "";
+    text += static_cast<char>('1' + below(9));
+    text += digits(below(25));
+    if (below(3) != 0)
+        text += "." + digits(1 + below(30));
+    if (below(3) != 0)
+        text += "e" + std::to_string(static_cast<int>(below(700)) - 350);
+    return text;
+}
+
+TEST(JSONNumber, RealsAgreeWithTheCLibraryToTheLastBit) {
+    std::mt19937_64 random(18);
+    int tooLarge = 0;
+    for (int attempt = 0; attempt < 100'000; ++attempt) {
+        const std::string text = anyNumber(random);
+        const double expected = std::strtod(text.c_str(), nullptr);
+        const std::optional<double> real = json::realValue(text);
+        ASSERT_EQ(real.has_value(), std::isfinite(expected)) << text;
+        if (!real) {
+            ++tooLarge;
+            continue;
+        }
+        ASSERT_EQ(std::bit_cast<std::uint64_t>(*real), std::bit_cast<std::uint64_t>(expected)) << text;
+    }
+    EXPECT_GT(tooLarge, 1000);
+}
+
+TEST(JSONNumber, EveryIntegerSurvivesItsDecimalForms) {
+    std::mt19937_64 random(7);
+    for (int attempt = 0; attempt < 20'000; ++attempt) {
+        const auto value = std::bit_cast<std::int64_t>(random() >> (random() % 64));
+        const std::string text = std::to_string(attempt % 2 == 0 || value == least ? value : -value);
+        const std::int64_t expected = std::strtoll(text.c_str(), nullptr, 10);
+        ASSERT_EQ(json::integerValue(text).value, expected) << text;
+        ASSERT_EQ(json::integerValue(text + ".00").value, expected) << text;
+        ASSERT_EQ(json::integerValue(text + "000e-3").value, expected) << text;
+        ASSERT_EQ(json::integerValue(text + ".5").fault, json::NumberFault::fraction) << text;
+    }
+}
+
+} // namespace
+} // namespace kinovane::test

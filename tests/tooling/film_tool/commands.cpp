@@ -1,0 +1,137 @@
+#include "commands.hpp"
+
+#include "support/recorder.hpp"
+#include "support/task_failure.hpp"
+#include "replies.hpp"
+
+namespace kinovane::test {
+
+namespace {
+
+using Client = FilmToolClient;
+
+/// Calls whose reply is read.
+std::vector<CommandRow> askingRows() {
+    const std::string run = "/films/run.json";
+    return {
+        {"plan",
+         planReply("/r.json"),
+         [](const Client& client) { return failureOf(client.plan("An idea", "A title", 90, "/films")); },
+         {"plan", "--idea", "An idea", "--title", "A title", "--duration", "90", "--output-dir", "/films"}},
+        {"plan with pi",
+         planReply("/r.json"),
+         [](const Client& client) {
+             return failureOf(client.plan("An idea", "A title", 90, "/films", "/opt/pi"));
+         },
+         {"plan", "--idea", "An idea", "--title", "A title", "--duration", "90", "--output-dir", "/films",
+          "--pi-command", "/opt/pi"}},
+        {"plan with an empty pi",
+         planReply("/r.json"),
+         [](const Client& client) { return failureOf(client.plan("", "", 0, "/", "")); },
+         {"plan", "--idea", "", "--title", "", "--duration", "0", "--output-dir", "/", "--pi-command", ""}},
+        {"status",
+         statusRow().fullDocument(),
+         [run](const Client& client) { return failureOf(client.status(run)); },
+         {"status", run}},
+        {"exportVistrel",
+         exportReceiptRow().fullDocument(),
+         [run](const Client& client) { return failureOf(client.exportVistrel(run)); },
+         {"export-vistrel", run}},
+        {"exportVistrel to a place",
+         exportReceiptRow().fullDocument(),
+         [run](const Client& client) { return failureOf(client.exportVistrel(run, "/films/h.json")); },
+         {"export-vistrel", run, "--output", "/films/h.json"}},
+        {"agentLaunchSpec",
+         launchSpecRow().fullDocument(),
+         [run](const Client& client) { return failureOf(client.agentLaunchSpec(run, "pi")); },
+         {"agent", "--run-manifest", run, "--pi-command", "pi", "--plugin-command", Recorder::path(),
+          "--print-command"}},
+    };
+}
+
+/// Calls of which only the end matters.
+std::vector<CommandRow> tellingRows() {
+    const std::string run = "/films/run.json";
+    return {
+        {"approve",
+         "",
+         [run](const Client& client) { return failureOf(client.approve(run, "plan", "Go on", "Noor")); },
+         {"approve", run, "--gate", "plan", "--note", "Go on", "--approved-by", "Noor"}},
+        {"approve without words",
+         "",
+         [run](const Client& client) { return failureOf(client.approve(run, "", "", "")); },
+         {"approve", run, "--gate", "", "--note", "", "--approved-by", ""}},
+        {"recover",
+         "",
+         [run](const Client& client) { return failureOf(client.recover(run)); },
+         {"recover", run}},
+        {"reroll",
+         "",
+         [run](const Client& client) { return failureOf(client.reroll(run, "s1", "darker")); },
+         {"reroll", run, "--shot", "s1", "--note", "darker"}},
+        {"run",
+         "",
+         [](const Client& client) { return failureOf(client.run({"--version", ""})); },
+         {"--version", ""}},
+        {"run with an environment",
+         "",
+         [](const Client& client) { return failureOf(client.run({}, {{"KINOVANE_A", "a=b"}})); },
+         {},
+         {{"KINOVANE_A", "a=b"}}},
+    };
+}
+
+using OptionalText = std::optional<std::string>;
+
+/// `advance` or `review` with every choice of provider and model.
+void addPiRows(std::vector<CommandRow>& rows, const std::string& name, const std::string& word,
+               Task<ProcessResult> (Client::*operation)(const std::filesystem::path&, const OptionalText&,
+                                                        const OptionalText&, const OptionalText&) const) {
+    struct Choice {
+        const char* sentence;
+        OptionalText command;
+        OptionalText provider;
+        OptionalText model;
+    };
+    const std::vector<Choice> choices{
+        {"alone", {}, {}, {}},
+        {"with pi", "/opt/pi", {}, {}},
+        {"with an empty pi", "", {}, {}},
+        {"with a provider", {}, "local", {}},
+        {"with an empty provider", {}, "", {}},
+        {"with a model", {}, {}, "x"},
+        {"with an empty model", {}, {}, ""},
+        {"with provider and model", {}, "local", "a model=\"x\"\n"},
+        {"with everything", "pi", "local", "x"},
+    };
+    for (const Choice& choice : choices) {
+        CommandRow row{name + " " + choice.sentence, "", {}, {word, "/films/run.json"}};
+        row.failure = [operation, choice](const Client& client) {
+            return failureOf(
+                (client.*operation)("/films/run.json", choice.command, choice.provider, choice.model));
+        };
+        if (choice.command) {
+            row.arguments.emplace_back("--pi-command");
+            row.arguments.push_back(*choice.command);
+        }
+        if (choice.provider)
+            row.environment["QUEX_FILM_TOOLS_PI_PROVIDER"] = *choice.provider;
+        if (choice.model)
+            row.environment["QUEX_FILM_TOOLS_PI_MODEL"] = *choice.model;
+        row.decodes = false;
+        rows.push_back(row);
+    }
+}
+
+} // namespace
+
+std::vector<CommandRow> commandRows() {
+    std::vector<CommandRow> rows = askingRows();
+    for (const CommandRow& row : tellingRows())
+        rows.emplace_back(row).decodes = false;
+    addPiRows(rows, "advance", "run", &Client::advance);
+    addPiRows(rows, "review", "review", &Client::review);
+    return rows;
+}
+
+} // namespace kinovane::test

@@ -1,0 +1,208 @@
+// What keeps a program from starting, and what is left of the attempt.
+
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+
+#include <kinovane/tooling.hpp>
+
+#include "support/forked_process.hpp"
+#include "support/limits.hpp"
+#include "support/ordinary_user.hpp"
+#include "support/temporary_directory.hpp"
+#include "tooling/process/process_runner.hpp"
+#include "test_program.hpp"
+#include "resting_counts.hpp"
+
+namespace kinovane::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::string prefix = "Could not launch film command: ";
+
+const std::string noThread = "no thread could be started: Resource temporarily unavailable";
+
+/// Runs the puppet again and again and says what came of it, and whether anything was left over.
+std::string outcomeOfMany(const std::vector<std::string>& arguments) {
+    std::string outcome = puppetSays(arguments);
+    const ProcessCounts before = restingCounts();
+    for (int run = 0; run < 20; ++run)
+        if (const std::string again = puppetSays(arguments); again != outcome)
+            return outcome + ", and then: " + again;
+    return settledCounts(before) == before ? outcome : outcome + ", and something was left";
+}
+
+TEST(LaunchFailure, FilesThatAreNoPrograms) {
+    const TemporaryDirectory place;
+    struct Row {
+        const char* sentence;
+        const char* content;
+        std::string message;
+    };
+    const std::vector<Row> rows{
+        {"a text", "Once upon a time\n", "Exec format error"},
+        {"an empty file", "", "Exec format error"},
+        {"a damaged program", "\177ELF\002\001\001", "Exec format error"},
+        {"a script without its interpreter", "#!/kinovane/no/such/interpreter\n",
+         "No such file or directory"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        const fs::path file = place.write("film", row.content);
+        fs::permissions(file, fs::perms::owner_all);
+        EXPECT_EQ(outcomeOf(FilmToolClient(file.string()).run({})),
+                  prefix + file.string() + ": posix_spawn: " + row.message);
+    }
+}
+
+TEST(LaunchFailure, NoSuchProgram) {
+    try {
+        (void)FilmToolClient("kinovane-no-such-tool").run({"plan"}).get();
+        ADD_FAILURE() << "it ran";
+    } catch (const FilmToolError& error) {
+        EXPECT_EQ(error, FilmToolError(FilmToolError::executableNotFound{"kinovane-no-such-tool"}));
+    }
+    EXPECT_EQ(outcomeOf(FilmToolClient("").run({})), "Required executable not found: ");
+}
+
+// Between the lookup and the start a program may go, or turn into something else.
+TEST(LaunchFailure, AfterTheLookup) {
+    const TemporaryDirectory place;
+    struct Row {
+        const char* sentence;
+        std::string path;
+        std::string message;
+    };
+    const std::vector<Row> rows{
+        {"nothing is there", (place / "nothing").string(), "No such file or directory"},
+        {"a directory is there", place.path().string(), "Permission denied"},
+        {"a file that may not be executed is there", place.write("plain", "x").string(), "Permission denied"},
+        {"a file is in place of a directory", (place / "plain/film").string(), "Not a directory"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        try {
+            (void)runSynchronously(row.path, {});
+            ADD_FAILURE() << "it ran";
+        } catch (const FilmToolError& error) {
+            EXPECT_EQ(error,
+                      FilmToolError(FilmToolError::launchFailed{row.path + ": posix_spawn: " + row.message}));
+        }
+    }
+}
+
+TEST(LaunchFailure, NoDescriptorsLeft) {
+    struct Row {
+        const char* sentence;
+        int descriptors;
+        std::string expected;
+    };
+    const std::string noPipe = prefix + puppetPath() + ": pipe: Too many open files";
+    const std::vector<Row> rows{
+        {"none for the first pipe", 0, noPipe},
+        {"half of the first pipe", 1, noPipe},
+        {"none for the second pipe", 2, noPipe},
+        {"half of the second pipe", 3, noPipe},
+        {"none for standard input", 4, prefix + puppetPath() + ": fcntl: Too many open files"},
+        {"just enough", 5, "works"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        EXPECT_EQ(inForkedProcess([&] {
+                      leaveDescriptors(row.descriptors);
+                      // Counting needs descriptors too, so the same limit shows a leak by another outcome.
+                      std::string outcome;
+                      for (int run = 0; run < 20; ++run)
+                          if (const std::string again = puppetSays({"out", "works"}); again != outcome)
+                              outcome += again;
+                      return outcome;
+                  }),
+                  row.expected);
+    }
+}
+
+// Nothing but a limit on processes keeps a thread from starting, and it binds no superuser.
+TEST(LaunchFailure, NoThreadsLeft) {
+    EXPECT_EQ(asOrdinaryUser([] {
+                  limitTo(RLIMIT_NPROC, 0);
+                  return outcomeOfMany({"out", "works"});
+              }),
+              prefix + noThread);
+}
+
+TEST(LaunchFailure, NoThreadsLeftComesThroughTheTask) {
+    EXPECT_EQ(asOrdinaryUser([] {
+                  limitTo(RLIMIT_NPROC, 0);
+                  Task<ProcessResult> task = startPuppet({"out", "works"});
+                  const bool done = task.done();
+                  std::string text = done ? "done: " : "not done: ";
+                  task.then([](const std::function<void()>& job) { job(); },
+                            [&](Task<ProcessResult> finished) { text += outcomeOf(std::move(finished)); });
+                  return text;
+              }),
+              "done: " + prefix + noThread);
+}
+
+TEST(LaunchFailure, EndOfChildrenIgnored) {
+    struct Row {
+        const char* sentence;
+        void (*handler)(int);
+        int flags;
+    };
+    const std::vector<Row> rows{
+        {"ignored", SIG_IGN, 0},
+        {"not to be waited for", SIG_DFL, SA_NOCLDWAIT},
+        {"handled, but not to be waited for", [](int) {}, SA_NOCLDWAIT},
+    };
+    const TemporaryDirectory place;
+    const std::string made = (place / "made").string();
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        EXPECT_EQ(inForkedProcess([&] {
+                      struct sigaction action{};
+                      action.sa_handler = row.handler;
+                      action.sa_flags = row.flags;
+                      ::sigaction(SIGCHLD, &action, nullptr);
+                      return outcomeOfMany({"create", made});
+                  }),
+                  prefix + puppetPath() +
+                      ": not started, because its exit status would be lost: the application ignores the end "
+                      "of its child processes (SIGCHLD)");
+        EXPECT_FALSE(fs::exists(made)) << "the program ran all the same";
+    }
+}
+
+// The program ends while another process still holds its output, so that the library cannot be the first to
+// ask.
+TEST(LaunchFailure, StatusTakenBySomebodyElse) {
+    const TemporaryDirectory place;
+    Fifo gate(place / "gate");
+    Fifo reached(place / "reached");
+    Task<ProcessResult> task =
+        startPuppet({"grandchild", gate.path(), "announce", reached.path(), "exit", "7"});
+    reached.awaitAnnouncements();
+    int status = 0;
+    ASSERT_GT(::waitpid(-1, &status, 0), 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 7);
+    EXPECT_FALSE(task.done());
+    gate.open();
+    EXPECT_EQ(outcomeOf(std::move(task)),
+              prefix + puppetPath() +
+                  " was started and may have done its work, but its exit status was lost: waitpid: No child "
+                  "processes (the application ignores the end of its child processes, SIGCHLD, or waits for "
+                  "children that it did not start)");
+}
+
+} // namespace
+
+} // namespace kinovane::test

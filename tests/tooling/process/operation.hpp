@@ -1,0 +1,72 @@
+#pragma once
+
+#include <exception>
+#include <future>
+#include <memory>
+#include <string>
+#include <system_error>
+#include <thread>
+
+#include "tooling/process/start_task.hpp"
+
+namespace kinovane::test {
+
+/// Where operations wait until a test lets them go on.
+class Gate {
+  public:
+    void open() { opened_.set_value(); }
+
+    /// Blocks until it is open; for copies inside an operation.
+    std::shared_future<void> pass() const { return passed_; }
+
+  private:
+    std::promise<void> opened_;
+    std::shared_future<void> passed_ = opened_.get_future().share();
+};
+
+/// An operation that gives `value` once the gate is open.
+template <class T>
+Task<T> startBehind(const Gate& gate, T value) {
+    return startTask<T>([passed = gate.pass(), value = std::move(value)] {
+        passed.wait();
+        return value;
+    });
+}
+
+/// There is nothing to block on without taking the result.
+template <class T>
+void waitUntilDone(const Task<T>& task) {
+    while (!task.done())
+        std::this_thread::yield();
+}
+
+/// Type and text of an error.
+inline std::string describe(const std::exception_ptr& error) {
+    try {
+        std::rethrow_exception(error);
+    } catch (const FilmToolError& known) {
+        return "FilmToolError: " + known.errorDescription();
+    } catch (const std::system_error& known) {
+        return "system_error " + std::to_string(known.code().value()) + ": " + known.what();
+    } catch (const std::logic_error& known) {
+        return std::string("logic_error: ") + known.what();
+    } catch (const std::exception& known) {
+        return std::string("exception: ") + known.what();
+    } catch (int number) {
+        return "int: " + std::to_string(number);
+    }
+}
+
+/// Where its last copy was destroyed.
+class Witness {
+  public:
+    explicit Witness(std::thread::id& destroyedOn) : destroyedOn_(&destroyedOn) {}
+    Witness(const Witness&) = delete;
+    Witness& operator=(const Witness&) = delete;
+    ~Witness() { *destroyedOn_ = std::this_thread::get_id(); }
+
+  private:
+    std::thread::id* destroyedOn_;
+};
+
+} // namespace kinovane::test

@@ -1,0 +1,197 @@
+// What is left after many runs, and what runs at the same time have to do with each other.
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <kinovane/tooling.hpp>
+
+#include "programs/numbered_lines.hpp"
+#include "support/temporary_directory.hpp"
+#include "test_program.hpp"
+#include "resting_counts.hpp"
+
+namespace kinovane::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+void expectCounts(const ProcessCounts& expected) {
+    const ProcessCounts counts = settledCounts(expected);
+    EXPECT_EQ(counts.descriptors, expected.descriptors);
+    EXPECT_EQ(counts.threads, expected.threads);
+    EXPECT_EQ(counts.children, expected.children);
+}
+
+class ProcessLeaks : public testing::Test {
+  protected:
+    // Sanitizers and the C library start and open what they need at the first use.
+    ProcessLeaks() {
+        (void)puppetSays({});
+        counts_ = restingCounts();
+    }
+
+    void expectNothingLeft() const { expectCounts(counts_); }
+
+    TemporaryDirectory place;
+
+  private:
+    ProcessCounts counts_;
+};
+
+TEST_F(ProcessLeaks, AfterManyRuns) {
+    const std::string text = (place.write("text", "x")).string();
+    fs::permissions(text, fs::perms::owner_all);
+    const std::string nul("\0", 1);
+    const std::string prefix = "Could not launch film command: ";
+    struct Row {
+        const char* sentence;
+        std::string executable;
+        std::vector<std::string> arguments;
+        std::map<std::string, std::string> environment;
+        std::string outcome;
+    };
+    const std::vector<Row> rows{
+        {"runs", puppetPath(), {"out", "x", "err", "y"}, {}, "x"},
+        {"runs with additions to the environment", puppetPath(), {"out", "x"}, {{"KEY", "value"}}, "x"},
+        {"failed runs", puppetPath(), {"exit", "3"}, {}, "Film command exited 3."},
+        {"killed runs", puppetPath(), {"signal", "9"}, {}, "Film command exited 9."},
+        {"missing programs",
+         "kinovane-no-such-tool",
+         {},
+         {},
+         "Required executable not found: kinovane-no-such-tool"},
+        {"no programs", text, {}, {}, prefix + text + ": posix_spawn: Exec format error"},
+        {"NUL bytes in arguments",
+         puppetPath(),
+         {nul},
+         {},
+         prefix + puppetPath() + ": an argument holds a NUL byte"},
+        {"NUL bytes in values",
+         puppetPath(),
+         {},
+         {{"KEY", nul}},
+         prefix + puppetPath() + ": an environment variable holds a NUL byte"},
+        {"bad keys",
+         puppetPath(),
+         {},
+         {{"", ""}},
+         prefix + puppetPath() + ": \"\" cannot be the name of an environment variable"},
+        {"arguments too long",
+         puppetPath(),
+         {std::string(200'000, 'x')},
+         {},
+         prefix + puppetPath() + ": posix_spawn: Argument list too long"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        for (int run = 0; run < 200; ++run)
+            ASSERT_EQ(outcomeOf(FilmToolClient(row.executable).run(row.arguments, row.environment)),
+                      row.outcome);
+        expectNothingLeft();
+    }
+}
+
+TEST_F(ProcessLeaks, AfterManyDroppedTasks) {
+    for (int run = 0; run < 200; ++run) {
+        (void)startPuppet({"out", "x"});
+        (void)FilmToolClient("kinovane-no-such-tool").run({});
+    }
+    expectNothingLeft();
+}
+
+TEST_F(ProcessLeaks, ManyRunsAtOnce) {
+    const FilmToolClient client(puppetPath());
+    std::vector<Task<ProcessResult>> tasks;
+    for (int run = 0; run < 50; ++run) {
+        const std::string name = "run " + std::to_string(run);
+        tasks.push_back(client.run({"out", name, "flood", "100000", "err", name}));
+    }
+    for (std::size_t run = 0; run < tasks.size(); ++run) {
+        const std::string name = "run " + std::to_string(run);
+        const ProcessResult result = tasks[run].get();
+        EXPECT_EQ(result.arguments.at(1), name);
+        EXPECT_TRUE(result.stdout == name + numberedLines("output", 100'000)) << name;
+        EXPECT_TRUE(result.stderr == numberedLines("errors", 100'000) + name) << name;
+    }
+    expectNothingLeft();
+}
+
+// A program that inherits the pipe of another would keep the other's run from ending.
+TEST_F(ProcessLeaks, ProgramsStartedAtTheSameMomentHoldOnlyTheirOwnPipes) {
+    {
+        Fifo gate(place / "gate");
+        std::vector<Task<ProcessResult>> waiting;
+        std::vector<Task<ProcessResult>> quick;
+        for (int pair = 0; pair < 40; ++pair) {
+            waiting.push_back(startPuppet({"wait", gate.path(), "out", "waited"}));
+            quick.push_back(startPuppet({"out", std::to_string(pair)}));
+        }
+        for (std::size_t pair = 0; pair < quick.size(); ++pair)
+            EXPECT_EQ(outcomeOf(std::move(quick[pair])), std::to_string(pair));
+        for (const Task<ProcessResult>& task : waiting)
+            EXPECT_FALSE(task.done());
+        gate.open();
+        for (Task<ProcessResult>& task : waiting)
+            EXPECT_EQ(outcomeOf(std::move(task)), "waited");
+    }
+    expectNothingLeft();
+}
+
+// All programs run before the first may end, so no call can have waited for another's program.
+TEST_F(ProcessLeaks, StartingNeverWaits) {
+    constexpr std::size_t runs = 64;
+    {
+        Fifo gate(place / "gate");
+        Fifo reached(place / "reached");
+        std::vector<Task<ProcessResult>> tasks;
+        for (std::size_t run = 0; run < runs; ++run)
+            tasks.push_back(
+                startPuppet({"announce", reached.path(), "wait", gate.path(), "out", std::to_string(run)}));
+        reached.awaitAnnouncements(runs);
+        for (const Task<ProcessResult>& task : tasks)
+            EXPECT_FALSE(task.done());
+        gate.open();
+        for (std::size_t run = 0; run < runs; ++run)
+            EXPECT_EQ(outcomeOf(std::move(tasks[run])), std::to_string(run));
+    }
+    expectNothingLeft();
+}
+
+TEST_F(ProcessLeaks, ADroppedTaskGoesOn) {
+    const fs::path made = place / "made";
+    {
+        Fifo gate(place / "gate");
+        Fifo reached(place / "reached");
+        (void)startPuppet({"wait", gate.path(), "create", made.string(), "announce", reached.path()});
+        EXPECT_FALSE(fs::exists(made));
+        gate.open();
+        reached.awaitAnnouncements();
+        EXPECT_TRUE(fs::exists(made));
+    }
+    expectNothingLeft();
+}
+
+TEST_F(ProcessLeaks, OtherChildrenAreLeftToTheApplication) {
+    const pid_t other = ::fork();
+    ASSERT_GE(other, 0);
+    if (other == 0)
+        ::_exit(5);
+    siginfo_t ended{};
+    ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(other), &ended, WEXITED | WNOWAIT), 0);
+    EXPECT_EQ(puppetSays({"out", "x"}), "x");
+    int status = 0;
+    EXPECT_EQ(::waitpid(other, &status, 0), other);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 5);
+}
+
+} // namespace
+
+} // namespace kinovane::test

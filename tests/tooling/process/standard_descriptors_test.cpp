@@ -1,0 +1,107 @@
+// Running programs in applications that have closed some of the standard descriptors, and go on using them.
+
+#include <array>
+#include <atomic>
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <kinovane/tooling.hpp>
+
+#include "support/standard_descriptors.hpp"
+#include "support/temporary_directory.hpp"
+#include "tooling/film_tool/pi_copies.hpp"
+#include "test_program.hpp"
+
+namespace kinovane::test {
+
+namespace {
+
+constexpr int rounds = 100;
+
+/// Looks at the standard descriptors all the time, and remembers when one of those that are closed belongs to
+/// something other than the top of the file system, which is nothing that can be read or written there.
+class Watch {
+  public:
+    explicit Watch(ClosedDescriptors closed)
+        : thread_([this, closed](std::size_t /*turn*/) {
+              struct stat status{};
+              for (int number = 0; number <= STDERR_FILENO; ++number)
+                  if ((closed & 1 << number) != 0 && ::fstat(number, &status) == 0 &&
+                      (status.st_dev != top_.st_dev || status.st_ino != top_.st_ino))
+                      seen_ = true;
+          }) {
+        thread_.awaitTurn();
+    }
+
+    bool seen() const { return seen_; }
+
+  private:
+    static struct stat topOfTheFileSystem() {
+        struct stat status{};
+        ::stat("/", &status);
+        return status;
+    }
+
+    const struct stat top_ = topOfTheFileSystem();
+    std::atomic<bool> seen_ = false;
+    Attacker thread_;
+};
+
+class StandardDescriptors : public testing::TestWithParam<ClosedDescriptors> {
+  protected:
+    /// What the job, done again and again, gave instead of `expected`, or that a descriptor of its own was
+    /// seen on a standard number.
+    static std::string differences(const std::string& expected, const std::function<std::string()>& job) {
+        return withClosed(GetParam(), [&] {
+            const Watch watch(GetParam());
+            for (int round = 0; round < rounds; ++round)
+                if (const std::string found = job(); found != expected)
+                    return "in round " + std::to_string(round) + ": " + found;
+            return std::string(watch.seen() ? "a standard descriptor was used" : "");
+        });
+    }
+};
+
+TEST_P(StandardDescriptors, AProgramsOutputArrivesWhole) {
+    EXPECT_EQ(differences("output, errors",
+                          [] {
+                              const ProcessResult result =
+                                  startPuppet({"out", "output", "err", "errors"}).get();
+                              return result.stdout + ", " + result.stderr;
+                          }),
+              "");
+}
+
+TEST_P(StandardDescriptors, TheCopiesOfPiAreFound) {
+    const TemporaryDirectory root;
+    const std::string program = installPi(root.path(), "1.2.3").string();
+    EXPECT_EQ(differences(program,
+                          [&] {
+                              const auto found = PiExecutableResolver::bundledCandidates(root.path());
+                              return found.empty() ? "nothing" : found.front().string();
+                          }),
+              "");
+}
+
+TEST_P(StandardDescriptors, TheHomeDirectoryIsFound) {
+    EXPECT_EQ(differences("not found",
+                          [] {
+                              try {
+                                  return FilmToolClient::resolveExecutable("~/no/such/program").string();
+                              } catch (const FilmToolError&) {
+                                  return std::string("not found");
+                              }
+                          }),
+              "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Closed, StandardDescriptors, testing::Range(0, 8),
+                         [](const auto& row) { return nameOf(row.param); });
+
+} // namespace
+
+} // namespace kinovane::test

@@ -1,0 +1,195 @@
+#include <functional>
+#include <future>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "coroutine.hpp"
+#include "operation.hpp"
+#include "resting_counts.hpp"
+
+namespace kinovane::test {
+
+namespace {
+
+TEST(TaskThen, RunsTheHandlerWhereTheExecutorSays) {
+    struct Row {
+        const char* sentence;
+        bool doneBefore;
+    };
+    for (const Row row : {Row{"not done yet", false}, Row{"done already", true}}) {
+        SCOPED_TRACE(row.sentence);
+        Gate gate;
+        Task<int> task = startBehind(gate, 5);
+        if (row.doneBefore) {
+            gate.open();
+            waitUntilDone(task);
+        }
+        Loop loop;
+        std::thread::id handledOn;
+        int value = 0;
+        task.then(loop.executor(), [&](Task<int> finished) {
+            handledOn = std::this_thread::get_id();
+            EXPECT_TRUE(finished.done());
+            value = finished.get();
+            EXPECT_THROW((void)finished.get(), std::logic_error);
+        });
+        EXPECT_EQ(loop.waiting(), row.doneBefore ? 1U : 0U);
+        EXPECT_TRUE(task.done());
+        if (!row.doneBefore)
+            gate.open();
+        const std::function<void()> job = loop.next();
+        EXPECT_EQ(value, 0) << "the handler ran before the executor said so";
+        job();
+        EXPECT_EQ(value, 5);
+        EXPECT_EQ(handledOn, std::this_thread::get_id());
+        EXPECT_EQ(loop.waiting(), 0U);
+    }
+}
+
+// A handler holds parts of a user interface, which only one thread may touch, also when they go.
+TEST(TaskThen, DestroysTheHandlerWhereTheExecutorRan) {
+    for (int run = 0; run < 300; ++run) {
+        Loop loop;
+        std::thread::id handlerDestroyedOn;
+        std::thread::id resultDestroyedOn;
+        Task<std::shared_ptr<Witness>> task =
+            startTask<std::shared_ptr<Witness>>([&] { return std::make_shared<Witness>(resultDestroyedOn); });
+        if (run % 2 == 0)
+            waitUntilDone(task);
+        task.then(loop.executor(), [witness = std::make_unique<Witness>(handlerDestroyedOn)](
+                                       Task<std::shared_ptr<Witness>> finished) { (void)finished.get(); });
+        EXPECT_EQ(handlerDestroyedOn, std::thread::id());
+        loop.runNext();
+        ASSERT_EQ(handlerDestroyedOn, std::this_thread::get_id());
+        ASSERT_EQ(resultDestroyedOn, std::this_thread::get_id());
+    }
+}
+
+TEST(TaskThen, DestroysTheHandlerOfADroppedJobWhereItIsDropped) {
+    for (int run = 0; run < 100; ++run) {
+        Loop loop;
+        std::thread::id destroyedOn;
+        startTask<int>([] {
+            return 5;
+        }).then(loop.executor(), [witness = std::make_unique<Witness>(destroyedOn)](Task<int> /*finished*/) {
+            ADD_FAILURE() << "it ran";
+        });
+        std::function<void()> job = loop.next();
+        EXPECT_EQ(destroyedOn, std::thread::id());
+        job = nullptr;
+        ASSERT_EQ(destroyedOn, std::this_thread::get_id());
+    }
+}
+
+TEST(TaskThen, AnExecutorThatDropsItsJobs) {
+    const ProcessCounts before = restingCounts();
+    auto held = std::make_shared<int>(1);
+    const std::weak_ptr<int> watched = held;
+    std::promise<void> dropped;
+    Gate gate;
+    startBehind(gate, 5).then(
+        [&](const std::function<void()>& /*job*/) { dropped.set_value(); },
+        [held = std::move(held)](Task<int> /*finished*/) { ADD_FAILURE() << "it ran"; });
+    gate.open();
+    dropped.get_future().wait();
+    EXPECT_EQ(settledCounts(before), before);
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST(TaskThen, AnExecutorThatRunsItsJobsAtOnce) {
+    const Executor atOnce = [](const std::function<void()>& job) { job(); };
+    Task<int> done = startTask<int>([] { return 5; });
+    waitUntilDone(done);
+    int early = 0;
+    done.then(atOnce, [&](Task<int> finished) { early = finished.get(); });
+    EXPECT_EQ(early, 5);
+
+    Gate gate;
+    std::promise<std::pair<int, std::thread::id>> late;
+    startBehind(gate, 6).then(
+        atOnce, [&](Task<int> finished) { late.set_value({finished.get(), std::this_thread::get_id()}); });
+    gate.open();
+    const auto [value, thread] = late.get_future().get();
+    EXPECT_EQ(value, 6);
+    EXPECT_NE(thread, std::this_thread::get_id());
+}
+
+TEST(TaskThen, HandlersThatCanOnlyBeMovedAndThatChange) {
+    Loop loop;
+    int handled = 0;
+    startTask<int>([] {
+        return 5;
+    }).then(loop.executor(), [owned = std::make_unique<int>(1), &handled](Task<int> finished) mutable {
+        *owned += finished.get();
+        handled = *owned;
+    });
+    loop.runNext();
+    EXPECT_EQ(handled, 6);
+}
+
+TEST(TaskThen, AHandlerMayIgnoreItsTask) {
+    const ProcessCounts before = restingCounts();
+    Loop loop;
+    bool handled = false;
+    startTask<int>([]() -> int {
+        throw std::runtime_error("nobody hears this");
+    }).then(loop.executor(), [&](const Task<int>& /*finished*/) { handled = true; });
+    loop.runNext();
+    EXPECT_TRUE(handled);
+    EXPECT_EQ(settledCounts(before), before);
+}
+
+TEST(TaskThen, AHandlerMayStartTheNext) {
+    Loop loop;
+    std::vector<int> order;
+    startTask<int>([] { return 1; }).then(loop.executor(), [&](Task<int> first) {
+        order.push_back(first.get());
+        startTask<int>([] { return 2; }).then(loop.executor(), [&](Task<int> second) {
+            order.push_back(second.get());
+        });
+    });
+    loop.runNext();
+    EXPECT_EQ(order, std::vector<int>{1});
+    loop.runNext();
+    EXPECT_EQ(order, (std::vector<int>{1, 2}));
+}
+
+TEST(TaskThen, ManyThroughOneExecutor) {
+    const ProcessCounts before = restingCounts();
+    constexpr int tasks = 100;
+    Loop loop;
+    std::vector<int> handled(tasks, 0);
+    for (int number = 0; number < tasks; ++number)
+        startTask<int>([number] { return number; }).then(loop.executor(), [&](Task<int> finished) {
+            ++handled[static_cast<std::size_t>(finished.get())];
+        });
+    for (int number = 0; number < tasks; ++number)
+        loop.runNext();
+    EXPECT_EQ(handled, std::vector<int>(tasks, 1));
+    EXPECT_EQ(loop.waiting(), 0U);
+    EXPECT_EQ(settledCounts(before), before);
+}
+
+// The executor is a copy of the application's: it goes too, and not only when the program ends.
+TEST(TaskThen, TheExecutorIsReleased) {
+    const ProcessCounts before = restingCounts();
+    auto held = std::make_shared<Loop>();
+    const std::weak_ptr<Loop> watched = held;
+    Loop& loop = *held;
+    startTask<int>([] { return 5; })
+        .then([held, post = loop.executor()](std::function<void()> job) { post(std::move(job)); },
+              [](Task<int> finished) { EXPECT_EQ(finished.get(), 5); });
+    loop.runNext();
+    held.reset();
+    EXPECT_EQ(settledCounts(before), before);
+    EXPECT_TRUE(watched.expired());
+}
+
+} // namespace
+
+} // namespace kinovane::test

@@ -1,0 +1,218 @@
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <kinovane/tooling.hpp>
+
+#include "coroutine.hpp"
+#include "operation.hpp"
+#include "test_program.hpp"
+
+namespace kinovane::test {
+
+namespace {
+
+const std::string taken = "logic_error: the result of this task was already taken";
+
+template <class T>
+Coroutine awaitInto(Task<T> task, std::string& text) {
+    try {
+        text = co_await std::move(task);
+    } catch (...) {
+        text = describe(std::current_exception());
+    }
+}
+
+template <class T>
+Coroutine awaitOnInto(Task<T> task, Executor executor, std::string& text) {
+    try {
+        text = co_await task.on(std::move(executor));
+    } catch (...) {
+        text = describe(std::current_exception());
+    }
+}
+
+template <class T>
+std::string textOf(Task<T> task) {
+    try {
+        return task.get();
+    } catch (...) {
+        return describe(std::current_exception());
+    }
+}
+
+/// The ways to take a result. `begun` is called when the result is being waited for.
+struct Way {
+    const char* sentence;
+    std::string (*take)(Task<std::string> task, const std::function<void()>& begun);
+};
+
+const std::vector<Way> ways{
+    {"get",
+     [](Task<std::string> task, const std::function<void()>& begun) {
+         const std::jthread other(begun);
+         return textOf(std::move(task));
+     }},
+    {"co_await",
+     [](Task<std::string> task, const std::function<void()>& begun) {
+         std::string text;
+         Coroutine coroutine = awaitInto(std::move(task), text);
+         begun();
+         coroutine.wait();
+         return text;
+     }},
+    {"on",
+     [](Task<std::string> task, const std::function<void()>& begun) {
+         std::string text;
+         Loop loop;
+         Coroutine coroutine = awaitOnInto(std::move(task), loop.executor(), text);
+         begun();
+         loop.runNext();
+         coroutine.wait();
+         return text;
+     }},
+    {"then",
+     [](Task<std::string> task, const std::function<void()>& begun) {
+         std::string text;
+         Loop loop;
+         task.then(loop.executor(), [&](Task<std::string> finished) { text = textOf(std::move(finished)); });
+         begun();
+         loop.runNext();
+         return text;
+     }},
+};
+
+TEST(Task, EveryWayGivesTheResultOrTheError) {
+    struct Row {
+        const char* sentence;
+        std::function<std::string()> operation;
+        std::string expected;
+    };
+    const std::vector<Row> rows{
+        {"a text", [] { return std::string("done"); }, "done"},
+        {"an empty text", [] { return std::string(); }, ""},
+        {"an error of a program",
+         []() -> std::string { throw FilmToolError(FilmToolError::executableNotFound{"film"}); },
+         "FilmToolError: Required executable not found: film"},
+        {"a system error",
+         []() -> std::string { throw std::system_error(5, std::generic_category(), "read"); },
+         "system_error 5: read: Input/output error"},
+        {"any exception", []() -> std::string { throw std::runtime_error("broken"); }, "exception: broken"},
+        {"something thrown that is no exception", []() -> std::string { throw 7; }, "int: 7"},
+    };
+    for (const Way& way : ways)
+        for (const Row& row : rows) {
+            SCOPED_TRACE(std::string(way.sentence) + ": " + row.sentence);
+            Task<std::string> early = startTask<std::string>(row.operation);
+            waitUntilDone(early);
+            EXPECT_EQ(way.take(std::move(early), [] {}), row.expected) << "done before";
+
+            Gate gate;
+            Task<std::string> late = startTask<std::string>([passed = gate.pass(), &row] {
+                passed.wait();
+                return row.operation();
+            });
+            EXPECT_FALSE(late.done());
+            EXPECT_EQ(way.take(std::move(late), [&] { gate.open(); }), row.expected) << "done afterwards";
+        }
+}
+
+TEST(Task, EveryWayTakesTheResultOnce) {
+    for (const Way& way : ways) {
+        SCOPED_TRACE(way.sentence);
+        Task<std::string> task = startTask<std::string>([] { return std::string("x"); });
+        EXPECT_EQ(way.take(std::move(task), [] {}), "x");
+        // The object was moved from, which is the same as taken.
+        Loop loop;
+        EXPECT_TRUE(task.done()); // NOLINT(bugprone-use-after-move)
+        const std::vector<std::function<void()>> attempts{
+            [&] { (void)task.get(); },
+            [&] { (void)std::move(task).operator co_await(); },
+            [&] { (void)task.on(loop.executor()); },
+            [&] { task.then(loop.executor(), [](Task<std::string> /*finished*/) { FAIL(); }); },
+        };
+        for (const auto& attempt : attempts) {
+            std::string text = "nothing";
+            try {
+                attempt();
+            } catch (...) {
+                text = describe(std::current_exception());
+            }
+            EXPECT_EQ(text, taken);
+        }
+        EXPECT_EQ(loop.waiting(), 0U);
+    }
+}
+
+TEST(Task, GetASecondTime) {
+    Task<int> value = startTask<int>([] { return 1; });
+    EXPECT_EQ(value.get(), 1);
+    EXPECT_THROW((void)value.get(), std::logic_error);
+    EXPECT_TRUE(value.done());
+    Task<int> error = startTask<int>([]() -> int { throw 7; });
+    EXPECT_THROW((void)error.get(), int);
+    EXPECT_THROW((void)error.get(), std::logic_error);
+}
+
+TEST(Task, DoneTellsWithoutBlocking) {
+    Gate gate;
+    Task<int> task = startBehind(gate, 1);
+    EXPECT_FALSE(task.done());
+    gate.open();
+    waitUntilDone(task);
+    EXPECT_TRUE(task.done());
+    EXPECT_EQ(task.get(), 1);
+    EXPECT_TRUE(task.done());
+}
+
+TEST(Task, WithoutAResult) {
+    int runs = 0;
+    startTask<void>([&] { ++runs; }).get();
+    EXPECT_EQ(runs, 1);
+    Task<void> error = startTask<void>([] { throw std::runtime_error("broken"); });
+    EXPECT_THROW(error.get(), std::runtime_error);
+    Loop loop;
+    startTask<void>([&] { ++runs; }).then(loop.executor(), [&](Task<void> finished) {
+        finished.get();
+        ++runs;
+    });
+    loop.runNext();
+    EXPECT_EQ(runs, 3);
+}
+
+TEST(Task, ErrorsOfProgramsArriveInCoroutines) {
+    struct Describe {
+        static Coroutine plain(Task<ProcessResult> task, std::string& text) {
+            try {
+                text = (co_await std::move(task)).stdout;
+            } catch (...) {
+                text = describe(std::current_exception());
+            }
+        }
+    };
+    struct Row {
+        Task<ProcessResult> task;
+        const char* expected;
+    };
+    std::vector<Row> rows;
+    rows.push_back({startPuppet({"out", "hello"}), "hello"});
+    rows.push_back({startPuppet({"exit", "3"}), "FilmToolError: Film command exited 3."});
+    rows.push_back({FilmToolClient("kinovane-no-such-tool").run({}),
+                    "FilmToolError: Required executable not found: kinovane-no-such-tool"});
+    for (Row& row : rows) {
+        SCOPED_TRACE(row.expected);
+        std::string text;
+        Coroutine coroutine = Describe::plain(std::move(row.task), text);
+        coroutine.wait();
+        EXPECT_EQ(text, row.expected);
+    }
+}
+
+} // namespace
+
+} // namespace kinovane::test

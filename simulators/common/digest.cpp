@@ -6,7 +6,7 @@
 
 #include <array>
 
-namespace stand_in {
+namespace simulator {
 namespace {
 
 EVP_MD_CTX* evp(void* context) { return static_cast<EVP_MD_CTX*>(context); }
@@ -48,4 +48,4 @@ std::string digestOf(std::string_view text) {
     return digest.finish();
 }
 
-} // namespace stand_in
+} // namespace simulator

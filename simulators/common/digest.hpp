@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace stand_in {
+namespace simulator {
 
 /// A SHA-256 computation that is fed piece by piece.
 class Digest {
@@ -28,4 +28,4 @@ class Digest {
 /// The 64 digits of a text in one go.
 std::string digestOf(std::string_view text);
 
-} // namespace stand_in
+} // namespace simulator

@@ -12,7 +12,7 @@
 #include <cerrno>
 #include <utility>
 
-namespace stand_in {
+namespace simulator {
 namespace {
 
 /// Repeats a system call for as long as a signal interrupts it.
@@ -157,4 +157,4 @@ void replaceFile(const std::filesystem::path& path, std::string_view content) {
     std::filesystem::rename(writeUnfinished(path, content), path);
 }
 
-} // namespace stand_in
+} // namespace simulator

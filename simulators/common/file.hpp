@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace stand_in {
+namespace simulator {
 
 /// An open file. Every failure is a Refusal that names the file.
 class File {
@@ -59,4 +59,4 @@ std::filesystem::path writeUnfinished(const std::filesystem::path& path, std::st
 /// Puts the content in the place of the file in one step: a reader sees the old content or the new one.
 void replaceFile(const std::filesystem::path& path, std::string_view content);
 
-} // namespace stand_in
+} // namespace simulator

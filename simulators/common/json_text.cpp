@@ -4,7 +4,7 @@
 #include <charconv>
 #include <stdexcept>
 
-namespace stand_in {
+namespace simulator {
 namespace {
 
 void appendEscaped(std::string& out, char character) {
@@ -153,4 +153,4 @@ std::string pretty(const boost::json::value& value) {
     return out;
 }
 
-} // namespace stand_in
+} // namespace simulator

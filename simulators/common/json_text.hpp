@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace stand_in {
+namespace simulator {
 
 /// The text as a JSON string with its quotes. Only what JSON demands is escaped: "/" and everything beyond
 /// ASCII stay as they are. Ids are digests over this form, so every byte of it counts.
@@ -21,4 +21,4 @@ std::string compact(const boost::json::value& value);
 /// The value over several lines with an indent of two, for files that people open.
 std::string pretty(const boost::json::value& value);
 
-} // namespace stand_in
+} // namespace simulator

@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <string>
 
-namespace stand_in {
+namespace simulator {
 
 void refuseForSystem(std::string_view attempt, const std::filesystem::path& file, std::error_code reason) {
     throw Refusal("cannot " + std::string(attempt) + " " + jsonQuoted(file.native()) + ": " +
@@ -14,4 +14,4 @@ void refuseForSystem(std::string_view attempt, const std::filesystem::path& file
 
 std::error_code lastSystemError() { return {errno, std::system_category()}; }
 
-} // namespace stand_in
+} // namespace simulator

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <system_error>
 
-namespace stand_in {
+namespace simulator {
 
 /// A reason not to do what was asked for, worded as the one sentence that the film maker gets to read.
 class Refusal : public std::runtime_error {
@@ -20,4 +20,4 @@ class Refusal : public std::runtime_error {
 /// The error that the last failed system call left in errno.
 std::error_code lastSystemError();
 
-} // namespace stand_in
+} // namespace simulator

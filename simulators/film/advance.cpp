@@ -23,7 +23,7 @@ std::string advance(Workspace& workspace, bool cutOff) {
     json::object& project = workspace.project();
     const Phase* next = phaseAfter(textOf(project, "phase"));
     if (const std::string gate = closedGate(project); !gate.empty()) {
-        throw stand_in::Refusal("The gate \"" + gate + "\" is not approved.");
+        throw simulator::Refusal("The gate \"" + gate + "\" is not approved.");
     }
     std::vector<std::string> done;
     while (next != nullptr && closedGate(project).empty()) {
@@ -41,7 +41,7 @@ std::string advance(Workspace& workspace, bool cutOff) {
     if (const std::string gate = closedGate(project); !gate.empty()) {
         reply["nextGate"] = gate;
     }
-    return stand_in::compact(reply);
+    return simulator::compact(reply);
 }
 
 std::string approve(Workspace& workspace, const std::string& gate, const std::string& note,
@@ -50,10 +50,10 @@ std::string approve(Workspace& workspace, const std::string& gate, const std::st
     json::object& project = workspace.project();
     json::object& approvals = recordOf(project, "approvals");
     if (!approvals.contains(gate)) {
-        throw stand_in::Refusal("This film has no gate " + stand_in::jsonQuoted(gate) + ".");
+        throw simulator::Refusal("This film has no gate " + simulator::jsonQuoted(gate) + ".");
     }
     if (isApproved(project, gate)) {
-        throw stand_in::Refusal("The gate " + stand_in::jsonQuoted(gate) + " is approved already.");
+        throw simulator::Refusal("The gate " + simulator::jsonQuoted(gate) + " is approved already.");
     }
     json::object& approval = recordOf(approvals, gate);
     approval["status"] = "approved";
@@ -69,7 +69,7 @@ std::string approve(Workspace& workspace, const std::string& gate, const std::st
     }
     Step step(workspace, "approve");
     step.commit();
-    return stand_in::compact(json::object{{"ok", true}, {"gate", gate}, {"status", "approved"}});
+    return simulator::compact(json::object{{"ok", true}, {"gate", gate}, {"status", "approved"}});
 }
 
 } // namespace film

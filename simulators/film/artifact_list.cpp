@@ -25,7 +25,7 @@ std::string contentTypeOf(std::string_view path) {
     return "application/octet-stream";
 }
 
-std::string digestText(std::string_view bytes) { return "sha256:" + stand_in::digestOf(bytes); }
+std::string digestText(std::string_view bytes) { return "sha256:" + simulator::digestOf(bytes); }
 
 json::object* findArtifact(json::object& project, std::string_view path) {
     for (json::value& value : listOf(project, "artifacts")) {

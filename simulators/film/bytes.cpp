@@ -31,7 +31,7 @@ Bytes& Bytes::little32(std::uint32_t value) { return little16(value).little16(va
 
 std::uint32_t size32(std::size_t size) {
     if (size > std::numeric_limits<std::uint32_t>::max()) {
-        throw stand_in::Refusal("the film is too long for one media file");
+        throw simulator::Refusal("the film is too long for one media file");
     }
     return static_cast<std::uint32_t>(size);
 }

@@ -18,7 +18,7 @@
 namespace film {
 namespace {
 
-using stand_in::compact;
+using simulator::compact;
 
 Workspace opened(const Command& command, Access access) { return {command.value("run.json"), access}; }
 
@@ -65,9 +65,9 @@ std::string exportVistrel(const Command& command, bool) {
     const auto output = command.optionalValue("file");
     const std::filesystem::path file = output ? absolutePath(*output) : film.place("vistrel-handoff.json");
     const VistrelManifest manifest = vistrelManifestOf(film);
-    const std::string text = stand_in::pretty(manifest.document);
+    const std::string text = simulator::pretty(manifest.document);
     std::filesystem::create_directories(file.parent_path());
-    stand_in::replaceFile(file, text);
+    simulator::replaceFile(file, text);
     return compact(json::object{{"ok", true},
                                 {"contractVersion", handoffContract},
                                 {"manifest", file.native()},

@@ -9,8 +9,8 @@
 namespace film {
 namespace {
 
-using stand_in::jsonQuoted;
-using stand_in::Refusal;
+using simulator::jsonQuoted;
+using simulator::Refusal;
 
 constexpr std::uint64_t sizeLimit = std::uint64_t{64} << 20U;
 
@@ -47,7 +47,7 @@ void removeNulls(json::value& value) {
 } // namespace
 
 json::object readDocument(const std::filesystem::path& file) {
-    const std::string text = stand_in::readWholeFile(file, sizeLimit, "a film document");
+    const std::string text = simulator::readWholeFile(file, sizeLimit, "a film document");
     boost::system::error_code error;
     json::value value = json::parse(text, error);
     if (error) {

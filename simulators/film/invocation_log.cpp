@@ -19,7 +19,7 @@ void addVariable(json::object& entry, const char* key, const char* variable) {
 } // namespace
 
 void createInvocationLog(const std::filesystem::path& root) {
-    stand_in::writeWholeFile(root / invocationLogName, "");
+    simulator::writeWholeFile(root / invocationLogName, "");
 }
 
 void noteInvocation(const std::filesystem::path& root, std::span<const std::string_view> arguments,
@@ -39,7 +39,7 @@ void noteInvocation(const std::filesystem::path& root, std::span<const std::stri
     addVariable(entry, "piProvider", "QUEX_FILM_TOOLS_PI_PROVIDER");
     addVariable(entry, "piModel", "QUEX_FILM_TOOLS_PI_MODEL");
     // One write per line keeps the lines of calls at the same time apart.
-    stand_in::File::append(log).write(stand_in::compact(entry) + '\n');
+    simulator::File::append(log).write(simulator::compact(entry) + '\n');
 }
 
 } // namespace film

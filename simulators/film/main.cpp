@@ -35,7 +35,7 @@ int run(std::span<const std::string_view> arguments) {
         }
     }
     if (!std::cout.flush()) {
-        throw stand_in::Refusal("cannot write the reply to standard output");
+        throw simulator::Refusal("cannot write the reply to standard output");
     }
     return misbehaviour.exitStatus.value_or(0);
 }
@@ -48,7 +48,7 @@ int main(int argumentCount, char** argumentValues) {
         const std::vector<std::string_view> all(argumentValues, argumentValues + argumentCount);
         return film::run(std::span(all).subspan(all.empty() ? 0 : 1));
     } catch (const std::filesystem::filesystem_error& error) {
-        std::cerr << "cannot use " << stand_in::jsonQuoted(error.path1().native()) << ": "
+        std::cerr << "cannot use " << simulator::jsonQuoted(error.path1().native()) << ": "
                   << error.code().message() << '\n';
     } catch (const std::bad_alloc&) {
         std::cerr << "there is not enough memory for this film\n";

@@ -28,17 +28,17 @@ Misbehaviour printNoJson(const Command& command) {
 }
 
 Misbehaviour printWithoutKey(const Command& command) {
-    std::cout << stand_in::compact(replyWithoutKey(command)) << '\n';
+    std::cout << simulator::compact(replyWithoutKey(command)) << '\n';
     return {0, false};
 }
 
 Misbehaviour printWrongType(const Command& command) {
-    std::cout << stand_in::compact(replyOfWrongType(command)) << '\n';
+    std::cout << simulator::compact(replyOfWrongType(command)) << '\n';
     return {0, false};
 }
 
 Misbehaviour printNoise(const Command& command) {
-    std::cout << "[info] opening the film\n" << stand_in::compact(sampleReply(command)) << '\n';
+    std::cout << "[info] opening the film\n" << simulator::compact(sampleReply(command)) << '\n';
     return {0, false};
 }
 
@@ -63,7 +63,7 @@ Misbehaviour waitForRelease(const Command&) {
         descriptor = ::open(name, O_RDONLY | O_CLOEXEC);
     }
     if (descriptor < 0) {
-        stand_in::refuseForSystem("open", name, stand_in::lastSystemError());
+        simulator::refuseForSystem("open", name, simulator::lastSystemError());
     }
     ::close(descriptor);
     return {};
@@ -108,7 +108,7 @@ Misbehaviour misbehave(const Command& command) {
     if (chosen != misbehaviours.end()) {
         return chosen->perform(command);
     }
-    std::cerr << "FILM_MISBEHAVE: " << stand_in::jsonQuoted(value) << " is unknown; known are";
+    std::cerr << "FILM_MISBEHAVE: " << simulator::jsonQuoted(value) << " is unknown; known are";
     for (const Named& known : misbehaviours) {
         std::cerr << ' ' << known.name;
     }

@@ -48,7 +48,7 @@ json::object runManifest(const json::object& project) {
     const std::string createdAt = textOf(project, "createdAt");
     return {{"contractVersion", "quexrun/film-run.v1"},
             {"tool", "film"},
-            {"runId", "run-" + stand_in::digestOf(id + '\n' + createdAt).substr(0, 12)},
+            {"runId", "run-" + simulator::digestOf(id + '\n' + createdAt).substr(0, 12)},
             {"projectId", id},
             {"title", textOf(project, "title")},
             {"createdAt", createdAt},
@@ -84,22 +84,22 @@ json::object newProject(const Pitch& pitch, const json::object& plan) {
 
 std::filesystem::path createFilm(const Pitch& pitch, const std::filesystem::path& folder) {
     if (pitch.title.empty() || pitch.idea.empty()) {
-        throw stand_in::Refusal("A film needs a title and an idea.");
+        throw simulator::Refusal("A film needs a title and an idea.");
     }
     const std::filesystem::path root = absolutePath(folder);
     const std::filesystem::path manifest = root / "run.json";
     if (std::filesystem::exists(manifest)) {
-        throw stand_in::Refusal("The folder " + stand_in::jsonQuoted(root.native()) +
+        throw simulator::Refusal("The folder " + simulator::jsonQuoted(root.native()) +
                                 " already holds a film.");
     }
     std::filesystem::create_directories(root);
     const json::object plan = productionPlanOf(pitch);
     const json::object project = newProject(pitch, plan);
-    stand_in::replaceFile(root / planName, stand_in::pretty(plan));
-    stand_in::replaceFile(root / treatmentName, stand_in::pretty(treatmentOf(pitch)));
-    stand_in::replaceFile(root / projectName, stand_in::pretty(project));
+    simulator::replaceFile(root / planName, simulator::pretty(plan));
+    simulator::replaceFile(root / treatmentName, simulator::pretty(treatmentOf(pitch)));
+    simulator::replaceFile(root / projectName, simulator::pretty(project));
     // The run manifest comes last: before it is there, the folder is not a film.
-    stand_in::replaceFile(manifest, stand_in::pretty(runManifest(project)));
+    simulator::replaceFile(manifest, simulator::pretty(runManifest(project)));
     return manifest;
 }
 

@@ -30,7 +30,7 @@ std::span<const Phase> phases() { return all; }
 const Phase* phaseAfter(std::string_view name) {
     const auto found = std::ranges::find(all, name, &Phase::name);
     if (found == all.end()) {
-        throw stand_in::Refusal("The phase " + stand_in::jsonQuoted(name) +
+        throw simulator::Refusal("The phase " + simulator::jsonQuoted(name) +
                                 " is unknown, so this film cannot be taken further here.");
     }
     return found + 1 == all.end() ? nullptr : found + 1;

@@ -17,7 +17,7 @@ constexpr std::uint64_t sizeLimit = std::uint64_t{64} << 20U;
 /// The complete lines. A last line without its end was being written when the step was cut off, and what it
 /// would have announced was not begun.
 std::vector<json::object> entriesOf(const std::filesystem::path& journal) {
-    const std::string text = stand_in::readWholeFile(journal, sizeLimit, "a journal");
+    const std::string text = simulator::readWholeFile(journal, sizeLimit, "a journal");
     std::vector<json::object> entries;
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = text.find('\n', start);
@@ -27,7 +27,7 @@ std::vector<json::object> entriesOf(const std::filesystem::path& journal) {
         boost::system::error_code error;
         const json::value entry = json::parse(text.substr(start, end - start), error);
         if (error || !entry.is_object()) {
-            throw stand_in::Refusal("The journal of this film is damaged, so it cannot be recovered.");
+            throw simulator::Refusal("The journal of this film is damaged, so it cannot be recovered.");
         }
         entries.push_back(entry.get_object());
         start = end + 1;
@@ -47,7 +47,7 @@ std::set<std::string> knownPaths(const json::object& project) {
 std::size_t removeUnfinished(const std::filesystem::path& root) {
     std::vector<std::filesystem::path> unfinished;
     for (const auto& entry : std::filesystem::directory_iterator(root)) {
-        if (entry.path().native().ends_with(stand_in::unfinishedSuffix)) {
+        if (entry.path().native().ends_with(simulator::unfinishedSuffix)) {
             unfinished.push_back(entry.path());
         }
     }

@@ -24,15 +24,15 @@ constexpr std::array<const char*, 7> dependentProof{"creation", "clips",       "
 
 json::object& stateToArchive(json::object& project, const std::string& shotId) {
     json::object* state = findById(listOf(project, "shots"), shotId);
-    const std::string name = stand_in::jsonQuoted(shotId);
+    const std::string name = simulator::jsonQuoted(shotId);
     if (state == nullptr) {
-        throw stand_in::Refusal("This film has no shot " + name + ".");
+        throw simulator::Refusal("This film has no shot " + name + ".");
     }
     if (optionalTextOf(*state, "status") == newTake) {
-        throw stand_in::Refusal("The shot " + name + " is waiting for a new take already.");
+        throw simulator::Refusal("The shot " + name + " is waiting for a new take already.");
     }
     if (!state->contains("take") || findArtifact(project, "frames/" + shotId + ".png") == nullptr) {
-        throw stand_in::Refusal("The shot " + name + " has no take yet.");
+        throw simulator::Refusal("The shot " + name + " has no take yet.");
     }
     return *state;
 }

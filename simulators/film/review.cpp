@@ -46,7 +46,7 @@ std::string review(Workspace& workspace) {
     expectNoJournal(workspace);
     phaseAfter(textOf(workspace.project(), "phase"));
     if (latestPath(workspace.project(), "shot-clip").empty()) {
-        throw stand_in::Refusal("There are no clips to review yet.");
+        throw simulator::Refusal("There are no clips to review yet.");
     }
     Step step(workspace, "review");
     makeReviews(step);

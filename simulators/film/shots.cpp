@@ -20,7 +20,7 @@ const json::object& stateOf(const json::object& project, const std::string& id) 
             return state;
         }
     }
-    throw stand_in::Refusal("the film's documents are damaged: the shot " + stand_in::jsonQuoted(id) +
+    throw simulator::Refusal("the film's documents are damaged: the shot " + simulator::jsonQuoted(id) +
                             " is planned, but the project does not know it");
 }
 
@@ -56,7 +56,7 @@ std::vector<Effect> effectsOf(const json::object& planned, const Shot& shot) {
 
 std::vector<Shot> shotsOf(const json::object& project, const json::object& plan) {
     if (plan.empty()) {
-        throw stand_in::Refusal("This film has no production plan.");
+        throw simulator::Refusal("This film has no production plan.");
     }
     std::vector<Shot> shots;
     std::int64_t clock = 0;
@@ -75,7 +75,7 @@ std::vector<Shot> shotsOf(const json::object& project, const json::object& plan)
         shots.push_back(std::move(shot));
     }
     if (shots.empty()) {
-        throw stand_in::Refusal("The production plan of this film has no shots.");
+        throw simulator::Refusal("The production plan of this film has no shots.");
     }
     return shots;
 }

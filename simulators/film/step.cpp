@@ -13,7 +13,7 @@ namespace {
 /// Ids out of the documents become part of paths, and these must stay inside the workspace.
 void expectInside(const std::filesystem::path& path) {
     if (path.is_absolute() || std::ranges::find(path, std::filesystem::path("..")) != path.end()) {
-        throw stand_in::Refusal("the film's documents are damaged: " + stand_in::jsonQuoted(path.native()) +
+        throw simulator::Refusal("the film's documents are damaged: " + simulator::jsonQuoted(path.native()) +
                                 " does not lie inside the film's folder");
     }
 }
@@ -27,17 +27,17 @@ std::filesystem::path openableJournal(const Workspace& workspace) {
 
 void expectNoJournal(const Workspace& workspace) {
     if (std::filesystem::exists(workspace.journal())) {
-        throw stand_in::Refusal("The last step of this film was cut off. Recover the film first.");
+        throw simulator::Refusal("The last step of this film was cut off. Recover the film first.");
     }
 }
 
 Step::Step(Workspace& workspace, std::string_view name)
     : workspace_(workspace), startedAt_(timeStamp()),
-      journal_(stand_in::File::append(openableJournal(workspace))) {
+      journal_(simulator::File::append(openableJournal(workspace))) {
     note({{"step", std::string(name)}, {"startedAt", startedAt_}});
 }
 
-void Step::note(const json::object& entry) { journal_.write(stand_in::compact(entry) + '\n'); }
+void Step::note(const json::object& entry) { journal_.write(simulator::compact(entry) + '\n'); }
 
 void Step::make(std::string_view kind, const std::string& path, std::string_view source, std::string bytes,
                 std::string_view shotId) {
@@ -45,7 +45,7 @@ void Step::make(std::string_view kind, const std::string& path, std::string_view
     note({{"creates", path}});
     const std::filesystem::path place = workspace_.place(path);
     std::filesystem::create_directories(place.parent_path());
-    stand_in::writeWholeFile(place, bytes);
+    simulator::writeWholeFile(place, bytes);
     recordArtifact(project(),
                    {std::string(kind), path, contentTypeOf(path), std::string(source), std::move(bytes)},
                    startedAt_);
@@ -63,7 +63,7 @@ void Step::make(std::string_view kind, const std::string& path, std::string_view
 
 void Step::makeJson(std::string_view kind, const std::string& path, std::string_view source,
                     const json::object& content) {
-    make(kind, path, source, stand_in::pretty(content));
+    make(kind, path, source, simulator::pretty(content));
 }
 
 void Step::archive(const std::string& from, const std::string& to) {

@@ -46,7 +46,7 @@ class Step {
 
     Workspace& workspace_;
     std::string startedAt_;
-    stand_in::File journal_;
+    simulator::File journal_;
     std::vector<std::filesystem::path> dropped_;
     std::size_t made_ = 0;
 };

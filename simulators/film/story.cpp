@@ -160,7 +160,7 @@ json::array shots(const Choice& choice, const Pitch& pitch) {
 } // namespace
 
 std::string projectIdOf(const Pitch& pitch) {
-    return "film-" + stand_in::digestOf(pitch.title + '\n' + pitch.idea).substr(0, 12);
+    return "film-" + simulator::digestOf(pitch.title + '\n' + pitch.idea).substr(0, 12);
 }
 
 json::object productionPlanOf(const Pitch& pitch) {

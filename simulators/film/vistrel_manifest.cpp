@@ -13,8 +13,8 @@
 namespace film {
 namespace {
 
-using stand_in::jsonQuoted;
-using stand_in::Refusal;
+using simulator::jsonQuoted;
+using simulator::Refusal;
 
 constexpr std::uint64_t sizeLimit = std::uint64_t{1} << 30U;
 
@@ -41,7 +41,7 @@ void verify(const Workspace& workspace, const json::object& artifact) {
     if (!std::filesystem::exists(file)) {
         throw Refusal("The file " + jsonQuoted(path) + " is missing.");
     }
-    const std::string bytes = stand_in::readWholeFile(file, sizeLimit, "a media file");
+    const std::string bytes = simulator::readWholeFile(file, sizeLimit, "a media file");
     if (digestText(bytes) != textOf(artifact, "sha256") ||
         static_cast<std::int64_t>(bytes.size()) != integerOf(artifact, "bytes")) {
         throw Refusal("The file " + jsonQuoted(path) + " is not the one that was recorded.");
@@ -51,7 +51,7 @@ void verify(const Workspace& workspace, const json::object& artifact) {
 /// The id says where a file lies and what is in it, and nothing else.
 std::string assetId(const std::string& path, const std::string& digest) {
     const std::string named = "{\"path\":" + jsonQuoted(path) + ",\"sha256\":" + jsonQuoted(digest) + "}";
-    return "film_asset_" + stand_in::digestOf(named).substr(0, 20);
+    return "film_asset_" + simulator::digestOf(named).substr(0, 20);
 }
 
 json::array assetsOf(const Workspace& workspace, VistrelManifest& manifest, AssetIds& ids) {

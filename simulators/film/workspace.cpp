@@ -15,11 +15,11 @@ std::filesystem::path absolutePath(const std::filesystem::path& path) {
 Workspace::Workspace(const std::filesystem::path& runManifest, Access access)
     : runManifest_(absolutePath(runManifest)), root_(runManifest_.parent_path()) {
     if (!std::filesystem::exists(runManifest_)) {
-        throw stand_in::Refusal("there is no film at " + stand_in::jsonQuoted(runManifest_.native()));
+        throw simulator::Refusal("there is no film at " + simulator::jsonQuoted(runManifest_.native()));
     }
     if (access == Access::change) {
         // The run manifest is written once and never replaced, so everybody locks the same file.
-        lock_.emplace(stand_in::File::openRegular(runManifest_));
+        lock_.emplace(simulator::File::openRegular(runManifest_));
         lock_->lock();
     }
     project_ = readDocument(place(projectName));
@@ -35,20 +35,20 @@ std::string Workspace::runId() const {
     // The run manifest may be an empty file: its place is what matters.
     try {
         return textOf(readDocument(runManifest_), "runId");
-    } catch (const stand_in::Refusal&) {
+    } catch (const simulator::Refusal&) {
         return textOf(project_, "projectId");
     }
 }
 
 void Workspace::save() const {
     if (!plan_.empty()) {
-        stand_in::replaceFile(place(planName), stand_in::pretty(plan_));
+        simulator::replaceFile(place(planName), simulator::pretty(plan_));
     }
-    stand_in::replaceFile(place(projectName), stand_in::pretty(project_));
+    simulator::replaceFile(place(projectName), simulator::pretty(project_));
 }
 
 void Workspace::saveAndDie() const {
-    stand_in::writeUnfinished(place(projectName), stand_in::pretty(project_));
+    simulator::writeUnfinished(place(projectName), simulator::pretty(project_));
     std::raise(SIGKILL);
     std::abort();
 }

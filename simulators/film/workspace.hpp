@@ -40,7 +40,7 @@ class Workspace {
 
   private:
     std::filesystem::path runManifest_, root_;
-    std::optional<stand_in::File> lock_;
+    std::optional<simulator::File> lock_;
     json::object project_, plan_;
     std::optional<json::object> treatment_;
 };

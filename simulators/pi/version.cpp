@@ -13,7 +13,7 @@
 namespace pi {
 namespace {
 
-constexpr std::string_view fallback = "0.0.0-stand-in";
+constexpr std::string_view fallback = "0.0.0-simulator";
 
 /// Where the running program lies, with links followed; the name it was started by may be a bare word.
 std::filesystem::path programFile() {

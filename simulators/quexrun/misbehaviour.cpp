@@ -21,19 +21,19 @@ int printNoJson() {
 int printWithoutKey() {
     boost::json::object status = builtInStatus();
     status["models"].as_array().front().as_object().erase("servingEngine");
-    std::cout << stand_in::compact(status) << '\n';
+    std::cout << simulator::compact(status) << '\n';
     return 0;
 }
 
 int printWrongType() {
     boost::json::object status = builtInStatus();
     status["models"].as_array().front().as_object()["installed"] = "yes";
-    std::cout << stand_in::compact(status) << '\n';
+    std::cout << simulator::compact(status) << '\n';
     return 0;
 }
 
 int printNoise() {
-    std::cout << "[info] looking for models\n" << stand_in::compact(builtInStatus()) << '\n';
+    std::cout << "[info] looking for models\n" << simulator::compact(builtInStatus()) << '\n';
     return 0;
 }
 
@@ -73,7 +73,7 @@ std::optional<int> misbehave() {
     if (chosen != misbehaviours.end()) {
         return chosen->perform();
     }
-    std::cerr << "QUEXRUN_MISBEHAVE: " << stand_in::jsonQuoted(value) << " is unknown; known are";
+    std::cerr << "QUEXRUN_MISBEHAVE: " << simulator::jsonQuoted(value) << " is unknown; known are";
     for (const Misbehaviour& known : misbehaviours) {
         std::cerr << ' ' << known.name;
     }

@@ -32,7 +32,7 @@ json::object builtInStatus() {
     models.emplace_back(model("heron-32b-q4", "Heron 32B", true, 48, "llama-server", true));
     models.emplace_back(model("bittern-70b", "Bittern 70B", true, 96, "external", false));
     models.emplace_back(model("bittern-120b", "Bittern 120B", false, 192, "mlx", true));
-    json::object pi{{"installed", true}, {"path", "/usr/local/bin/pi"}, {"version", "0.0.0-stand-in"}};
+    json::object pi{{"installed", true}, {"path", "/usr/local/bin/pi"}, {"version", "0.0.0-simulator"}};
     return {
         {"contractVersion", "quexrun/agent-status.v1"}, {"models", std::move(models)}, {"pi", std::move(pi)}};
 }
@@ -40,9 +40,9 @@ json::object builtInStatus() {
 std::string statusReply() {
     const char* file = std::getenv("QUEXRUN_STATUS_FILE");
     if (file != nullptr && *file != '\0') {
-        return stand_in::readWholeFile(file, sizeLimit, "a status file");
+        return simulator::readWholeFile(file, sizeLimit, "a status file");
     }
-    return stand_in::compact(builtInStatus()) + '\n';
+    return simulator::compact(builtInStatus()) + '\n';
 }
 
 } // namespace quexrun

@@ -7,11 +7,11 @@
 namespace vistrel {
 namespace {
 
-using stand_in::Digest;
-using stand_in::File;
-using stand_in::jsonQuoted;
-using stand_in::Refusal;
-using stand_in::refuseForSystem;
+using simulator::Digest;
+using simulator::File;
+using simulator::jsonQuoted;
+using simulator::Refusal;
+using simulator::refuseForSystem;
 
 constexpr std::size_t pieceSize = std::size_t{1} << 20U;
 
@@ -56,7 +56,7 @@ void AssetFiles::copy(const Asset& asset, const std::filesystem::path& target) {
     file.close();
 }
 
-stand_in::File AssetFiles::open(const Asset& asset) const {
+simulator::File AssetFiles::open(const Asset& asset) const {
     std::error_code error;
     const std::filesystem::path resolved = std::filesystem::canonical(root_ / asset.relativePath, error);
     if (error) {

@@ -28,8 +28,8 @@ class AssetFiles {
     void copy(const Asset& asset, const std::filesystem::path& target);
 
   private:
-    stand_in::File open(const Asset& asset) const;
-    void stream(const Asset& asset, stand_in::File& source, stand_in::File* target);
+    simulator::File open(const Asset& asset) const;
+    void stream(const Asset& asset, simulator::File& source, simulator::File* target);
 
     std::filesystem::path root_;
     std::vector<char> buffer_;

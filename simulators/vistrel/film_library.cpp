@@ -14,12 +14,12 @@
 namespace vistrel {
 namespace {
 
-using stand_in::File;
-using stand_in::jsonQuoted;
-using stand_in::lastSystemError;
-using stand_in::Refusal;
-using stand_in::refuseForSystem;
-using stand_in::writeWholeFile;
+using simulator::File;
+using simulator::jsonQuoted;
+using simulator::lastSystemError;
+using simulator::Refusal;
+using simulator::refuseForSystem;
+using simulator::writeWholeFile;
 
 namespace fs = std::filesystem;
 

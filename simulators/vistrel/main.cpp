@@ -16,7 +16,7 @@
 namespace vistrel {
 namespace {
 
-using stand_in::Refusal;
+using simulator::Refusal;
 
 constexpr int refused = 1;
 constexpr int misused = 2;
@@ -59,7 +59,7 @@ int main(int argumentCount, char** argumentValues) {
         const std::vector<std::string_view> all(argumentValues, argumentValues + argumentCount);
         return vistrel::run(std::span(all).subspan(all.empty() ? 0 : 1));
     } catch (const std::filesystem::filesystem_error& error) {
-        std::cerr << "cannot use " << stand_in::jsonQuoted(error.path1().native()) << ": "
+        std::cerr << "cannot use " << simulator::jsonQuoted(error.path1().native()) << ": "
                   << error.code().message() << '\n';
     } catch (const std::bad_alloc&) {
         std::cerr << "there is not enough memory to import the film\n";

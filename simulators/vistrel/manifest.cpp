@@ -10,9 +10,9 @@
 namespace vistrel {
 namespace {
 
-using stand_in::jsonQuoted;
-using stand_in::readWholeFile;
-using stand_in::Refusal;
+using simulator::jsonQuoted;
+using simulator::readWholeFile;
+using simulator::Refusal;
 
 namespace json = boost::json;
 

@@ -13,9 +13,9 @@
 namespace vistrel {
 namespace {
 
-using stand_in::digestOf;
-using stand_in::jsonQuoted;
-using stand_in::Refusal;
+using simulator::digestOf;
+using simulator::jsonQuoted;
+using simulator::Refusal;
 
 constexpr std::array<std::string_view, 29> importedKinds{
     "cast-master",      "location-master",      "shot-keyframe",   "shot-clip",

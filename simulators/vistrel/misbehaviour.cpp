@@ -12,7 +12,7 @@
 namespace vistrel {
 namespace {
 
-using stand_in::jsonQuoted;
+using simulator::jsonQuoted;
 
 Receipt sampleReceipt() {
     return {true, "vistrel_sample", "vistrel_sample_episode_1", 2, 3, 5, "vistrel://projects/vistrel_sample"};

@@ -7,7 +7,7 @@
 namespace vistrel {
 namespace {
 
-using stand_in::digestOf;
+using simulator::digestOf;
 
 constexpr std::size_t longestName = 40;
 constexpr std::size_t fingerprintDigits = 12;

@@ -7,7 +7,7 @@
 namespace vistrel {
 namespace {
 
-using stand_in::Refusal;
+using simulator::Refusal;
 
 namespace json = boost::json;
 

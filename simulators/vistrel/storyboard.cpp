@@ -10,7 +10,7 @@
 namespace vistrel {
 namespace {
 
-using stand_in::pretty;
+using simulator::pretty;
 
 namespace json = boost::json;
 

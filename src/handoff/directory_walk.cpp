@@ -34,14 +34,14 @@ std::error_code DirectoryWalk::follow(std::string path) {
         if (name.empty()) {
             pending.pop_back();
         } else if (name == "." || name == "..") {
-            if (beyond_ > 0 && arrived())
+            if (beyond_ > 0 && exists())
                 missing_ = std::errc::not_a_directory;
             if (name == ".." && beyond_ > 0)
                 --beyond_;
             else if (name == "..")
                 error = climb();
         } else if (beyond_ > 0) {
-            if (arrived())
+            if (exists())
                 missing_ = std::errc::not_a_directory;
             ++beyond_;
         } else {
@@ -62,7 +62,7 @@ const OpenDirectory& DirectoryWalk::current() const noexcept {
 void DirectoryWalk::goOnByName(std::string name, std::errc missing) {
     name_ = std::move(name);
     beyond_ = 1;
-    if (arrived())
+    if (exists())
         missing_ = missing;
 }
 
@@ -76,14 +76,14 @@ std::error_code DirectoryWalk::enter(std::string name, Pending& pending) {
     struct stat status{};
     if (::fstatat(current().descriptor(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
         // By name alone, no right to search is needed.
-        if (errno != ENOENT && errno != ENAMETOOLONG && (errno != EACCES || arrived()))
+        if (errno != ENOENT && errno != ENAMETOOLONG && (errno != EACCES || exists()))
             return lastError();
         goOnByName(std::move(name), static_cast<std::errc>(errno));
         return {};
     }
     if (S_ISDIR(status.st_mode))
         return enterDirectory(std::move(name));
-    if (S_ISLNK(status.st_mode) && arrived())
+    if (S_ISLNK(status.st_mode) && exists())
         return followLink(std::move(name), pending);
     goOnByName(std::move(name), {});
     return {};

@@ -30,7 +30,7 @@ class DirectoryWalk {
     [[nodiscard]] std::error_code follow(std::string path);
 
     /// Whether something exists at the place reached.
-    bool arrived() const noexcept { return missing_ == std::errc(); }
+    bool exists() const noexcept { return missing_ == std::errc(); }
 
     /// Whether the place reached lies below the start.
     bool isBelowStart() const noexcept { return passedStart_ && (!steps_.empty() || beyond_ > 0); }

@@ -42,7 +42,7 @@ std::vector<ArtifactOutcome> VistrelHandoffBuilder::audit(const FilmWorkspaceSna
            {.onSound = [](std::size_t /*index*/, ArtifactExaminer& /*examiner*/) {},
             .onBad = [&](std::size_t index,
                          const std::exception_ptr& failure) { note(outcomes[index], failure); },
-            .firstBadEnds = false});
+            .stopAtFirstFailure = false});
     return outcomes;
 }
 

@@ -41,7 +41,7 @@ std::vector<VistrelHandoffAsset> verifiedAssets(const FilmWorkspaceSnapshot& sna
                         ArtifactExaminer& examiner) { assets[index] = examiner.assetOf(*artifacts[index]); },
          .onBad = [&](std::size_t /*index*/,
                       std::exception_ptr failure) { firstFailure = std::move(failure); },
-         .firstBadEnds = true});
+         .stopAtFirstFailure = true});
     if (firstFailure)
         std::rethrow_exception(firstFailure);
     return assets;

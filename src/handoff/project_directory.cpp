@@ -130,7 +130,7 @@ RegularFile ProjectDirectory::open(const std::string& path) const {
         // descriptors, says nothing of where the path leads.
         if (outside && (!error || error == std::errc::permission_denied))
             throw unsafe();
-        if (!error && (isTooLong || !walk.arrived()))
+        if (!error && (isTooLong || !walk.exists()))
             throw missing();
         if (isTooLong && error == std::errc::permission_denied)
             throw missing();

@@ -95,13 +95,13 @@ class Verification {
         } catch (const ProjectDirectoryError& error) {
             auto failure = std::make_exception_ptr(std::filesystem::filesystem_error(error));
             // No other artifact can be examined either, but an earlier one may be bad by its path alone.
-            if (!outcomes_.firstBadEnds)
+            if (!outcomes_.stopAtFirstFailure)
                 throw Interruption{std::move(failure)};
             noteBad(index, std::move(failure));
             return;
         } catch (...) {
             noteBad(index, std::current_exception());
-            if (outcomes_.firstBadEnds)
+            if (outcomes_.stopAtFirstFailure)
                 return;
         }
         report([&] { file.done(); });
@@ -131,7 +131,7 @@ class Verification {
 
     void noteBad(std::size_t index, std::exception_ptr failure) {
         const std::lock_guard lock(mutex_);
-        if (outcomes_.firstBadEnds) {
+        if (outcomes_.stopAtFirstFailure) {
             if (index > firstBad_)
                 return;
             firstBad_ = index;

@@ -20,7 +20,7 @@ struct VerificationOutcomes {
     /// Examining the artifact threw this.
     std::function<void(std::size_t index, std::exception_ptr failure)> onBad;
     /// Whether only the first bad artifact matters, and those before it.
-    bool firstBadEnds = false;
+    bool stopAtFirstFailure = false;
 };
 
 /// The artifacts of a project that go into a handoff.

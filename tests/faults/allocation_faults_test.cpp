@@ -116,7 +116,7 @@ TEST(AllocationFaults, WritingLeavesTheOldManifestOrTheNewOne) {
 }
 
 TEST(AllocationFaults, RunningAProgram) {
-    const std::string program = programPath("puppet");
+    const std::string program = programPath("test_program");
     const FilmToolClient client(program);
     const VistrelClient vistrel(program);
     const QuexRunAgentClient agent(program);
@@ -142,7 +142,7 @@ TEST(AllocationFaults, RunningAProgram) {
 }
 
 TEST(AllocationFaults, ResultsThroughAnExecutor) {
-    const FilmToolClient client(programPath("puppet"));
+    const FilmToolClient client(programPath("test_program"));
     // The executor runs its job at once, so that it allocates nothing itself.
     const Executor atOnce = [](const std::function<void()>& job) { job(); };
     sweep({

@@ -29,11 +29,11 @@ std::string join(const ProcessResult& result) { return result.stdout + "|" + res
 
 const std::string launchFailed = "Could not launch film command: ";
 const std::string afterTheStart =
-    launchFailed + programPath("puppet") + " was started and may have done its work, but ";
+    launchFailed + programPath("test_program") + " was started and may have done its work, but ";
 
 /// Whether the text names the program, some call and the reason.
 bool isLaunchFailure(const std::string& text, const std::string& why) {
-    const std::string program = launchFailed + programPath("puppet") + ": ";
+    const std::string program = launchFailed + programPath("test_program") + ": ";
     return text.starts_with(program) && text.ends_with(": " + why) &&
            text.find_first_of(": ", program.size()) == text.size() - why.size() - 2;
 }
@@ -47,7 +47,7 @@ void checkTold(const Fault& fault, const Outcome& outcome) {
     switch (fault.call) {
     case Call::stat:
     case Call::faccessat:
-        EXPECT_EQ(outcome.text, "Required executable not found: " + programPath("puppet"));
+        EXPECT_EQ(outcome.text, "Required executable not found: " + programPath("test_program"));
         break;
     case Call::read:
         EXPECT_EQ(outcome.text, afterTheStart + "its output was lost: read: " + why);
@@ -64,7 +64,7 @@ void checkTold(const Fault& fault, const Outcome& outcome) {
         EXPECT_EQ(outcome.text, launchFailed + "no thread could be started: " + why);
         break;
     case Call::pipe2:
-        EXPECT_EQ(outcome.text, launchFailed + programPath("puppet") + ": pipe: " + why);
+        EXPECT_EQ(outcome.text, launchFailed + programPath("test_program") + ": pipe: " + why);
         break;
     default:
         EXPECT_TRUE(isLaunchFailure(outcome.text, why)) << outcome.text;
@@ -74,7 +74,7 @@ void checkTold(const Fault& fault, const Outcome& outcome) {
 FaultSweep sweepOf(const std::string& path, const std::vector<std::string>& arguments) {
     return {
         .path = path,
-        .operation = [arguments] { return join(FilmToolClient(programPath("puppet")).run(arguments).get()); },
+        .operation = [arguments] { return join(FilmToolClient(programPath("test_program")).run(arguments).get()); },
         .expectedCalls = startCalls,
         .check = checkTold,
         // How often a pipe is read depends on how fast the program writes.
@@ -107,17 +107,17 @@ TEST(SpawnFaults, AFailingProgram) {
 // A working directory that cannot be read is no reason to look for another program.
 TEST(SpawnFaults, ByARelativePath) {
     const std::filesystem::path before = std::filesystem::current_path();
-    std::filesystem::current_path(std::filesystem::path(programPath("puppet")).parent_path());
+    std::filesystem::current_path(std::filesystem::path(programPath("test_program")).parent_path());
     FaultSweep sweep = sweepOf("running a program by a relative path", {"out", "x"});
-    sweep.operation = [] { return join(FilmToolClient("./puppet").run({"out", "x"}).get()); };
+    sweep.operation = [] { return join(FilmToolClient("./test_program").run({"out", "x"}).get()); };
     sweep.expectedCalls.push_back(Call::getcwd);
     sweep.check = [](const Fault& fault, const Outcome& outcome) {
         const bool notFound = fault.call == Call::stat || fault.call == Call::faccessat;
         if (notFound || (fault.call == Call::getcwd && fault.error == ENOENT))
-            EXPECT_EQ(outcome.text, "Required executable not found: ./puppet");
+            EXPECT_EQ(outcome.text, "Required executable not found: ./test_program");
         else if (fault.call == Call::getcwd)
             EXPECT_EQ(outcome.text,
-                      launchFailed + "./puppet: getcwd: " + std::generic_category().message(fault.error));
+                      launchFailed + "./test_program: getcwd: " + std::generic_category().message(fault.error));
         else
             checkTold(fault, outcome);
     };

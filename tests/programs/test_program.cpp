@@ -28,7 +28,7 @@ using Words = std::span<char*>;
 constexpr int broken = 120;
 
 [[noreturn]] void fail(std::string_view what) {
-    std::fprintf(stderr, "puppet: %.*s: %s\n", static_cast<int>(what.size()), what.data(),
+    std::fprintf(stderr, "test_program: %.*s: %s\n", static_cast<int>(what.size()), what.data(),
                  std::strerror(errno));
     std::_Exit(broken);
 }
@@ -217,7 +217,7 @@ int main(int count, char** arguments) {
             std::find_if(verbs.begin(), verbs.end(), [&](const Verb& known) { return known.name == name; });
         words = words.subspan(1);
         if (verb == verbs.end() || (verb->operands != rest && verb->operands > words.size())) {
-            std::fprintf(stderr, "puppet: unknown verb or missing operand: %s\n", std::string(name).c_str());
+            std::fprintf(stderr, "test_program: unknown verb or missing operand: %s\n", std::string(name).c_str());
             return broken;
         }
         const std::size_t operands = std::min(verb->operands, words.size());

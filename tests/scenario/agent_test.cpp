@@ -120,7 +120,7 @@ TEST(Agent, IsFoundAndLaunchedOnTheFilm) {
     const std::string pi = PiExecutableResolver::resolve("pi").string();
     EXPECT_EQ(pi, programPath("pi"));
     EXPECT_EQ(FilmToolClient(pi).run({"--version"}).get(),
-              (ProcessResult{pi, {"--version"}, 0, "pi 0.0.0-stand-in\n", ""}));
+              (ProcessResult{pi, {"--version"}, 0, "pi 0.0.0-simulator\n", ""}));
 
     const PiAgentLaunchSpec launch = production.film.agentLaunchSpec(production.run, pi).get();
     PiAgentLaunchSpec expected;
@@ -149,7 +149,7 @@ TEST(Agent, TheRuntimeOffersTheLargestModelThatItCanStart) {
                        best,
                        {"bittern-70b", "Bittern 70B", true, 96, "external", false},
                        {"bittern-120b", "Bittern 120B", false, 192, "mlx", true}};
-    expected.pi = {true, "/usr/local/bin/pi", "0.0.0-stand-in"};
+    expected.pi = {true, "/usr/local/bin/pi", "0.0.0-simulator"};
     EXPECT_EQ(status, expected);
     EXPECT_EQ(status.bestInstalledModel(), best);
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "simulators/stand_in_call.hpp"
+#include "simulators/simulator_call.hpp"
 #include "support/variable.hpp"
 
 namespace kinovane::test {

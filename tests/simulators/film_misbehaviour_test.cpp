@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "simulators/stand_in_call.hpp"
+#include "simulators/simulator_call.hpp"
 #include "support/task_failure.hpp"
 #include "support/variable.hpp"
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "simulators/stand_in_call.hpp"
+#include "simulators/simulator_call.hpp"
 #include "simulators/vistrel_film.hpp"
 #include "support/variable.hpp"
 

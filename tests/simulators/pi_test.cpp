@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "simulators/stand_in_call.hpp"
+#include "simulators/simulator_call.hpp"
 
 namespace kinovane::test {
 namespace {
@@ -9,7 +9,7 @@ namespace fs = std::filesystem;
 
 TEST(Pi, OnlyTellsItsVersion) {
     const std::string pi = programPath("pi");
-    EXPECT_EQ(call(pi, {"--version"}), (ProcessResult{pi, {"--version"}, 0, "pi 0.0.0-stand-in\n", ""}));
+    EXPECT_EQ(call(pi, {"--version"}), (ProcessResult{pi, {"--version"}, 0, "pi 0.0.0-simulator\n", ""}));
     for (const std::vector<std::string>& arguments :
          std::vector<std::vector<std::string>>{{},
                                                {""},
@@ -36,15 +36,15 @@ TEST(Pi, EveryCopyHasTheVersionThatLiesBesideIt) {
         {"a version", "1.10.0\n", "pi 1.10.0\n"},
         {"without a line break", "1.9.3", "pi 1.9.3\n"},
         {"among blanks", " \t2.0.0-beta \r\nand more\n", "pi 2.0.0-beta\n"},
-        {"an empty file", "", "pi 0.0.0-stand-in\n"},
-        {"an empty line", "\n1.0.0\n", "pi 0.0.0-stand-in\n"},
+        {"an empty file", "", "pi 0.0.0-simulator\n"},
+        {"an empty line", "\n1.0.0\n", "pi 0.0.0-simulator\n"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
         const fs::path folder = directory / row.sentence;
         fs::create_directory(folder);
         fs::copy_file(programPath("pi"), folder / "pi");
-        EXPECT_EQ(call(folder / "pi", {"--version"}).stdout, "pi 0.0.0-stand-in\n");
+        EXPECT_EQ(call(folder / "pi", {"--version"}).stdout, "pi 0.0.0-simulator\n");
         directory.write(std::string(row.sentence) + "/VERSION", row.file);
         EXPECT_EQ(call(folder / "pi", {"--version"}).stdout, row.expected);
         // A link has no version of its own.

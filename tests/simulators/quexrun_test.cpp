@@ -2,7 +2,7 @@
 
 #include <kinovane/agent_runtime.hpp>
 
-#include "simulators/stand_in_call.hpp"
+#include "simulators/simulator_call.hpp"
 #include "support/task_failure.hpp"
 #include "support/variable.hpp"
 

@@ -25,7 +25,7 @@ bool isDue(std::size_t step, std::size_t total, std::size_t count) {
 } // namespace
 
 Work::Work()
-    : client_(programPath("puppet")), snapshot_(FilmProjectLoader::load(sampleFilm() / "run.json")),
+    : client_(programPath("test_program")), snapshot_(FilmProjectLoader::load(sampleFilm() / "run.json")),
       handoff_(VistrelHandoffBuilder::build(snapshot_, "/film", time)) {}
 
 void Work::perform(const Rounds& rounds) {

@@ -49,10 +49,10 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
                   << outcome.err;
 }
 
-Outcome runCompanion(std::vector<std::string> arguments, std::map<std::string, std::string> environment) {
-    const FilmToolClient companion(programPath("kinovane"));
+Outcome runCommandLineTool(std::vector<std::string> arguments, std::map<std::string, std::string> environment) {
+    const FilmToolClient tool(programPath("kinovane"));
     try {
-        const ProcessResult result = companion.run(std::move(arguments), std::move(environment)).get();
+        const ProcessResult result = tool.run(std::move(arguments), std::move(environment)).get();
         return {result.exitCode, result.stdout, result.stderr};
     } catch (const FilmToolError& error) {
         if (const auto* failed = std::get_if<FilmToolError::commandFailed>(&error.value()))
@@ -61,7 +61,7 @@ Outcome runCompanion(std::vector<std::string> arguments, std::map<std::string, s
     }
 }
 
-pid_t startCompanion(std::vector<std::string> arguments, int out, int err) {
+pid_t startCommandLineTool(std::vector<std::string> arguments, int out, int err) {
     std::string program = programPath("kinovane");
     std::vector<char*> pointers{program.data()};
     for (std::string& argument : arguments)

@@ -12,7 +12,7 @@
 
 namespace kinovane::test {
 
-/// How a run of the companion ended, and all it said.
+/// How a run of the command-line tool ended, and all it said.
 struct Outcome {
     int status = 0;
     std::string out;
@@ -23,11 +23,11 @@ struct Outcome {
 
 std::ostream& operator<<(std::ostream& stream, const Outcome& outcome);
 
-/// Runs the companion with both of its outputs going into pipes.
-Outcome runCompanion(std::vector<std::string> arguments, std::map<std::string, std::string> environment = {});
+/// Runs the command-line tool with both of its outputs going into pipes.
+Outcome runCommandLineTool(std::vector<std::string> arguments, std::map<std::string, std::string> environment = {});
 
-/// Starts the companion on these descriptors; one of -1 is closed in the child.
-pid_t startCompanion(std::vector<std::string> arguments, int out, int err);
+/// Starts the command-line tool on these descriptors; one of -1 is closed in the child.
+pid_t startCommandLineTool(std::vector<std::string> arguments, int out, int err);
 
 /// Waits for the program to end and gives its exit status, or -1 when a signal ended it.
 int exitStatusOf(pid_t child);

@@ -10,7 +10,7 @@
 #include "diagnosis.hpp"
 #include "diagnosis_text.hpp"
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -197,4 +197,4 @@ TEST(Diagnosis, aPathThatJSONCannotCarryIsRefused) {
 
 } // namespace
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

@@ -48,7 +48,7 @@ TEST(DoctorJSON, ofTheProgram) {
             environment[name] = value;
         std::vector<std::string> arguments{"doctor", "--json"};
         arguments.insert(arguments.end(), row.options.begin(), row.options.end());
-        const Outcome outcome = runCompanion(arguments, environment);
+        const Outcome outcome = runCommandLineTool(arguments, environment);
         EXPECT_EQ(outcome.status, row.status);
         EXPECT_EQ(outcome.err, "");
         EXPECT_EQ(std::ranges::count(outcome.out, '\n'), 1);
@@ -64,20 +64,20 @@ TEST(DoctorJSON, ofTheProgram) {
 
 TEST(DoctorJSON, ofTheOriginOfPi) {
     struct Row {
-        std::optional<companion::PiOrigin> origin;
+        std::optional<tool::PiOrigin> origin;
         std::string expected;
     };
     const std::vector<Row> rows{
-        {companion::PiOrigin::searchPath, R"("search-path")"},
-        {companion::PiOrigin::namedPlace, R"("named-place")"},
-        {companion::PiOrigin::installedCopy, R"("installed-copy")"},
+        {tool::PiOrigin::searchPath, R"("search-path")"},
+        {tool::PiOrigin::namedPlace, R"("named-place")"},
+        {tool::PiOrigin::installedCopy, R"("installed-copy")"},
         {std::nullopt, "null"},
     };
     for (const Row& row : rows) {
-        companion::Diagnosis diagnosis;
+        tool::Diagnosis diagnosis;
         diagnosis.piOrigin = row.origin;
         diagnosis.installedPis = {"/v2.0/pi/pi", "/1.9/pi/pi"};
-        EXPECT_EQ(json::parse(companion::jsonText(diagnosis)).at("pi"),
+        EXPECT_EQ(json::parse(tool::jsonText(diagnosis)).at("pi"),
                   json::parse(R"({"origin":)" + row.expected +
                               R"(,"installedCopies":["/v2.0/pi/pi","/1.9/pi/pi"]})"));
     }

@@ -26,7 +26,7 @@ Outcome runDoctor(Arguments options, const Environment& more = {}) {
     for (const auto& [name, value] : more)
         environment[name] = value;
     options.insert(options.begin(), "doctor");
-    return runCompanion(std::move(options), std::move(environment));
+    return runCommandLineTool(std::move(options), std::move(environment));
 }
 
 /// Places of this machine filled in; it may have copies of pi installed.
@@ -62,7 +62,7 @@ Models
 
 What quexrun says of its own pi
   Installed  yes
-  Version    0.0.0-stand-in
+  Version    0.0.0-simulator
   Place      /usr/local/bin/pi
 )";
 const std::string unanswered = R"(

@@ -75,7 +75,7 @@ TEST(ExitStatus, argumentsThatMakeNoSense) {
          "kinovane doctor --help"},
     };
     for (const Row& row : rows)
-        EXPECT_EQ(runCompanion(row.arguments),
+        EXPECT_EQ(runCommandLineTool(row.arguments),
                   (Outcome{2, "", "kinovane: " + row.complaint + "\nFor help: " + row.help + "\n"}))
             << row.sentence;
 }
@@ -97,7 +97,7 @@ TEST(ExitStatus, helpAndVersionAreSuccesses) {
          "Show which outside programs and models are there, and what to do about those that are not\n"},
     };
     for (const Row& row : rows) {
-        const Outcome outcome = runCompanion(row.arguments);
+        const Outcome outcome = runCommandLineTool(row.arguments);
         EXPECT_EQ(outcome.status, 0);
         EXPECT_EQ(outcome.err, "");
         EXPECT_EQ(outcome.out.substr(0, row.beginning.size()), row.beginning);
@@ -108,9 +108,9 @@ TEST(ExitStatus, aPlaceThatJSONCannotCarry) {
     const TemporaryDirectory directory;
     const fs::path run = directory.write("caf\xe9/run.json", "");
     directory.write("caf\xe9/film-project.json", smallestProject());
-    EXPECT_EQ(runCompanion({"inspect", run.string(), "--json"}),
+    EXPECT_EQ(runCommandLineTool({"inspect", run.string(), "--json"}),
               (Outcome{4, "", "kinovane: A path in the result is not UTF-8, and JSON cannot carry it.\n"}));
-    EXPECT_EQ(runCompanion({"inspect", run.string()}).status, 0);
+    EXPECT_EQ(runCommandLineTool({"inspect", run.string()}).status, 0);
 }
 
 } // namespace

@@ -9,7 +9,7 @@
 
 #include "text_table.hpp"
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -126,4 +126,4 @@ TEST(TextTable, alignsItsColumnsAndWrapsTheLast) {
 
 } // namespace
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

@@ -43,7 +43,7 @@ void writeUnfinishedFilm(const TemporaryDirectory& directory) {
 }
 
 boost::json::value inspectedJSON(const fs::path& place) {
-    const Outcome outcome = runCompanion({"inspect", place.string(), "--json"});
+    const Outcome outcome = runCommandLineTool({"inspect", place.string(), "--json"});
     EXPECT_EQ(outcome.status, 0) << outcome;
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(std::ranges::count(outcome.out, '\n'), 1) << outcome.out;
@@ -52,22 +52,22 @@ boost::json::value inspectedJSON(const fs::path& place) {
 
 TEST(Inspect, showsTheSampleFilm) {
     const Outcome expected{0, golden("inspect.txt", sampleFilm()), ""};
-    EXPECT_EQ(runCompanion({"inspect", (sampleFilm() / "run.json").string()}), expected);
-    EXPECT_EQ(runCompanion({"inspect", sampleFilm().string()}), expected)
+    EXPECT_EQ(runCommandLineTool({"inspect", (sampleFilm() / "run.json").string()}), expected);
+    EXPECT_EQ(runCommandLineTool({"inspect", sampleFilm().string()}), expected)
         << "the folder stands for its run.json";
 }
 
 TEST(Inspect, showsAnUnfinishedFilm) {
     const TemporaryDirectory directory;
     writeUnfinishedFilm(directory);
-    EXPECT_EQ(runCompanion({"inspect", (directory / "run.json").string()}),
+    EXPECT_EQ(runCommandLineTool({"inspect", (directory / "run.json").string()}),
               (Outcome{0, golden("unfinished.txt", directory.path()), ""}));
 }
 
 TEST(Inspect, countsAPlanThatHasOtherShotsThanTheProject) {
     const WorkspaceMaker workspace;
     writeDocuments(workspace);
-    const Outcome outcome = runCompanion({"inspect", workspace.snapshot.runManifest.string()});
+    const Outcome outcome = runCommandLineTool({"inspect", workspace.snapshot.runManifest.string()});
     EXPECT_NE(outcome.out.find("\n  Shots         0 (the plan has 1)\n  Running time  0:01.500 planned\n"),
               std::string::npos)
         << outcome;
@@ -77,7 +77,7 @@ TEST(Inspect, placesMayHoldAnyCharacters) {
     const TemporaryDirectory directory;
     const fs::path place = directory.write("a film, 'late' \"x\" [1] %s/run.json", "");
     fs::copy_file(sampleFilm() / "film-project.json", place.parent_path() / "film-project.json");
-    const Outcome outcome = runCompanion({"inspect", place.string()});
+    const Outcome outcome = runCommandLineTool({"inspect", place.string()});
     EXPECT_EQ(outcome.status, 0) << outcome;
     EXPECT_TRUE(outcome.out.starts_with("A Lamp for the Late Ferry\n" + place.parent_path().string() + "\n"))
         << outcome;

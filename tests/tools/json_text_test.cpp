@@ -8,7 +8,7 @@
 
 #include <kinovane/json.hpp>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -70,4 +70,4 @@ TEST(JSONText, numbersThatAreNotFiniteAreRefused) {
 
 } // namespace
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

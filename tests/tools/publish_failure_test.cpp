@@ -44,7 +44,7 @@ void expectFailures(const std::vector<Failure>& rows) {
             if (json)
                 arguments.emplace_back("--json");
             Outcome outcome =
-                runCompanion(arguments, {{"VISTREL_LIBRARY", ""}, {"VISTREL_MISBEHAVE", row.misbehaviour}});
+                runCommandLineTool(arguments, {{"VISTREL_LIBRARY", ""}, {"VISTREL_MISBEHAVE", row.misbehaviour}});
             // The digest of the manifest holds the time of day.
             if (const auto digest = outcome.out.find("sha256:"); digest != std::string::npos)
                 outcome.out.erase(digest, std::string("sha256:").size() + 64);

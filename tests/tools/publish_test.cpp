@@ -30,7 +30,7 @@ class Publish : public testing::Test {
         std::vector<std::string> arguments{"publish", workspace.snapshot.runManifest.string(), "--vistrel",
                                            programPath("vistrel")};
         arguments.insert(arguments.end(), options.begin(), options.end());
-        return runCompanion(std::move(arguments), {{"VISTREL_LIBRARY", library().string()}});
+        return runCommandLineTool(std::move(arguments), {{"VISTREL_LIBRARY", library().string()}});
     }
 
     fs::path library() const { return home / "library"; }
@@ -130,7 +130,7 @@ TEST_F(Publish, givesItsResultAsJSON) {
 }
 
 TEST_F(Publish, aReceiptWithoutCountsAndLinkIsShownAsFarAsItGoes) {
-    const Outcome outcome = runCompanion({"publish", workspace.snapshot.runManifest.string(), "--vistrel",
+    const Outcome outcome = runCommandLineTool({"publish", workspace.snapshot.runManifest.string(), "--vistrel",
                                           programPath("reluctant_importer"), "--dry-run"});
     EXPECT_EQ(
         outcome,
@@ -139,7 +139,7 @@ TEST_F(Publish, aReceiptWithoutCountsAndLinkIsShownAsFarAsItGoes) {
 
 TEST_F(Publish, theWholeSampleFilmIsPublished) {
     const Outcome outcome =
-        runCompanion({"publish", (sampleFilm() / "run.json").string(), "--vistrel", programPath("vistrel"),
+        runCommandLineTool({"publish", (sampleFilm() / "run.json").string(), "--vistrel", programPath("vistrel"),
                       "--output", (home / "handoff.json").string()},
                      {{"VISTREL_LIBRARY", library().string()}});
     EXPECT_EQ(outcome.status, 0) << outcome;

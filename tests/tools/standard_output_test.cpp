@@ -50,7 +50,7 @@ TEST(StandardOutput, whereNothingCanBeWrittenIsAFileSystemFailure) {
             const std::filesystem::path messages = directory / "messages";
             const Descriptor err(::open(messages.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
             ASSERT_TRUE(err);
-            EXPECT_EQ(exitStatusOf(startCompanion(command, row.descriptor, err.get())), 6);
+            EXPECT_EQ(exitStatusOf(startCommandLineTool(command, row.descriptor, err.get())), 6);
             EXPECT_EQ(contentOf(messages), row.expected);
         }
 }

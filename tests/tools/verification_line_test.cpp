@@ -62,7 +62,7 @@ void draw(Screen& screen, const std::string& text) {
         line = withoutTrailingBlanks(line);
 }
 
-/// Runs the companion with a terminal of this width as its standard error.
+/// Runs the command-line tool with a terminal of this width as its standard error.
 Screen runOnTerminal(const std::vector<std::string>& arguments, unsigned short columns) {
     int ends[2]{}; // NOLINT(*-avoid-c-arrays)
     winsize size{};
@@ -77,7 +77,7 @@ Screen runOnTerminal(const std::vector<std::string>& arguments, unsigned short c
     {
         const Descriptor programsEnd(ends[1]);
         ::fcntl(ends[1], F_SETFD, FD_CLOEXEC);
-        child = startCompanion(arguments, nowhere.get(), programsEnd.get());
+        child = startCommandLineTool(arguments, nowhere.get(), programsEnd.get());
     }
     Screen screen;
     const std::string text = readAll(terminal.get());

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -148,4 +148,4 @@ TEST(VerificationText, countsNoFurtherThanSizesGo) {
 
 } // namespace
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

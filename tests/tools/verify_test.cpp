@@ -118,7 +118,7 @@ std::vector<Row> rows() {
 Outcome verify(const fs::path& place, const Arguments& options = {}) {
     Arguments arguments{"verify", place.string()};
     arguments.insert(arguments.end(), options.begin(), options.end());
-    return runCompanion(std::move(arguments));
+    return runCommandLineTool(std::move(arguments));
 }
 
 boost::json::value parsed(const Outcome& outcome) {

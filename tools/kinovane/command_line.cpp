@@ -10,7 +10,7 @@
 
 #include <kinovane/version.hpp>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -214,4 +214,4 @@ Command parseCommandLine(int argumentCount, const char* const* arguments) {
     return publishRequest;
 }
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

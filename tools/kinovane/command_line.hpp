@@ -9,7 +9,7 @@
 #include "publish.hpp"
 #include "verify.hpp"
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 /// Text that was asked for instead of work: the help, or the version.
 struct Notice {
@@ -27,4 +27,4 @@ class UsageError : public std::runtime_error {
 /// Throws UsageError.
 Command parseCommandLine(int argumentCount, const char* const* arguments);
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <variant>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -54,4 +54,4 @@ Complaint complaintAbout(const ProgramFinding& program, const FilmToolError& err
     return {error.errorDescription(), std::visit(Advice(program), error.value())};
 }
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

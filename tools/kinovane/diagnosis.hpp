@@ -9,7 +9,7 @@
 #include <kinovane/agent_runtime.hpp>
 #include <kinovane/tooling.hpp>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 /// Why something does not serve, and what a person can do about it.
 struct Complaint {
@@ -46,4 +46,4 @@ struct Diagnosis {
 /// What to say of a program that failed in this way.
 Complaint complaintAbout(const ProgramFinding& program, const FilmToolError& error);
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

@@ -8,7 +8,7 @@
 #include "json_text.hpp"
 #include "text_table.hpp"
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -190,4 +190,4 @@ std::string jsonText(const Diagnosis& diagnosis) {
     return document.text() + "\n";
 }
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

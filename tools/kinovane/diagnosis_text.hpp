@@ -4,7 +4,7 @@
 
 #include "diagnosis.hpp"
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 /// The diagnosis as a person reads it.
 std::string humanText(const Diagnosis& diagnosis);
@@ -12,4 +12,4 @@ std::string humanText(const Diagnosis& diagnosis);
 /// The diagnosis as one line with one JSON object. Throws JSONEncodingError for a path that is not UTF-8.
 std::string jsonText(const Diagnosis& diagnosis);
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

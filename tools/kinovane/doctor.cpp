@@ -10,7 +10,7 @@
 #include "diagnosis_text.hpp"
 #include "output.hpp"
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -63,4 +63,4 @@ bool doctor(const DoctorRequest& request) {
     return diagnosis.complaints() == 0;
 }
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 /// Names or paths of the outside programs.
 struct DoctorRequest {
@@ -17,4 +17,4 @@ struct DoctorRequest {
 /// answer. A program that fails is part of what is printed, and no exception.
 bool doctor(const DoctorRequest& request);
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

@@ -16,7 +16,7 @@
 #include "output.hpp"
 #include "publish.hpp"
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -76,4 +76,4 @@ ExitStatus reportCurrentException() noexcept {
     }
 }
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

@@ -1,6 +1,6 @@
 #pragma once
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 /// How the program ends; one status for each class of outcome.
 enum class ExitStatus {
@@ -17,4 +17,4 @@ enum class ExitStatus {
 /// Writes the exception that is being handled to standard error and gives the status to end with.
 ExitStatus reportCurrentException() noexcept;
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -127,4 +127,4 @@ std::vector<std::string> wrappedText(std::string_view text, std::size_t width) {
     return lines;
 }
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

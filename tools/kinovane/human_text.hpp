@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 /// Minutes, seconds and milliseconds: "1:02.500". Halves of a millisecond are rounded away from zero, as they
 /// are in a handoff manifest.
@@ -27,4 +27,4 @@ std::size_t displayWidth(std::string_view text);
 /// The text in lines of at most `width` columns, broken at spaces; a longer word keeps a line to itself.
 std::vector<std::string> wrappedText(std::string_view text, std::size_t width);
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

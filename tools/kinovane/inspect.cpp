@@ -12,7 +12,7 @@
 #include "text_table.hpp"
 #include "workspace_summary.hpp"
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -191,4 +191,4 @@ void inspect(const InspectRequest& request) {
     printResult(request.json ? jsonText(workspace, summary) : humanText(workspace, summary));
 }
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

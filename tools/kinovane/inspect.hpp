@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 struct InspectRequest {
     std::filesystem::path runManifest;
@@ -12,4 +12,4 @@ struct InspectRequest {
 /// Prints what a person wants to know about a workspace. Throws FilmProjectError.
 void inspect(const InspectRequest& request);
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

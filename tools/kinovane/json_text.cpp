@@ -6,7 +6,7 @@
 
 #include <kinovane/json.hpp>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -107,4 +107,4 @@ JSONList& JSONList::add(const JSONValue& value) {
     return *this;
 }
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

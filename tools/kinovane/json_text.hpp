@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 /// A JSON text under construction: every value knows how to write itself once.
 ///
@@ -62,4 +62,4 @@ class JSONList {
     std::string values_;
 };
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

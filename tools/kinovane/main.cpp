@@ -2,7 +2,7 @@
 #include "exit_status.hpp"
 #include "output.hpp"
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -27,10 +27,10 @@ struct Perform {
 
 } // namespace
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool
 
 int main(int argumentCount, char** arguments) {
-    using namespace kinovane::companion;
+    using namespace kinovane::tool;
     try {
         return static_cast<int>(std::visit(Perform(), parseCommandLine(argumentCount, arguments)));
     } catch (...) {

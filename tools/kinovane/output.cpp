@@ -6,7 +6,7 @@
 
 #include <unistd.h>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -33,4 +33,4 @@ void printResult(std::string_view text) {
 
 void printMessage(std::string_view text) noexcept { writeAll(STDERR_FILENO, text); }
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

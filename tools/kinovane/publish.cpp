@@ -12,7 +12,7 @@
 #include "verification_line.hpp"
 #include "workspace_summary.hpp"
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace fs = std::filesystem;
 
@@ -129,4 +129,4 @@ void publish(const PublishRequest& request) {
         printResult(jsonText(handoff, manifest, digest, check, import));
 }
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

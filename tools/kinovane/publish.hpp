@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 struct PublishRequest {
     std::filesystem::path runManifest;
@@ -29,4 +29,4 @@ class ImportRefused : public std::runtime_error {
 /// std::filesystem::filesystem_error.
 void publish(const PublishRequest& request);
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

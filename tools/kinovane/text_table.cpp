@@ -6,7 +6,7 @@
 
 #include "human_text.hpp"
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -67,4 +67,4 @@ std::string TextTable::text() const {
     return text;
 }
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

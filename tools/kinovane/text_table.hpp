@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 /// Rows of cells in aligned columns. The last column is wrapped to the page.
 class TextTable {
@@ -34,4 +34,4 @@ class TextTable {
     std::vector<Row> rows_;
 };
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

@@ -10,7 +10,7 @@
 #include "human_text.hpp"
 #include "output.hpp"
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -123,4 +123,4 @@ void VerificationLine::erase() {
     drawn_ = 0;
 }
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

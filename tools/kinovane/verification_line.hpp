@@ -7,7 +7,7 @@
 
 #include <kinovane/handoff.hpp>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 /// One line on standard error that is redrawn in place while files are verified, and gone afterwards. Without
 /// a terminal there is no line: a log must not fill with it.
@@ -38,4 +38,4 @@ class VerificationLine {
     std::size_t drawn_ = 0; ///< Columns that now hold text.
 };
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

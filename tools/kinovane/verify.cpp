@@ -14,7 +14,7 @@
 #include "verification_line.hpp"
 #include "workspace_summary.hpp"
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace {
 
@@ -97,4 +97,4 @@ ExitStatus verify(const VerifyRequest& request) {
     return statusOf(findings.damaged);
 }
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

@@ -4,7 +4,7 @@
 
 #include "exit_status.hpp"
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 struct VerifyRequest {
     std::filesystem::path runManifest;
@@ -19,4 +19,4 @@ struct VerifyRequest {
 /// Throws FilmProjectError and std::filesystem::filesystem_error.
 ExitStatus verify(const VerifyRequest& request);
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

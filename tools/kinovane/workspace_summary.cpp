@@ -7,7 +7,7 @@
 #include <limits>
 #include <system_error>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 namespace fs = std::filesystem;
 
@@ -74,4 +74,4 @@ fs::path runManifestAt(const fs::path& place) {
     return place;
 }
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

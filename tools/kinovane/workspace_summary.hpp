@@ -10,7 +10,7 @@
 
 #include <kinovane/workspace.hpp>
 
-namespace kinovane::companion {
+namespace kinovane::tool {
 
 /// One of the ten steps of the proof.
 struct ProofStep {
@@ -43,4 +43,4 @@ struct WorkspaceSummary {
 /// The run manifest that a person means by a place: a folder stands for the "run.json" in it.
 std::filesystem::path runManifestAt(const std::filesystem::path& place);
 
-} // namespace kinovane::companion
+} // namespace kinovane::tool

@@ -13,7 +13,7 @@ namespace {
 
 namespace bj = boost::json;
 
-constexpr std::size_t deepestNesting = 512;
+constexpr std::size_t maxDepth = 512;
 
 std::string_view describe(bj::error_code code) {
     switch (static_cast<bj::error>(code.value())) {
@@ -67,7 +67,7 @@ std::optional<std::size_t> encodingFault(std::string_view document, std::size_t 
 
 bj::parse_options options() {
     bj::parse_options options;
-    options.max_depth = deepestNesting;
+    options.max_depth = maxDepth;
     return options;
 }
 

@@ -32,12 +32,12 @@ const std::string prefix = "Could not launch film command: ";
 
 const std::string noThread = "no thread could be started: Resource temporarily unavailable";
 
-/// Runs the puppet again and again and says what came of it, and whether anything was left over.
+/// Runs the test program again and again and says what came of it, and whether anything was left over.
 std::string outcomeOfMany(const std::vector<std::string>& arguments) {
-    std::string outcome = puppetSays(arguments);
+    std::string outcome = outputOfTestProgram(arguments);
     const ProcessCounts before = restingCounts();
     for (int run = 0; run < 20; ++run)
-        if (const std::string again = puppetSays(arguments); again != outcome)
+        if (const std::string again = outputOfTestProgram(arguments); again != outcome)
             return outcome + ", and then: " + again;
     return settledCounts(before) == before ? outcome : outcome + ", and something was left";
 }
@@ -107,13 +107,13 @@ TEST(LaunchFailure, NoDescriptorsLeft) {
         int descriptors;
         std::string expected;
     };
-    const std::string noPipe = prefix + puppetPath() + ": pipe: Too many open files";
+    const std::string noPipe = prefix + testProgramPath() + ": pipe: Too many open files";
     const std::vector<Row> rows{
         {"none for the first pipe", 0, noPipe},
         {"half of the first pipe", 1, noPipe},
         {"none for the second pipe", 2, noPipe},
         {"half of the second pipe", 3, noPipe},
-        {"none for standard input", 4, prefix + puppetPath() + ": fcntl: Too many open files"},
+        {"none for standard input", 4, prefix + testProgramPath() + ": fcntl: Too many open files"},
         {"just enough", 5, "works"},
     };
     for (const Row& row : rows) {
@@ -123,7 +123,7 @@ TEST(LaunchFailure, NoDescriptorsLeft) {
                       // Counting needs descriptors too, so the same limit shows a leak by another outcome.
                       std::string outcome;
                       for (int run = 0; run < 20; ++run)
-                          if (const std::string again = puppetSays({"out", "works"}); again != outcome)
+                          if (const std::string again = outputOfTestProgram({"out", "works"}); again != outcome)
                               outcome += again;
                       return outcome;
                   }),
@@ -143,7 +143,7 @@ TEST(LaunchFailure, NoThreadsLeft) {
 TEST(LaunchFailure, NoThreadsLeftComesThroughTheTask) {
     EXPECT_EQ(asOrdinaryUser([] {
                   limitTo(RLIMIT_NPROC, 0);
-                  Task<ProcessResult> task = startPuppet({"out", "works"});
+                  Task<ProcessResult> task = startTestProgram({"out", "works"});
                   const bool done = task.done();
                   std::string text = done ? "done: " : "not done: ";
                   task.then([](const std::function<void()>& job) { job(); },
@@ -175,7 +175,7 @@ TEST(LaunchFailure, EndOfChildrenIgnored) {
                       ::sigaction(SIGCHLD, &action, nullptr);
                       return outcomeOfMany({"create", made});
                   }),
-                  prefix + puppetPath() +
+                  prefix + testProgramPath() +
                       ": not started, because its exit status would be lost: the application ignores the end "
                       "of its child processes (SIGCHLD)");
         EXPECT_FALSE(fs::exists(made)) << "the program ran all the same";
@@ -189,7 +189,7 @@ TEST(LaunchFailure, StatusTakenBySomebodyElse) {
     Fifo gate(place / "gate");
     Fifo reached(place / "reached");
     Task<ProcessResult> task =
-        startPuppet({"grandchild", gate.path(), "announce", reached.path(), "exit", "7"});
+        startTestProgram({"grandchild", gate.path(), "announce", reached.path(), "exit", "7"});
     reached.awaitAnnouncements();
     int status = 0;
     ASSERT_GT(::waitpid(-1, &status, 0), 0);
@@ -197,7 +197,7 @@ TEST(LaunchFailure, StatusTakenBySomebodyElse) {
     EXPECT_FALSE(task.done());
     gate.open();
     EXPECT_EQ(outcomeOf(std::move(task)),
-              prefix + puppetPath() +
+              prefix + testProgramPath() +
                   " was started and may have done its work, but its exit status was lost: waitpid: No child "
                   "processes (the application ignores the end of its child processes, SIGCHLD, or waits for "
                   "children that it did not start)");

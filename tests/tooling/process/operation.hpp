@@ -58,12 +58,12 @@ inline std::string describe(const std::exception_ptr& error) {
 }
 
 /// Where its last copy was destroyed.
-class Witness {
+class DestructionRecorder {
   public:
-    explicit Witness(std::thread::id& destroyedOn) : destroyedOn_(&destroyedOn) {}
-    Witness(const Witness&) = delete;
-    Witness& operator=(const Witness&) = delete;
-    ~Witness() { *destroyedOn_ = std::this_thread::get_id(); }
+    explicit DestructionRecorder(std::thread::id& destroyedOn) : destroyedOn_(&destroyedOn) {}
+    DestructionRecorder(const DestructionRecorder&) = delete;
+    DestructionRecorder& operator=(const DestructionRecorder&) = delete;
+    ~DestructionRecorder() { *destroyedOn_ = std::this_thread::get_id(); }
 
   private:
     std::thread::id* destroyedOn_;

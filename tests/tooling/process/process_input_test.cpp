@@ -56,7 +56,7 @@ Texts ownEnvironment() {
 }
 
 Texts childEnvironment(std::map<std::string, std::string> additions) {
-    return splitAtNUL(startPuppet({"environment"}, std::move(additions)).get().stdout);
+    return splitAtNUL(startTestProgram({"environment"}, std::move(additions)).get().stdout);
 }
 
 TEST(ProcessArguments, ArriveUnchanged) {
@@ -86,7 +86,7 @@ TEST(ProcessArguments, ArriveUnchanged) {
         SCOPED_TRACE(row.sentence);
         Texts arguments{"arguments"};
         arguments.insert(arguments.end(), row.arguments.begin(), row.arguments.end());
-        const ProcessResult result = startPuppet(arguments).get();
+        const ProcessResult result = startTestProgram(arguments).get();
         std::string expected;
         for (const std::string& argument : row.arguments)
             expected += hexOf(argument) + "\n";
@@ -207,8 +207,8 @@ TEST(ProcessInput, TextThatCannotBePassed) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
-        EXPECT_EQ(puppetSays(row.arguments, row.environment),
-                  "Could not launch film command: " + puppetPath() + ": " + row.message);
+        EXPECT_EQ(outputOfTestProgram(row.arguments, row.environment),
+                  "Could not launch film command: " + testProgramPath() + ": " + row.message);
     }
 }
 
@@ -216,7 +216,7 @@ TEST(ProcessInput, DirectoryIsInherited) {
     const TemporaryDirectory place;
     const fs::path former = fs::current_path();
     fs::current_path(place.path());
-    const std::string directory = puppetSays({"directory"});
+    const std::string directory = outputOfTestProgram({"directory"});
     fs::current_path(former);
     EXPECT_EQ(directory, place.path().string());
 }

@@ -80,7 +80,7 @@ TEST(ProcessIsolation, DescriptorsOfTheApplication) {
         EXPECT_EQ(inForkedProcess([&] {
                       row.spoil();
                       // The descriptors first, then that all three can be used.
-                      const ProcessResult result = startPuppet({"err", "errors", "descriptors"}).get();
+                      const ProcessResult result = startTestProgram({"err", "errors", "descriptors"}).get();
                       return result.stdout + result.stderr;
                   }),
                   "0\n1\n2\nerrors");
@@ -125,7 +125,7 @@ TEST(ProcessIsolation, SignalsOfTheApplication) {
         SCOPED_TRACE(row.sentence);
         EXPECT_EQ(inForkedProcess([&] {
                       row.spoil();
-                      return puppetSays({"signals"});
+                      return outputOfTestProgram({"signals"});
                   }),
                   "blocked:\nignored:\n");
     }
@@ -135,7 +135,7 @@ TEST(ProcessIsolation, SignalsOfTheApplicationStay) {
     EXPECT_EQ(inForkedProcess([] {
                   setAction(SIGPIPE, SIG_IGN);
                   setAction(SIGCHLD, doNothing);
-                  (void)puppetSays({});
+                  (void)outputOfTestProgram({});
                   struct sigaction broken{};
                   struct sigaction child{};
                   require(::sigaction(SIGPIPE, nullptr, &broken) == 0);
@@ -155,7 +155,7 @@ TEST(ProcessIsolation, SignalsEndAProgramAsTheyShould) {
                   ::sigemptyset(&one);
                   ::sigaddset(&one, SIGTERM);
                   require(::sigprocmask(SIG_BLOCK, &one, nullptr) == 0);
-                  return puppetSays({"signal", "15"});
+                  return outputOfTestProgram({"signal", "15"});
               }),
               "Film command exited 15.");
 }

@@ -34,7 +34,7 @@ class ProcessLeaks : public testing::Test {
   protected:
     // Sanitizers and the C library start and open what they need at the first use.
     ProcessLeaks() {
-        (void)puppetSays({});
+        (void)outputOfTestProgram({});
         counts_ = restingCounts();
     }
 
@@ -59,10 +59,10 @@ TEST_F(ProcessLeaks, AfterManyRuns) {
         std::string outcome;
     };
     const std::vector<Row> rows{
-        {"runs", puppetPath(), {"out", "x", "err", "y"}, {}, "x"},
-        {"runs with additions to the environment", puppetPath(), {"out", "x"}, {{"KEY", "value"}}, "x"},
-        {"failed runs", puppetPath(), {"exit", "3"}, {}, "Film command exited 3."},
-        {"killed runs", puppetPath(), {"signal", "9"}, {}, "Film command exited 9."},
+        {"runs", testProgramPath(), {"out", "x", "err", "y"}, {}, "x"},
+        {"runs with additions to the environment", testProgramPath(), {"out", "x"}, {{"KEY", "value"}}, "x"},
+        {"failed runs", testProgramPath(), {"exit", "3"}, {}, "Film command exited 3."},
+        {"killed runs", testProgramPath(), {"signal", "9"}, {}, "Film command exited 9."},
         {"missing programs",
          "kinovane-no-such-tool",
          {},
@@ -70,25 +70,25 @@ TEST_F(ProcessLeaks, AfterManyRuns) {
          "Required executable not found: kinovane-no-such-tool"},
         {"no programs", text, {}, {}, prefix + text + ": posix_spawn: Exec format error"},
         {"NUL bytes in arguments",
-         puppetPath(),
+         testProgramPath(),
          {nul},
          {},
-         prefix + puppetPath() + ": an argument holds a NUL byte"},
+         prefix + testProgramPath() + ": an argument holds a NUL byte"},
         {"NUL bytes in values",
-         puppetPath(),
+         testProgramPath(),
          {},
          {{"KEY", nul}},
-         prefix + puppetPath() + ": an environment variable holds a NUL byte"},
+         prefix + testProgramPath() + ": an environment variable holds a NUL byte"},
         {"bad keys",
-         puppetPath(),
+         testProgramPath(),
          {},
          {{"", ""}},
-         prefix + puppetPath() + ": \"\" cannot be the name of an environment variable"},
+         prefix + testProgramPath() + ": \"\" cannot be the name of an environment variable"},
         {"arguments too long",
-         puppetPath(),
+         testProgramPath(),
          {std::string(200'000, 'x')},
          {},
-         prefix + puppetPath() + ": posix_spawn: Argument list too long"},
+         prefix + testProgramPath() + ": posix_spawn: Argument list too long"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
@@ -101,14 +101,14 @@ TEST_F(ProcessLeaks, AfterManyRuns) {
 
 TEST_F(ProcessLeaks, AfterManyDroppedTasks) {
     for (int run = 0; run < 200; ++run) {
-        (void)startPuppet({"out", "x"});
+        (void)startTestProgram({"out", "x"});
         (void)FilmToolClient("kinovane-no-such-tool").run({});
     }
     expectNothingLeft();
 }
 
 TEST_F(ProcessLeaks, ManyRunsAtOnce) {
-    const FilmToolClient client(puppetPath());
+    const FilmToolClient client(testProgramPath());
     std::vector<Task<ProcessResult>> tasks;
     for (int run = 0; run < 50; ++run) {
         const std::string name = "run " + std::to_string(run);
@@ -131,8 +131,8 @@ TEST_F(ProcessLeaks, ProgramsStartedAtTheSameMomentHoldOnlyTheirOwnPipes) {
         std::vector<Task<ProcessResult>> waiting;
         std::vector<Task<ProcessResult>> quick;
         for (int pair = 0; pair < 40; ++pair) {
-            waiting.push_back(startPuppet({"wait", gate.path(), "out", "waited"}));
-            quick.push_back(startPuppet({"out", std::to_string(pair)}));
+            waiting.push_back(startTestProgram({"wait", gate.path(), "out", "waited"}));
+            quick.push_back(startTestProgram({"out", std::to_string(pair)}));
         }
         for (std::size_t pair = 0; pair < quick.size(); ++pair)
             EXPECT_EQ(outcomeOf(std::move(quick[pair])), std::to_string(pair));
@@ -154,7 +154,7 @@ TEST_F(ProcessLeaks, StartingNeverWaits) {
         std::vector<Task<ProcessResult>> tasks;
         for (std::size_t run = 0; run < runs; ++run)
             tasks.push_back(
-                startPuppet({"announce", reached.path(), "wait", gate.path(), "out", std::to_string(run)}));
+                startTestProgram({"announce", reached.path(), "wait", gate.path(), "out", std::to_string(run)}));
         reached.awaitAnnouncements(runs);
         for (const Task<ProcessResult>& task : tasks)
             EXPECT_FALSE(task.done());
@@ -170,7 +170,7 @@ TEST_F(ProcessLeaks, ADroppedTaskGoesOn) {
     {
         Fifo gate(place / "gate");
         Fifo reached(place / "reached");
-        (void)startPuppet({"wait", gate.path(), "create", made.string(), "announce", reached.path()});
+        (void)startTestProgram({"wait", gate.path(), "create", made.string(), "announce", reached.path()});
         EXPECT_FALSE(fs::exists(made));
         gate.open();
         reached.awaitAnnouncements();
@@ -186,7 +186,7 @@ TEST_F(ProcessLeaks, OtherChildrenAreLeftToTheApplication) {
         ::_exit(5);
     siginfo_t ended{};
     ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(other), &ended, WEXITED | WNOWAIT), 0);
-    EXPECT_EQ(puppetSays({"out", "x"}), "x");
+    EXPECT_EQ(outputOfTestProgram({"out", "x"}), "x");
     int status = 0;
     EXPECT_EQ(::waitpid(other, &status, 0), other);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 5);

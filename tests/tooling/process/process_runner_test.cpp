@@ -22,10 +22,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The error that a run of the puppet ends with.
+/// The error that a run of the test program ends with.
 std::optional<FilmToolError> errorOf(std::vector<std::string> arguments) {
     try {
-        (void)startPuppet(std::move(arguments)).get();
+        (void)startTestProgram(std::move(arguments)).get();
         return std::nullopt;
     } catch (const FilmToolError& error) {
         return error;
@@ -50,9 +50,9 @@ TEST(ProcessRunner, RecordOfARun) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
-        const ProcessResult expected{puppetPath(), row.arguments, 0, row.output, row.errors};
-        EXPECT_EQ(startPuppet(row.arguments).get(), expected);
-        EXPECT_EQ(runSynchronously(puppetPath(), row.arguments), expected);
+        const ProcessResult expected{testProgramPath(), row.arguments, 0, row.output, row.errors};
+        EXPECT_EQ(startTestProgram(row.arguments).get(), expected);
+        EXPECT_EQ(runSynchronously(testProgramPath(), row.arguments), expected);
         EXPECT_TRUE(expected.succeeded());
     }
 }
@@ -85,7 +85,7 @@ TEST(ProcessRunner, RecordOfAFailedRun) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
         const FilmToolError expected(FilmToolError::commandFailed{
-            ProcessResult{puppetPath(), row.arguments, row.exitCode, row.output, row.errors}});
+            ProcessResult{testProgramPath(), row.arguments, row.exitCode, row.output, row.errors}});
         const auto error = errorOf(row.arguments);
         ASSERT_TRUE(error.has_value());
         EXPECT_EQ(*error, expected);
@@ -123,7 +123,7 @@ TEST(ProcessRunner, InvalidTextIsRepaired) {
         for (const char* verb : {"out-hex", "err-hex"})
             for (const std::string& bytes : row.bytes)
                 arguments.insert(arguments.end(), {verb, bytes});
-        const ProcessResult result = startPuppet(arguments).get();
+        const ProcessResult result = startTestProgram(arguments).get();
         EXPECT_EQ(result.stdout, row.expected);
         EXPECT_EQ(result.stderr, row.expected);
     }
@@ -132,7 +132,7 @@ TEST(ProcessRunner, InvalidTextIsRepaired) {
 TEST(ProcessRunner, MegabytesOnBothStreams) {
     for (const std::size_t bytes : {4'096U, 65'536U, 65'537U, 8'000'001U}) {
         SCOPED_TRACE(bytes);
-        const ProcessResult result = startPuppet({"flood", std::to_string(bytes)}).get();
+        const ProcessResult result = startTestProgram({"flood", std::to_string(bytes)}).get();
         // Nobody wants to see megabytes of difference.
         EXPECT_EQ(result.stdout.size(), bytes);
         EXPECT_TRUE(result.stdout == numberedLines("output", bytes));
@@ -153,7 +153,7 @@ TEST(ProcessRunner, LastsUntilTheOutputEnds) {
     Fifo gate(place / "gate");
     Fifo reached(place / "reached");
     Task<ProcessResult> task =
-        startPuppet({"out", "early output\n", "grandchild", gate.path(), "announce", reached.path()});
+        startTestProgram({"out", "early output\n", "grandchild", gate.path(), "announce", reached.path()});
     reached.awaitAnnouncements();
     // Asks for the end of the program without taking its status away.
     siginfo_t ended{};
@@ -172,7 +172,7 @@ TEST(ProcessRunner, LastsUntilTheProgramEnds) {
     Fifo gate(place / "gate");
     Fifo reached(place / "reached");
     Task<ProcessResult> task =
-        startPuppet({"close", "1", "close", "2", "announce", reached.path(), "wait", gate.path()});
+        startTestProgram({"close", "1", "close", "2", "announce", reached.path(), "wait", gate.path()});
     reached.awaitAnnouncements();
     EXPECT_FALSE(task.done());
     gate.open();
@@ -181,12 +181,12 @@ TEST(ProcessRunner, LastsUntilTheProgramEnds) {
 
 TEST(ProcessRunner, FindsTheProgramByName) {
     const std::string former = std::getenv("PATH") != nullptr ? std::getenv("PATH") : "";
-    ::setenv("PATH", fs::path(puppetPath()).parent_path().c_str(), 1);
-    const FilmToolClient client("puppet");
+    ::setenv("PATH", fs::path(testProgramPath()).parent_path().c_str(), 1);
+    const FilmToolClient client("test_program");
     const ProcessResult result = client.run({"out", "here"}).get();
     ::setenv("PATH", former.c_str(), 1);
-    EXPECT_EQ(result, (ProcessResult{puppetPath(), {"out", "here"}, 0, "here", ""}));
-    EXPECT_EQ(client.executable(), "puppet");
+    EXPECT_EQ(result, (ProcessResult{testProgramPath(), {"out", "here"}, 0, "here", ""}));
+    EXPECT_EQ(client.executable(), "test_program");
 }
 
 } // namespace

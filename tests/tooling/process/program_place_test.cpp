@@ -42,13 +42,13 @@ TEST(ProgramPlace, ARelativePathIsNotFoundWhenTheWorkingDirectoryIsGone) {
 }
 
 TEST(ProgramPlace, AnAbsolutePathIsFoundWhenTheWorkingDirectoryIsGone) {
-    EXPECT_EQ(withoutWorkingDirectory([] { return puppetSays({"out", "found"}); }), "found");
+    EXPECT_EQ(withoutWorkingDirectory([] { return outputOfTestProgram({"out", "found"}); }), "found");
 }
 
 // Passed on as it is, it could be taken for an option, and it would mean another place to another program.
 TEST(ProgramPlace, ARelativeLocationIsRefusedWhenTheWorkingDirectoryIsGone) {
     EXPECT_EQ(
-        withoutWorkingDirectory([] { return failureOf(FilmToolClient(puppetPath()).recover("--output")); }),
+        withoutWorkingDirectory([] { return failureOf(FilmToolClient(testProgramPath()).recover("--output")); }),
         "Could not launch film command: the location of the run manifest cannot be made absolute: getcwd: "
         "No such file or directory");
 }

@@ -70,7 +70,7 @@ TEST_P(StandardDescriptors, AProgramsOutputArrivesWhole) {
     EXPECT_EQ(differences("output, errors",
                           [] {
                               const ProcessResult result =
-                                  startPuppet({"out", "output", "err", "errors"}).get();
+                                  startTestProgram({"out", "output", "err", "errors"}).get();
                               return result.stdout + ", " + result.stderr;
                           }),
               "");

@@ -53,7 +53,7 @@ TEST(StandardInput, IsInheritedWhenItMayBe) {
                       require(::close(0) == 0);
                       if (row.flags >= 0)
                           require(::open(file.c_str(), row.flags) == 0);
-                      return puppetSays(row.arguments);
+                      return outputOfTestProgram(row.arguments);
                   }),
                   row.expected);
     }
@@ -64,7 +64,7 @@ TEST(StandardInput, MayBeAPipe) {
                   std::array<int, 2> ends{};
                   require(::pipe(ends.data()) == 0 && ::dup2(ends[0], 0) == 0);
                   require(::write(ends[1], "words", 5) == 5 && ::close(ends[1]) == 0);
-                  return puppetSays({"copy"});
+                  return outputOfTestProgram({"copy"});
               }),
               "words");
 }
@@ -75,7 +75,7 @@ TEST(StandardInput, OfTheApplicationStays) {
     const std::string file = place.write("story", "words").string();
     EXPECT_EQ(inForkedProcess([&] {
                   require(::close(0) == 0 && ::open(file.c_str(), O_RDONLY) == 0);
-                  (void)puppetSays({});
+                  (void)outputOfTestProgram({});
                   std::array<char, 16> text{};
                   const auto count = ::read(0, text.data(), text.size());
                   require(count >= 0 && ::fcntl(0, F_GETFD) == 0);
@@ -138,7 +138,7 @@ TEST(StandardInput, IsNoFileThatMustNotBeInherited) {
                   const OpeningThread other(place);
                   std::map<std::string, int> counts;
                   for (int run = 0; run < 300 || other.secretsAtStandardInput() < 300; ++run)
-                      ++counts[puppetSays({"copy"})];
+                      ++counts[outputOfTestProgram({"copy"})];
                   return tally(counts, {"", "open"});
               }),
               "");
@@ -152,7 +152,7 @@ TEST(StandardInput, IsNoPipeOfAnotherRun) {
                   for (int round = 0; round < 15; ++round) {
                       std::vector<Task<ProcessResult>> tasks;
                       for (int run = 0; run < 64; ++run)
-                          tasks.push_back(startPuppet({"input-kind"}));
+                          tasks.push_back(startTestProgram({"input-kind"}));
                       for (Task<ProcessResult>& task : tasks)
                           ++counts[outcomeOf(std::move(task))];
                   }

@@ -165,7 +165,7 @@ TEST(TaskAwaitable, ArgumentsMadeBeforeTheExpression) {
     std::atomic<int> objects = 0;
     std::string output;
     {
-        const FilmToolClient film(puppetPath());
+        const FilmToolClient film(testProgramPath());
         Coroutine coroutine = awaitWhatWasMadeBefore(film, objects, output);
         coroutine.wait();
     }

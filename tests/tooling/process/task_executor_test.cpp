@@ -57,12 +57,12 @@ TEST(TaskThen, DestroysTheHandlerWhereTheExecutorRan) {
         Loop loop;
         std::thread::id handlerDestroyedOn;
         std::thread::id resultDestroyedOn;
-        Task<std::shared_ptr<Witness>> task =
-            startTask<std::shared_ptr<Witness>>([&] { return std::make_shared<Witness>(resultDestroyedOn); });
+        Task<std::shared_ptr<DestructionRecorder>> task =
+            startTask<std::shared_ptr<DestructionRecorder>>([&] { return std::make_shared<DestructionRecorder>(resultDestroyedOn); });
         if (run % 2 == 0)
             waitUntilDone(task);
-        task.then(loop.executor(), [witness = std::make_unique<Witness>(handlerDestroyedOn)](
-                                       Task<std::shared_ptr<Witness>> finished) { (void)finished.get(); });
+        task.then(loop.executor(), [recorder = std::make_unique<DestructionRecorder>(handlerDestroyedOn)](
+                                       Task<std::shared_ptr<DestructionRecorder>> finished) { (void)finished.get(); });
         EXPECT_EQ(handlerDestroyedOn, std::thread::id());
         loop.runNext();
         ASSERT_EQ(handlerDestroyedOn, std::this_thread::get_id());
@@ -76,7 +76,7 @@ TEST(TaskThen, DestroysTheHandlerOfADroppedJobWhereItIsDropped) {
         std::thread::id destroyedOn;
         startTask<int>([] {
             return 5;
-        }).then(loop.executor(), [witness = std::make_unique<Witness>(destroyedOn)](Task<int> /*finished*/) {
+        }).then(loop.executor(), [recorder = std::make_unique<DestructionRecorder>(destroyedOn)](Task<int> /*finished*/) {
             ADD_FAILURE() << "it ran";
         });
         std::function<void()> job = loop.next();

@@ -101,17 +101,17 @@ enum class Done { before, afterwards };
 /// Starts an operation whose result and whose handler record where they are destroyed. It is done before the
 /// handler is installed, or afterwards.
 void start(const Executor& executor, Handled& handled, Done done) {
-    using Result = std::shared_ptr<Witness>;
+    using Result = std::shared_ptr<DestructionRecorder>;
     Gate gate;
     Task<Result> task = startTask<Result>([passed = gate.pass(), &handled] {
         passed.wait();
-        return std::make_shared<Witness>(handled.resultDestroyedOn);
+        return std::make_shared<DestructionRecorder>(handled.resultDestroyedOn);
     });
     if (done == Done::before) {
         gate.open();
         waitUntilDone(task);
     }
-    task.then(executor, [&handled, witness = std::make_unique<Witness>(handled.handlerDestroyedOn)](
+    task.then(executor, [&handled, recorder = std::make_unique<DestructionRecorder>(handled.handlerDestroyedOn)](
                             Task<Result> /*finished*/) { ++handled.value; });
     if (done == Done::afterwards)
         gate.open();
@@ -165,7 +165,7 @@ TEST(TaskHandler, AHandlerThatThrows) {
     Loop loop;
     startTask<int>([] {
         return 5;
-    }).then(loop.executor(), [witness = std::make_unique<Witness>(destroyedOn)](Task<int> /*finished*/) {
+    }).then(loop.executor(), [recorder = std::make_unique<DestructionRecorder>(destroyedOn)](Task<int> /*finished*/) {
         throw std::runtime_error("broken");
     });
     const Job job = loop.next();

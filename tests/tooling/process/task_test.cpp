@@ -200,8 +200,8 @@ TEST(Task, ErrorsOfProgramsArriveInCoroutines) {
         const char* expected;
     };
     std::vector<Row> rows;
-    rows.push_back({startPuppet({"out", "hello"}), "hello"});
-    rows.push_back({startPuppet({"exit", "3"}), "FilmToolError: Film command exited 3."});
+    rows.push_back({startTestProgram({"out", "hello"}), "hello"});
+    rows.push_back({startTestProgram({"exit", "3"}), "FilmToolError: Film command exited 3."});
     rows.push_back({FilmToolClient("kinovane-no-such-tool").run({}),
                     "FilmToolError: Required executable not found: kinovane-no-such-tool"});
     for (Row& row : rows) {

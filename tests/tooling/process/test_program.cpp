@@ -11,15 +11,15 @@
 
 namespace kinovane::test {
 
-std::string puppetPath() { return programPath("puppet"); }
+std::string testProgramPath() { return programPath("test_program"); }
 
-Task<ProcessResult> startPuppet(std::vector<std::string> arguments,
+Task<ProcessResult> startTestProgram(std::vector<std::string> arguments,
                                 std::map<std::string, std::string> environment) {
-    return FilmToolClient(puppetPath()).run(std::move(arguments), std::move(environment));
+    return FilmToolClient(testProgramPath()).run(std::move(arguments), std::move(environment));
 }
 
-std::string puppetSays(std::vector<std::string> arguments, std::map<std::string, std::string> environment) {
-    return outcomeOf(startPuppet(std::move(arguments), std::move(environment)));
+std::string outputOfTestProgram(std::vector<std::string> arguments, std::map<std::string, std::string> environment) {
+    return outcomeOf(startTestProgram(std::move(arguments), std::move(environment)));
 }
 
 std::string outcomeOf(Task<ProcessResult> task) {

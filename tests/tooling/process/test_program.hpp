@@ -14,14 +14,14 @@
 namespace kinovane::test {
 
 /// The path of the program that does what its arguments say.
-std::string puppetPath();
+std::string testProgramPath();
 
 /// Starts it.
-Task<ProcessResult> startPuppet(std::vector<std::string> arguments,
+Task<ProcessResult> startTestProgram(std::vector<std::string> arguments,
                                 std::map<std::string, std::string> environment = {});
 
 /// What it wrote to standard output, or the description of the error.
-std::string puppetSays(std::vector<std::string> arguments,
+std::string outputOfTestProgram(std::vector<std::string> arguments,
                        std::map<std::string, std::string> environment = {});
 
 /// The standard output that arrives through `task`, or the description of the error.

@@ -10,9 +10,10 @@
 #include <thread>
 
 #include <fcntl.h>
-#include <openssl/evp.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <openssl/evp.h>
 
 namespace kinovane::benchmarks {
 

@@ -26,12 +26,11 @@ constexpr std::size_t longEnough = std::size_t{32} << 10U;
 std::string repeated(std::string_view part) {
     std::string text;
     for (std::size_t number = 0; text.size() < longEnough; ++number)
-        for (const char character : part) {
+        for (const char character : part)
             if (character == '#')
                 text += std::to_string(number);
             else
                 text += character;
-        }
     return text;
 }
 

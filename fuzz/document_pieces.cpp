@@ -13,8 +13,8 @@
 #include <unistd.h>
 
 #include "common/files/descriptor.hpp"
-#include "common/json/decoder.hpp"
 #include "common/files/regular_file.hpp"
+#include "common/json/decoder.hpp"
 #include "handoff/handoff_tables.hpp"
 #include "reading.hpp"
 #include "record_choice.hpp"

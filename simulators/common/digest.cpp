@@ -1,10 +1,10 @@
 #include "common/digest.hpp"
 
-#include "common/refusal.hpp"
+#include <array>
 
 #include <openssl/evp.h>
 
-#include <array>
+#include "common/refusal.hpp"
 
 namespace simulator {
 namespace {
@@ -12,9 +12,8 @@ namespace {
 EVP_MD_CTX* evp(void* context) { return static_cast<EVP_MD_CTX*>(context); }
 
 void expectSuccess(int result) {
-    if (result != 1) {
+    if (result != 1)
         throw Refusal("cannot compute SHA-256 digests on this machine");
-    }
 }
 
 } // namespace

@@ -1,16 +1,16 @@
 #include "common/file.hpp"
 
-#include "common/json_text.hpp"
-#include "common/refusal.hpp"
+#include <algorithm>
+#include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cerrno>
-#include <utility>
+#include "common/json_text.hpp"
+#include "common/refusal.hpp"
 
 namespace simulator {
 namespace {
@@ -19,9 +19,8 @@ namespace {
 template <class Call>
 auto uninterrupted(const Call& call) {
     auto result = call();
-    while (result < 0 && errno == EINTR) {
+    while (result < 0 && errno == EINTR)
         result = call();
-    }
     return result;
 }
 
@@ -33,9 +32,8 @@ File::File(File&& other) noexcept
     : path_(std::move(other.path_)), descriptor_(std::exchange(other.descriptor_, -1)) {}
 
 File::~File() {
-    if (descriptor_ >= 0) {
+    if (descriptor_ >= 0)
         ::close(descriptor_);
-    }
 }
 
 File File::openForReading(const std::filesystem::path& path, int extraFlags) {
@@ -43,17 +41,14 @@ File File::openForReading(const std::filesystem::path& path, int extraFlags) {
     // files.
     const int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | extraFlags;
     const int descriptor = uninterrupted([&] { return ::open(path.c_str(), flags); });
-    if (descriptor < 0) {
+    if (descriptor < 0)
         refuseForSystem("open", path, lastSystemError());
-    }
     File file(path, descriptor);
     struct stat status{};
-    if (::fstat(descriptor, &status) != 0) {
+    if (::fstat(descriptor, &status) != 0)
         refuseForSystem("examine", path, lastSystemError());
-    }
-    if (!S_ISREG(status.st_mode)) {
+    if (!S_ISREG(status.st_mode))
         throw Refusal(jsonQuoted(path.native()) + " is not a regular file");
-    }
     return file;
 }
 
@@ -64,58 +59,51 @@ File File::openResolved(const std::filesystem::path& path) { return openForReadi
 File File::create(const std::filesystem::path& path) {
     const int flags = O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC;
     const int descriptor = uninterrupted([&] { return ::open(path.c_str(), flags, 0666); });
-    if (descriptor < 0) {
+    if (descriptor < 0)
         refuseForSystem("create", path, lastSystemError());
-    }
     return {path, descriptor};
 }
 
 File File::append(const std::filesystem::path& path) {
     const int flags = O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC;
     const int descriptor = uninterrupted([&] { return ::open(path.c_str(), flags, 0666); });
-    if (descriptor < 0) {
+    if (descriptor < 0)
         refuseForSystem("open", path, lastSystemError());
-    }
     return {path, descriptor};
 }
 
 std::uint64_t File::size() const {
     struct stat status{};
-    if (::fstat(descriptor_, &status) != 0) {
+    if (::fstat(descriptor_, &status) != 0)
         refuseForSystem("examine", path_, lastSystemError());
-    }
     return static_cast<std::uint64_t>(status.st_size);
 }
 
 std::size_t File::read(std::span<char> buffer) {
     const auto count = uninterrupted([&] { return ::read(descriptor_, buffer.data(), buffer.size()); });
-    if (count < 0) {
+    if (count < 0)
         refuseForSystem("read", path_, lastSystemError());
-    }
     return static_cast<std::size_t>(count);
 }
 
 void File::write(std::span<const char> bytes) {
     while (!bytes.empty()) {
         const auto count = uninterrupted([&] { return ::write(descriptor_, bytes.data(), bytes.size()); });
-        if (count < 0) {
+        if (count < 0)
             refuseForSystem("write", path_, lastSystemError());
-        }
         bytes = bytes.subspan(static_cast<std::size_t>(count));
     }
 }
 
 void File::lock() {
-    if (uninterrupted([&] { return ::flock(descriptor_, LOCK_EX); }) != 0) {
+    if (uninterrupted([&] { return ::flock(descriptor_, LOCK_EX); }) != 0)
         refuseForSystem("lock", path_, lastSystemError());
-    }
 }
 
 void File::close() {
     // After an interrupted close the descriptor is gone all the same, so it is never closed twice.
-    if (::close(std::exchange(descriptor_, -1)) != 0 && errno != EINTR) {
+    if (::close(std::exchange(descriptor_, -1)) != 0 && errno != EINTR)
         refuseForSystem("finish writing", path_, lastSystemError());
-    }
 }
 
 std::string readWholeFile(const std::filesystem::path& path, std::uint64_t limit, std::string_view what) {
@@ -130,9 +118,8 @@ std::string readWholeFile(const std::filesystem::path& path, std::uint64_t limit
             throw Refusal(jsonQuoted(path.native()) + " is larger than the " + std::to_string(limit >> 20U) +
                           " MiB that " + std::string(what) + " may have");
         }
-        if (filled == content.size()) {
+        if (filled == content.size())
             content.resize(static_cast<std::size_t>(std::min<std::uint64_t>(2 * filled, limit + 1)));
-        }
     }
     content.resize(filled);
     return content;

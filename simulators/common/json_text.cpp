@@ -45,13 +45,12 @@ void appendEscaped(std::string& out, char character) {
 }
 
 void appendScalar(std::string& out, const boost::json::value& value) {
-    if (const auto* text = value.if_string()) {
+    if (const auto* text = value.if_string())
         out += jsonQuoted(*text);
-    } else if (const auto* number = value.if_double()) {
+    else if (const auto* number = value.if_double())
         out += decimal(*number);
-    } else {
+    else
         out += boost::json::serialize(value);
-    }
 }
 
 void appendPretty(std::string& out, const boost::json::value& value, const std::string& indent);
@@ -69,9 +68,8 @@ void appendMembers(std::string& out, const Members& members, std::string_view br
         append(member, inner);
         first = false;
     }
-    if (!first) {
+    if (!first)
         out += "\n" + indent;
-    }
     out += brackets.back();
 }
 
@@ -119,9 +117,8 @@ void appendCompact(std::string& out, const boost::json::value& value) {
 std::string jsonQuoted(std::string_view text) {
     std::string out = "\"";
     out.reserve(text.size() + 2);
-    for (const char character : text) {
+    for (const char character : text)
         appendEscaped(out, character);
-    }
     out += '"';
     return out;
 }
@@ -130,13 +127,11 @@ std::string decimal(double number) {
     std::array<char, 400> buffer{};
     const auto written =
         std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::fixed, 3);
-    if (written.ec != std::errc{}) {
+    if (written.ec != std::errc{})
         throw std::logic_error("a number is too long to be written");
-    }
     std::string text(buffer.data(), written.ptr);
-    while (text.ends_with('0') && !text.ends_with(".0")) {
+    while (text.ends_with('0') && !text.ends_with(".0"))
         text.pop_back();
-    }
     return text;
 }
 

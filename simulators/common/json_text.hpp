@@ -1,9 +1,9 @@
 #pragma once
 
-#include <boost/json.hpp>
-
 #include <string>
 #include <string_view>
+
+#include <boost/json.hpp>
 
 namespace simulator {
 

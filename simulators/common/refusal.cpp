@@ -1,9 +1,9 @@
 #include "common/refusal.hpp"
 
-#include "common/json_text.hpp"
-
 #include <cerrno>
 #include <string>
+
+#include "common/json_text.hpp"
 
 namespace simulator {
 

@@ -22,25 +22,22 @@ std::string advance(Workspace& workspace, bool cutOff) {
     expectNoJournal(workspace);
     json::object& project = workspace.project();
     const Phase* next = phaseAfter(textOf(project, "phase"));
-    if (const std::string gate = closedGate(project); !gate.empty()) {
+    if (const std::string gate = closedGate(project); !gate.empty())
         throw simulator::Refusal("The gate \"" + gate + "\" is not approved.");
-    }
     std::vector<std::string> done;
     while (next != nullptr && closedGate(project).empty()) {
         Step step(workspace, next->name);
         next->work(step);
         finishPhase(project, next->name, step.startedAt());
-        if (cutOff) {
+        if (cutOff)
             step.breakOff();
-        }
         step.commit();
         done.emplace_back(next->name);
         next = phaseAfter(next->name);
     }
     json::object reply{{"ok", true}, {"phases", textList(done)}, {"status", textOf(project, "status")}};
-    if (const std::string gate = closedGate(project); !gate.empty()) {
+    if (const std::string gate = closedGate(project); !gate.empty())
         reply["nextGate"] = gate;
-    }
     return simulator::compact(reply);
 }
 
@@ -49,20 +46,17 @@ std::string approve(Workspace& workspace, const std::string& gate, const std::st
     expectNoJournal(workspace);
     json::object& project = workspace.project();
     json::object& approvals = recordOf(project, "approvals");
-    if (!approvals.contains(gate)) {
+    if (!approvals.contains(gate))
         throw simulator::Refusal("This film has no gate " + simulator::jsonQuoted(gate) + ".");
-    }
-    if (isApproved(project, gate)) {
+    if (isApproved(project, gate))
         throw simulator::Refusal("The gate " + simulator::jsonQuoted(gate) + " is approved already.");
-    }
     json::object& approval = recordOf(approvals, gate);
     approval["status"] = "approved";
     approval["approvedAt"] = timeStamp();
     approval["approvedBy"] = approvedBy;
     approval["note"] = note;
-    if (textOf(project, "phase") == gate) {
+    if (textOf(project, "phase") == gate)
         project["status"] = "in-production";
-    }
     if (gate == "plan") {
         // Whoever approves the plan has answered what it asked.
         recordOf(project, "brief")["openQuestions"] = json::array();

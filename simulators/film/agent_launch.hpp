@@ -1,9 +1,9 @@
 #pragma once
 
-#include "documents.hpp"
-
 #include <filesystem>
 #include <string>
+
+#include "documents.hpp"
 
 namespace film {
 

@@ -1,10 +1,10 @@
 #include "artifact_list.hpp"
 
-#include "common/digest.hpp"
-
 #include <array>
 #include <cstdint>
 #include <utility>
+
+#include "common/digest.hpp"
 
 namespace film {
 
@@ -17,40 +17,33 @@ std::string contentTypeOf(std::string_view path) {
                                                 {".vtt", "text/vtt"},
                                                 {".html", "text/html"},
                                                 {".json", "application/json"}}};
-    for (const auto& [ending, type] : types) {
-        if (path.ends_with(ending)) {
+    for (const auto& [ending, type] : types)
+        if (path.ends_with(ending))
             return std::string(type);
-        }
-    }
     return "application/octet-stream";
 }
 
 std::string digestText(std::string_view bytes) { return "sha256:" + simulator::digestOf(bytes); }
 
 json::object* findArtifact(json::object& project, std::string_view path) {
-    for (json::value& value : listOf(project, "artifacts")) {
-        if (json::object& artifact = asRecord(value); textOf(artifact, "path") == path) {
+    for (json::value& value : listOf(project, "artifacts"))
+        if (json::object& artifact = asRecord(value); textOf(artifact, "path") == path)
             return &artifact;
-        }
-    }
     return nullptr;
 }
 
 std::string latestPath(const json::object& project, std::string_view kind) {
     std::string path;
-    for (const json::value& value : listOf(project, "artifacts")) {
-        if (const json::object& artifact = asRecord(value); textOf(artifact, "kind") == kind) {
+    for (const json::value& value : listOf(project, "artifacts"))
+        if (const json::object& artifact = asRecord(value); textOf(artifact, "kind") == kind)
             path = textOf(artifact, "path");
-        }
-    }
     return path;
 }
 
 std::size_t countKind(const json::object& project, std::string_view kind) {
     std::size_t count = 0;
-    for (const json::value& value : listOf(project, "artifacts")) {
+    for (const json::value& value : listOf(project, "artifacts"))
         count += textOf(asRecord(value), "kind") == kind ? 1U : 0U;
-    }
     return count;
 }
 
@@ -68,9 +61,8 @@ void recordArtifact(json::object& project, const MediaFile& file, const std::str
 
 void forgetArtifact(json::object& project, std::string_view path) {
     json::array& artifacts = listOf(project, "artifacts");
-    for (auto place = artifacts.begin(); place != artifacts.end();) {
+    for (auto place = artifacts.begin(); place != artifacts.end();)
         place = textOf(asRecord(*place), "path") == path ? artifacts.erase(place) : place + 1;
-    }
 }
 
 } // namespace film

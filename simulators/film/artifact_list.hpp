@@ -1,9 +1,9 @@
 #pragma once
 
-#include "documents.hpp"
-
 #include <string>
 #include <string_view>
+
+#include "documents.hpp"
 
 namespace film {
 

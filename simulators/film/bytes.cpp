@@ -1,8 +1,8 @@
 #include "bytes.hpp"
 
-#include "common/refusal.hpp"
-
 #include <limits>
+
+#include "common/refusal.hpp"
 
 namespace film {
 
@@ -30,9 +30,8 @@ Bytes& Bytes::little16(std::uint32_t value) { return byte(value).byte(value >> 8
 Bytes& Bytes::little32(std::uint32_t value) { return little16(value).little16(value >> 16U); }
 
 std::uint32_t size32(std::size_t size) {
-    if (size > std::numeric_limits<std::uint32_t>::max()) {
+    if (size > std::numeric_limits<std::uint32_t>::max())
         throw simulator::Refusal("the film is too long for one media file");
-    }
     return static_cast<std::uint32_t>(size);
 }
 

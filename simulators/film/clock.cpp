@@ -8,9 +8,8 @@ namespace film {
 
 std::string timeStamp() {
     const char* fixed = std::getenv("FILM_CLOCK");
-    if (fixed != nullptr && *fixed != '\0') {
+    if (fixed != nullptr && *fixed != '\0')
         return fixed;
-    }
     const std::time_t now = std::time(nullptr);
     std::tm parts{};
     ::gmtime_r(&now, &parts);

@@ -43,31 +43,26 @@ bool isWholeSeconds(std::string_view text) {
 }
 
 bool accepts(std::string_view placeholder, std::string_view value) {
-    if (placeholder == "<seconds>") {
+    if (placeholder == "<seconds>")
         return isWholeSeconds(value);
-    }
     // A forgotten file would otherwise turn the flag after it into a file name.
-    if (placeholder == "<run.json>" || placeholder == "<folder>" || placeholder == "<file>") {
+    if (placeholder == "<run.json>" || placeholder == "<folder>" || placeholder == "<file>")
         return !value.empty() && value.front() != '-';
-    }
     return true;
 }
 
 std::optional<Command> match(std::string_view form, std::span<const std::string_view> arguments) {
     const std::vector<std::string_view> words = wordsOf(form);
-    if (words.size() != arguments.size()) {
+    if (words.size() != arguments.size())
         return std::nullopt;
-    }
     Command command{std::string(words.front()), {}};
     for (std::size_t index = 0; index < words.size(); ++index) {
         const std::string_view word = words[index];
         if (!isPlaceholder(word)) {
-            if (word != arguments[index]) {
+            if (word != arguments[index])
                 return std::nullopt;
-            }
-            if (word.starts_with("--") && (index + 1 == words.size() || !isPlaceholder(words[index + 1]))) {
+            if (word.starts_with("--") && (index + 1 == words.size() || !isPlaceholder(words[index + 1])))
                 command.values.emplace(word.substr(2), "");
-            }
         } else if (accepts(word, arguments[index])) {
             command.values.emplace(word.substr(1, word.size() - 2), arguments[index]);
         } else {
@@ -85,11 +80,9 @@ std::optional<std::string> Command::optionalValue(std::string_view name) const {
 }
 
 std::optional<Command> parseCommandLine(std::span<const std::string_view> arguments) {
-    for (const std::string_view form : forms) {
-        if (auto command = match(form, arguments)) {
+    for (const std::string_view form : forms)
+        if (auto command = match(form, arguments))
             return command;
-        }
-    }
     return std::nullopt;
 }
 

@@ -1,5 +1,7 @@
 #include "commands.hpp"
 
+#include <array>
+
 #include "advance.hpp"
 #include "agent_launch.hpp"
 #include "artifact_list.hpp"
@@ -12,8 +14,6 @@
 #include "review.hpp"
 #include "status_reply.hpp"
 #include "vistrel_manifest.hpp"
-
-#include <array>
 
 namespace film {
 namespace {
@@ -81,9 +81,8 @@ std::string exportVistrel(const Command& command, bool) {
 
 std::string agent(const Command& command, bool) {
     const Workspace film = opened(command, Access::look);
-    if (command.optionalValue("print-command")) {
+    if (command.optionalValue("print-command"))
         return compact(launchReply(command.value("pi"), command.value("film"), film.runManifest()));
-    }
     return "Here " + command.optionalValue("pi").value_or("pi") + " would begin to work on \"" +
            textOf(film.project(), "title") + "\".";
 }
@@ -106,18 +105,15 @@ constexpr std::array<Named, 9> commands{{{"plan", plan},
 } // namespace
 
 std::filesystem::path filmFolder(const Command& command) {
-    if (const auto manifest = command.optionalValue("run.json")) {
+    if (const auto manifest = command.optionalValue("run.json"))
         return absolutePath(*manifest).parent_path();
-    }
     return absolutePath(command.value("folder"));
 }
 
 std::string perform(const Command& command, bool cutOff) {
-    for (const Named& known : commands) {
-        if (known.word == command.word) {
+    for (const Named& known : commands)
+        if (known.word == command.word)
             return known.perform(command, cutOff);
-        }
-    }
     throw std::logic_error("the command \"" + command.word + "\" has no body");
 }
 

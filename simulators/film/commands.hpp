@@ -1,9 +1,9 @@
 #pragma once
 
-#include "command_line.hpp"
-
 #include <filesystem>
 #include <string>
+
+#include "command_line.hpp"
 
 namespace film {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "documents.hpp"
-
 #include <string_view>
+
+#include "documents.hpp"
 
 namespace film {
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <boost/json.hpp>
-
 #include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <boost/json.hpp>
 
 namespace film {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "command_line.hpp"
-
 #include <filesystem>
 #include <span>
 #include <string_view>
+
+#include "command_line.hpp"
 
 namespace film {
 

@@ -1,14 +1,14 @@
+#include <exception>
+#include <iostream>
+#include <new>
+#include <vector>
+
 #include "command_line.hpp"
 #include "commands.hpp"
 #include "common/json_text.hpp"
 #include "common/refusal.hpp"
 #include "invocation_log.hpp"
 #include "misbehaviour.hpp"
-
-#include <exception>
-#include <iostream>
-#include <new>
-#include <vector>
 
 namespace film {
 namespace {
@@ -24,19 +24,16 @@ int run(std::span<const std::string_view> arguments) {
     }
     // A new film has no log yet: its first line is written when it is there.
     const bool isNew = command->word == "plan";
-    if (!isNew) {
+    if (!isNew)
         noteInvocation(filmFolder(*command), arguments, *command);
-    }
     const Misbehaviour misbehaviour = misbehave(*command);
     if (!misbehaviour.exitStatus) {
         std::cout << perform(*command, misbehaviour.cutOff) << '\n';
-        if (isNew) {
+        if (isNew)
             noteInvocation(filmFolder(*command), arguments, *command);
-        }
     }
-    if (!std::cout.flush()) {
+    if (!std::cout.flush())
         throw simulator::Refusal("cannot write the reply to standard output");
-    }
     return misbehaviour.exitStatus.value_or(0);
 }
 

@@ -1,5 +1,4 @@
 #include "phase_work.hpp"
-
 #include "reel.hpp"
 #include "shots.hpp"
 
@@ -21,15 +20,13 @@ void selectTakes(Step& step, const std::vector<Shot>& shots) {
 void makeClips(Step& step) {
     const std::vector<Shot> shots = shotsOf(step.project(), step.plan());
     for (const Shot& shot : shots) {
-        if (step.has(shot.clipPath())) {
+        if (step.has(shot.clipPath()))
             continue;
-        }
         step.make("shot-clip", shot.clipPath(), "stand-in-movie", encodeMovie(picturesOf(shot), {}), shot.id);
         markShot(step.project(), shot, "accepted");
     }
-    if (!step.has("receipts/take-selection.json")) {
+    if (!step.has("receipts/take-selection.json"))
         selectTakes(step, shots);
-    }
     recordOf(step.project(), "proof")["clips"] = true;
 }
 

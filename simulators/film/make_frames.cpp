@@ -1,11 +1,10 @@
-#include "phase_work.hpp"
+#include <utility>
 
+#include "phase_work.hpp"
 #include "picture.hpp"
 #include "review_requests.hpp"
 #include "seed.hpp"
 #include "shots.hpp"
-
-#include <utility>
 
 namespace film {
 namespace {
@@ -31,9 +30,8 @@ void makeFrames(Step& step) {
     makeMasters(step, "locations", "locations", "location-master");
     beginNewTakes(step.project());
     for (const Shot& shot : shotsOf(step.project(), step.plan())) {
-        if (step.has(shot.framePath())) {
+        if (step.has(shot.framePath()))
             continue;
-        }
         step.make("shot-keyframe", shot.framePath(), source, encodePng(drawPicture(shot.seed, 0)), shot.id);
         markShot(step.project(), shot, "framed");
         applyRequests(step.project(), shot.id, step.startedAt());

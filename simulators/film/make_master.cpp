@@ -1,27 +1,24 @@
-#include "phase_work.hpp"
+#include <string>
 
 #include "common/json_text.hpp"
+#include "phase_work.hpp"
 #include "picture.hpp"
 #include "reel.hpp"
 #include "review.hpp"
 #include "shots.hpp"
-
-#include <string>
 
 namespace film {
 namespace {
 
 std::string escaped(const std::string& text) {
     std::string out;
-    for (const char character : text) {
-        if (character == '&') {
+    for (const char character : text)
+        if (character == '&')
             out += "&amp;";
-        } else if (character == '<') {
+        else if (character == '<')
             out += "&lt;";
-        } else {
+        else
             out += character;
-        }
-    }
     return out;
 }
 
@@ -35,9 +32,8 @@ void makePackage(Step& step, const std::vector<Shot>& shots) {
         step.make("review-frame", frame, "stand-in-eye", encodePng(drawPicture(shot.seed, 1)), shot.id);
         page += "<h2>" + escaped(shot.id) + ", take " + std::to_string(shot.take) +
                 "</h2>\n<img src=\"frames/" + escaped(shot.id) + ".png\" alt=\"\">\n";
-        for (const Line& line : shot.lines) {
+        for (const Line& line : shot.lines)
             page += "<p>" + escaped(line.speaker) + ": " + escaped(line.text) + "</p>\n";
-        }
     }
     step.make("review-package", "review/package.html", "stand-in-eye", page);
 }

@@ -1,5 +1,4 @@
 #include "phase_work.hpp"
-
 #include "picture.hpp"
 #include "reel.hpp"
 #include "shots.hpp"

@@ -1,6 +1,5 @@
-#include "phase_work.hpp"
-
 #include "common/json_text.hpp"
+#include "phase_work.hpp"
 #include "reel.hpp"
 #include "shots.hpp"
 #include "subtitles.hpp"
@@ -38,9 +37,8 @@ void makeEffects(Step& step, const std::vector<Shot>& shots) {
             }
         }
     }
-    if (!step.has("score/score.wav")) {
+    if (!step.has("score/score.wav"))
         step.make("score", "score/score.wav", "stand-in-chords", encodeWav(scoreOf(shots)));
-    }
     if (!step.has("receipts/sound-qc.json")) {
         step.makeJson("sound-qc", "receipts/sound-qc.json", "stand-in-ear",
                       {{"score", "score/score.wav"}, {"effects", std::move(checked)}});
@@ -59,9 +57,8 @@ Lines cuesOf(const std::vector<Shot>& shots) {
 }
 
 void makeCaptions(Step& step, const std::vector<Shot>& shots) {
-    if (step.has("receipts/captions.json")) {
+    if (step.has("receipts/captions.json"))
         return;
-    }
     const Lines cues = cuesOf(shots);
     step.make("subtitle-srt", "subtitles/film.en.srt", "stand-in-voice", encodeSrt(cues));
     step.make("subtitle-vtt", "subtitles/film.en.vtt", "stand-in-voice", encodeVtt(cues));
@@ -77,9 +74,8 @@ void makeSound(Step& step) {
     makeEffects(step, shots);
     makeCaptions(step, shots);
     json::object& proof = recordOf(step.project(), "proof");
-    for (const char* flag : {"dialogue", "sound", "captions"}) {
+    for (const char* flag : {"dialogue", "sound", "captions"})
         proof[flag] = true;
-    }
 }
 
 } // namespace film

@@ -1,13 +1,5 @@
 #include "misbehaviour.hpp"
 
-#include "common/json_text.hpp"
-#include "common/refusal.hpp"
-#include "sample_reply.hpp"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -15,6 +7,14 @@
 #include <cstdlib>
 #include <iostream>
 #include <string_view>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "common/json_text.hpp"
+#include "common/refusal.hpp"
+#include "sample_reply.hpp"
 
 namespace film {
 namespace {
@@ -59,12 +59,10 @@ Misbehaviour waitForRelease(const Command&) {
         return {misused, false};
     }
     int descriptor = ::open(name, O_RDONLY | O_CLOEXEC);
-    while (descriptor < 0 && errno == EINTR) {
+    while (descriptor < 0 && errno == EINTR)
         descriptor = ::open(name, O_RDONLY | O_CLOEXEC);
-    }
-    if (descriptor < 0) {
+    if (descriptor < 0)
         simulator::refuseForSystem("open", name, simulator::lastSystemError());
-    }
     ::close(descriptor);
     return {};
 }
@@ -101,17 +99,14 @@ constexpr std::array<Named, 9> misbehaviours{{{"not-json", printNoJson},
 
 Misbehaviour misbehave(const Command& command) {
     const char* value = std::getenv("FILM_MISBEHAVE");
-    if (value == nullptr || *value == '\0') {
+    if (value == nullptr || *value == '\0')
         return {};
-    }
     const auto chosen = std::ranges::find(misbehaviours, std::string_view(value), &Named::name);
-    if (chosen != misbehaviours.end()) {
+    if (chosen != misbehaviours.end())
         return chosen->perform(command);
-    }
     std::cerr << "FILM_MISBEHAVE: " << simulator::jsonQuoted(value) << " is unknown; known are";
-    for (const Named& known : misbehaviours) {
+    for (const Named& known : misbehaviours)
         std::cerr << ' ' << known.name;
-    }
     std::cerr << '\n';
     return {misused, false};
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "command_line.hpp"
-
 #include <optional>
+
+#include "command_line.hpp"
 
 namespace film {
 

@@ -1,10 +1,10 @@
 #include "movie.hpp"
 
-#include "bytes.hpp"
-#include "picture.hpp"
-
 #include <numeric>
 #include <string_view>
+
+#include "bytes.hpp"
+#include "picture.hpp"
 
 namespace film {
 namespace {
@@ -94,9 +94,8 @@ std::string movieBox(const std::vector<Track>& tracks) {
     header.zeros(8).big32(timescale).big32(tracks.front().milliseconds).big32(0x10000).big16(0x100).zeros(10);
     header.text(matrix()).zeros(24).big32(size32(tracks.size()) + 1);
     std::string content = fullBox("mvhd", 0, header.content());
-    for (const Track& track : tracks) {
+    for (const Track& track : tracks)
         content += trackBox(track);
-    }
     return box("moov", content);
 }
 
@@ -139,25 +138,21 @@ Track soundTrack(const Samples& sound) {
 std::string encodeMovie(const std::vector<MovieFrame>& frames, const Samples& sound) {
     const std::string fileType = box("ftyp", Bytes().text("isom").big32(512).text("isommp41").content());
     Bytes media;
-    for (const MovieFrame& frame : frames) {
+    for (const MovieFrame& frame : frames)
         media.text(frame.png);
-    }
     const std::uint32_t pictureSize = size32(media.size());
-    for (const std::int16_t value : sound) {
+    for (const std::int16_t value : sound)
         media.little16(static_cast<std::uint16_t>(value));
-    }
 
     std::vector<Track> tracks{pictureTrack(frames)};
-    if (!sound.empty()) {
+    if (!sound.empty())
         tracks.push_back(soundTrack(sound));
-    }
     // The places do not change the size of the tables that hold them, so the first round measures and the
     // second one fills them in.
     const std::size_t start = fileType.size() + movieBox(tracks).size() + 8;
     tracks.front().place = size32(start);
-    if (!sound.empty()) {
+    if (!sound.empty())
         tracks.back().place = size32(start + pictureSize);
-    }
     return fileType + movieBox(tracks) + box("mdat", media.content());
 }
 

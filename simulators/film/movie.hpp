@@ -1,10 +1,10 @@
 #pragma once
 
-#include "sound.hpp"
-
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "sound.hpp"
 
 namespace film {
 

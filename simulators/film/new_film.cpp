@@ -20,9 +20,8 @@ json::object brief(const Pitch& pitch) {
 
 json::array plannedShots(const json::object& plan) {
     json::array states;
-    for (const json::value& shot : listOf(plan, "shots")) {
+    for (const json::value& shot : listOf(plan, "shots"))
         states.emplace_back(json::object{{"id", textOf(asRecord(shot), "id")}, {"status", "planned"}});
-    }
     return states;
 }
 
@@ -83,14 +82,13 @@ json::object newProject(const Pitch& pitch, const json::object& plan) {
 }
 
 std::filesystem::path createFilm(const Pitch& pitch, const std::filesystem::path& folder) {
-    if (pitch.title.empty() || pitch.idea.empty()) {
+    if (pitch.title.empty() || pitch.idea.empty())
         throw simulator::Refusal("A film needs a title and an idea.");
-    }
     const std::filesystem::path root = absolutePath(folder);
     const std::filesystem::path manifest = root / "run.json";
     if (std::filesystem::exists(manifest)) {
         throw simulator::Refusal("The folder " + simulator::jsonQuoted(root.native()) +
-                                " already holds a film.");
+                                 " already holds a film.");
     }
     std::filesystem::create_directories(root);
     const json::object plan = productionPlanOf(pitch);

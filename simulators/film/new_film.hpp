@@ -1,9 +1,9 @@
 #pragma once
 
+#include <filesystem>
+
 #include "documents.hpp"
 #include "story.hpp"
-
-#include <filesystem>
 
 namespace film {
 

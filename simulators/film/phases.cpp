@@ -1,12 +1,12 @@
 #include "phases.hpp"
 
+#include <algorithm>
+#include <array>
+
 #include "common/json_text.hpp"
 #include "common/refusal.hpp"
 #include "departments.hpp"
 #include "phase_work.hpp"
-
-#include <algorithm>
-#include <array>
 
 namespace film {
 namespace {
@@ -31,7 +31,7 @@ const Phase* phaseAfter(std::string_view name) {
     const auto found = std::ranges::find(all, name, &Phase::name);
     if (found == all.end()) {
         throw simulator::Refusal("The phase " + simulator::jsonQuoted(name) +
-                                " is unknown, so this film cannot be taken further here.");
+                                 " is unknown, so this film cannot be taken further here.");
     }
     return found + 1 == all.end() ? nullptr : found + 1;
 }
@@ -52,11 +52,9 @@ bool isApproved(const json::object& project, std::string_view gate) {
 }
 
 std::string nextGate(const json::object& project) {
-    for (const auto& [gate, approval] : recordOf(project, "approvals")) {
-        if (textOf(asRecord(approval), "status") != "approved") {
+    for (const auto& [gate, approval] : recordOf(project, "approvals"))
+        if (textOf(asRecord(approval), "status") != "approved")
             return gate;
-        }
-    }
     return {};
 }
 
@@ -79,9 +77,8 @@ void finishPhase(json::object& project, std::string_view name, const std::string
 void reopen(json::object& project) {
     json::object& approvals = recordOf(project, "approvals");
     for (const Phase& phase : all) {
-        if (phase.work != nullptr) {
+        if (phase.work != nullptr)
             reopenTasks(project, phase.name);
-        }
         if (std::ranges::find(wholeFilmGates, phase.name) != wholeFilmGates.end()) {
             approvals[phase.name] =
                 json::object{{"status", "pending"}, {"summary", std::string(phase.gateSummary)}};

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "documents.hpp"
-#include "step.hpp"
-
 #include <span>
 #include <string>
 #include <string_view>
+
+#include "documents.hpp"
+#include "step.hpp"
 
 namespace film {
 

@@ -1,10 +1,9 @@
-#include "picture.hpp"
-
-#include "bytes.hpp"
-
 #include <algorithm>
 #include <array>
 #include <string_view>
+
+#include "bytes.hpp"
+#include "picture.hpp"
 
 namespace film {
 namespace {
@@ -13,9 +12,8 @@ constexpr std::array<std::uint32_t, 256> crcTable = [] {
     std::array<std::uint32_t, 256> table{};
     for (std::uint32_t byte = 0; byte < table.size(); ++byte) {
         std::uint32_t remainder = byte;
-        for (int bit = 0; bit < 8; ++bit) {
+        for (int bit = 0; bit < 8; ++bit)
             remainder = (remainder >> 1U) ^ ((remainder & 1U) != 0 ? 0xEDB88320U : 0U);
-        }
         table[byte] = remainder;
     }
     return table;
@@ -23,9 +21,8 @@ constexpr std::array<std::uint32_t, 256> crcTable = [] {
 
 std::uint32_t crc32(std::string_view bytes) {
     std::uint32_t sum = 0xFFFFFFFFU;
-    for (const char character : bytes) {
+    for (const char character : bytes)
         sum = crcTable[(sum ^ static_cast<unsigned char>(character)) & 0xFFU] ^ (sum >> 8U);
-    }
     return ~sum;
 }
 

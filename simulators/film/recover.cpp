@@ -1,13 +1,13 @@
 #include "recover.hpp"
 
-#include "artifact_list.hpp"
-#include "common/refusal.hpp"
-#include "shots.hpp"
-
 #include <cstdint>
 #include <optional>
 #include <set>
 #include <vector>
+
+#include "artifact_list.hpp"
+#include "common/refusal.hpp"
+#include "shots.hpp"
 
 namespace film {
 namespace {
@@ -21,14 +21,12 @@ std::vector<json::object> entriesOf(const std::filesystem::path& journal) {
     std::vector<json::object> entries;
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = text.find('\n', start);
-        if (end == std::string::npos) {
+        if (end == std::string::npos)
             break;
-        }
         boost::system::error_code error;
         const json::value entry = json::parse(text.substr(start, end - start), error);
-        if (error || !entry.is_object()) {
+        if (error || !entry.is_object())
             throw simulator::Refusal("The journal of this film is damaged, so it cannot be recovered.");
-        }
         entries.push_back(entry.get_object());
         start = end + 1;
     }
@@ -37,37 +35,31 @@ std::vector<json::object> entriesOf(const std::filesystem::path& journal) {
 
 std::set<std::string> knownPaths(const json::object& project) {
     std::set<std::string> paths;
-    for (const json::value& artifact : listOf(project, "artifacts")) {
+    for (const json::value& artifact : listOf(project, "artifacts"))
         paths.insert(textOf(asRecord(artifact), "path"));
-    }
     return paths;
 }
 
 /// Deletes documents that were being written; answers how many there were.
 std::size_t removeUnfinished(const std::filesystem::path& root) {
     std::vector<std::filesystem::path> unfinished;
-    for (const auto& entry : std::filesystem::directory_iterator(root)) {
-        if (entry.path().native().ends_with(simulator::unfinishedSuffix)) {
+    for (const auto& entry : std::filesystem::directory_iterator(root))
+        if (entry.path().native().ends_with(simulator::unfinishedSuffix))
             unfinished.push_back(entry.path());
-        }
-    }
-    for (const std::filesystem::path& file : unfinished) {
+    for (const std::filesystem::path& file : unfinished)
         std::filesystem::remove(file);
-    }
     return unfinished.size();
 }
 
 void undo(const Workspace& workspace, const json::object& entry, const std::set<std::string>& known) {
     for (const std::string_view key : {"creates", "removes"}) {
         const std::string path = optionalTextOf(entry, key);
-        if (!path.empty() && !known.contains(path)) {
+        if (!path.empty() && !known.contains(path))
             std::filesystem::remove(workspace.place(path));
-        }
     }
     const std::string from = optionalTextOf(entry, "moves");
-    if (!from.empty() && known.contains(from) && !std::filesystem::exists(workspace.place(from))) {
+    if (!from.empty() && known.contains(from) && !std::filesystem::exists(workspace.place(from)))
         std::filesystem::rename(workspace.place(textOf(entry, "to")), workspace.place(from));
-    }
 }
 
 } // namespace
@@ -78,9 +70,8 @@ std::string recover(Workspace& workspace) {
         step = "";
         const std::set<std::string> known = knownPaths(workspace.project());
         for (const json::object& entry : entriesOf(workspace.journal())) {
-            if (entry.contains("step")) {
+            if (entry.contains("step"))
                 step = textOf(entry, "step");
-            }
             undo(workspace, entry, known);
         }
         copyShotStates(workspace.project(), workspace.plan());
@@ -89,9 +80,8 @@ std::string recover(Workspace& workspace) {
     const std::size_t unfinished = removeUnfinished(workspace.root());
     // The journal goes last: a recovery that is cut off itself can be repeated.
     std::filesystem::remove(workspace.journal());
-    if (step) {
+    if (step)
         return "The step \"" + *step + "\" was cut off. Its loose ends are gone; the film can go on.";
-    }
     return unfinished > 0 ? "Unfinished documents have been removed." : "There is nothing to recover.";
 }
 

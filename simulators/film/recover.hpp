@@ -1,8 +1,8 @@
 #pragma once
 
-#include "workspace.hpp"
-
 #include <string>
+
+#include "workspace.hpp"
 
 namespace film {
 

@@ -25,37 +25,32 @@ std::vector<MovieFrame> picturesOf(const Shot& shot) {
 
 std::vector<MovieFrame> picturesOf(const std::vector<Shot>& shots) {
     std::vector<MovieFrame> all;
-    for (const Shot& shot : shots) {
-        for (MovieFrame& frame : picturesOf(shot)) {
+    for (const Shot& shot : shots)
+        for (MovieFrame& frame : picturesOf(shot))
             all.push_back(std::move(frame));
-        }
-    }
     return all;
 }
 
 Samples soundOf(const std::vector<Shot>& shots, bool withScore) {
     Samples mix(sampleCount(lengthOf(shots)));
     for (const Shot& shot : shots) {
-        for (const Line& line : shot.lines) {
+        for (const Line& line : shot.lines)
             lay(mix, hum(line.seed, line.milliseconds), shot.startMilliseconds + line.startMilliseconds, 0);
-        }
         for (const Effect& effect : shot.effects) {
             lay(mix, rustle(effect.seed, effect.milliseconds),
                 shot.startMilliseconds + effect.startMilliseconds, effect.levelDb);
         }
     }
-    if (withScore) {
+    if (withScore)
         lay(mix, scoreOf(shots), 0, scoreLevelDb);
-    }
     return mix;
 }
 
 Samples scoreOf(const std::vector<Shot>& shots) {
     // The score belongs to the film, not to a take: it is made from the ids of the shots alone.
     std::uint64_t seed = 0;
-    for (const Shot& shot : shots) {
+    for (const Shot& shot : shots)
         seed = mixed(seed, seedOf(shot.id));
-    }
     return chords(seed, lengthOf(shots));
 }
 

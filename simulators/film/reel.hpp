@@ -1,10 +1,10 @@
 #pragma once
 
+#include <vector>
+
 #include "movie.hpp"
 #include "shots.hpp"
 #include "sound.hpp"
-
-#include <vector>
 
 namespace film {
 

@@ -1,13 +1,13 @@
 #include "reroll.hpp"
 
+#include <array>
+
 #include "common/json_text.hpp"
 #include "common/refusal.hpp"
 #include "phases.hpp"
 #include "review_requests.hpp"
 #include "shots.hpp"
 #include "step.hpp"
-
-#include <array>
 
 namespace film {
 namespace {
@@ -25,15 +25,12 @@ constexpr std::array<const char*, 7> dependentProof{"creation", "clips",       "
 json::object& stateToArchive(json::object& project, const std::string& shotId) {
     json::object* state = findById(listOf(project, "shots"), shotId);
     const std::string name = simulator::jsonQuoted(shotId);
-    if (state == nullptr) {
+    if (state == nullptr)
         throw simulator::Refusal("This film has no shot " + name + ".");
-    }
-    if (optionalTextOf(*state, "status") == newTake) {
+    if (optionalTextOf(*state, "status") == newTake)
         throw simulator::Refusal("The shot " + name + " is waiting for a new take already.");
-    }
-    if (!state->contains("take") || findArtifact(project, "frames/" + shotId + ".png") == nullptr) {
+    if (!state->contains("take") || findArtifact(project, "frames/" + shotId + ".png") == nullptr)
         throw simulator::Refusal("The shot " + name + " has no take yet.");
-    }
     return *state;
 }
 
@@ -50,14 +47,12 @@ std::string reroll(Workspace& workspace, const std::string& shotId, const std::s
     const std::string folder = "takes/" + shotId + "/take-" + std::to_string(take);
     step.archive("frames/" + shotId + ".png", folder + "/frame.png");
     step.archive("clips/" + shotId + ".mp4", folder + "/clip.mp4");
-    for (const std::string_view kind : dependentKinds) {
+    for (const std::string_view kind : dependentKinds)
         step.dropKind(kind);
-    }
     state["status"] = newTake;
     addRequest(project, shotId, note, step.startedAt(), take);
-    for (const char* flag : dependentProof) {
+    for (const char* flag : dependentProof)
         recordOf(project, "proof")[flag] = false;
-    }
     reopen(project);
     step.commit();
     return "Take " + std::to_string(take) + " of " + shotId +

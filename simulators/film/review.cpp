@@ -16,9 +16,8 @@ std::string noteOn(const Shot& shot) {
 std::string freshPath(Step& step, const std::string& kind) {
     std::size_t number = countKind(step.project(), kind) + 1;
     const auto path = [&] { return "review/" + kind + "-" + std::to_string(number) + ".json"; };
-    while (step.has(path())) {
+    while (step.has(path()))
         ++number;
-    }
     return path();
 }
 
@@ -32,9 +31,8 @@ void makeReviews(Step& step) {
                                            {"take", shot.take},
                                            {"durationMilliseconds", shot.milliseconds},
                                            {"hasClip", step.has(shot.clipPath())}});
-        if (!shot.lines.empty()) {
+        if (!shot.lines.empty())
             remarks.emplace_back(json::object{{"shotId", shot.id}, {"remark", noteOn(shot)}});
-        }
     }
     step.makeJson("technical-review", freshPath(step, "technical-review"), "stand-in-eye",
                   {{"reviewedAt", step.startedAt()}, {"shots", std::move(measured)}});
@@ -45,16 +43,14 @@ void makeReviews(Step& step) {
 std::string review(Workspace& workspace) {
     expectNoJournal(workspace);
     phaseAfter(textOf(workspace.project(), "phase"));
-    if (latestPath(workspace.project(), "shot-clip").empty()) {
+    if (latestPath(workspace.project(), "shot-clip").empty())
         throw simulator::Refusal("There are no clips to review yet.");
-    }
     Step step(workspace, "review");
     makeReviews(step);
     std::size_t requests = 0;
     for (const Shot& shot : shotsOf(step.project(), step.plan())) {
-        if (shot.lines.empty() || isRequested(step.project(), shot.id, noteOn(shot))) {
+        if (shot.lines.empty() || isRequested(step.project(), shot.id, noteOn(shot)))
             continue;
-        }
         addRequest(step.project(), shot.id, noteOn(shot), step.startedAt(), std::nullopt);
         ++requests;
     }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "step.hpp"
-
 #include <string>
+
+#include "step.hpp"
 
 namespace film {
 

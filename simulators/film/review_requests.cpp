@@ -11,9 +11,8 @@ std::string issueCode(const std::string& shotId) { return "new-take-" + shotId; 
 
 void clearIssue(json::object& project, const std::string& code) {
     json::array& issues = listOf(project, "issues");
-    for (auto place = issues.begin(); place != issues.end();) {
+    for (auto place = issues.begin(); place != issues.end();)
         place = textOf(asRecord(*place), "code") == code ? issues.erase(place) : place + 1;
-    }
 }
 
 } // namespace

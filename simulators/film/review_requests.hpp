@@ -1,10 +1,10 @@
 #pragma once
 
-#include "documents.hpp"
-
 #include <cstdint>
 #include <optional>
 #include <string>
+
+#include "documents.hpp"
 
 namespace film {
 

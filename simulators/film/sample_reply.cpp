@@ -1,10 +1,10 @@
 #include "sample_reply.hpp"
 
+#include <array>
+
 #include "agent_launch.hpp"
 #include "phases.hpp"
 #include "vistrel_manifest.hpp"
-
-#include <array>
 
 namespace film {
 namespace {
@@ -65,49 +65,41 @@ constexpr std::array<Weak, 3> weakKeys{{{"status", "proof", "shots"},
 
 const Weak& weakKeysOf(const Command& command) {
     static constexpr Weak other{"", "ok", "ok"};
-    for (const Weak& weak : weakKeys) {
-        if (weak.word == command.word) {
+    for (const Weak& weak : weakKeys)
+        if (weak.word == command.word)
             return weak;
-        }
-    }
     return other;
 }
 
 } // namespace
 
 json::object sampleReply(const Command& command) {
-    if (command.word == "status") {
+    if (command.word == "status")
         return sampleStatus();
-    }
-    if (command.word == "plan") {
+    if (command.word == "plan")
         return {{"ok", true}, {"status", sampleStatus()}};
-    }
-    if (command.word == "export-vistrel") {
+    if (command.word == "export-vistrel")
         return sampleReceipt();
-    }
-    if (command.word == "agent") {
+    if (command.word == "agent")
         return launchReply("pi", "film", "/films/sample/run.json");
-    }
     return {{"ok", true}};
 }
 
 json::object replyWithoutKey(const Command& command) {
     json::object reply = sampleReply(command);
-    if (command.word == "plan") {
+    if (command.word == "plan")
         recordOf(reply, "status").erase("runManifest");
-    } else {
+    else
         reply.erase(weakKeysOf(command).missing);
-    }
     return reply;
 }
 
 json::object replyOfWrongType(const Command& command) {
     json::object reply = sampleReply(command);
-    if (command.word == "plan") {
+    if (command.word == "plan")
         recordOf(reply, "status")["runManifest"] = 7;
-    } else {
+    else
         reply[weakKeysOf(command).mistyped] = json::array();
-    }
     return reply;
 }
 

@@ -11,9 +11,8 @@ std::uint64_t mixed(std::uint64_t seed, std::uint64_t counter) {
 
 std::uint64_t seedOf(std::string_view text) {
     std::uint64_t seed = text.size();
-    for (const char character : text) {
+    for (const char character : text)
         seed = mixed(seed, static_cast<unsigned char>(character));
-    }
     return seed;
 }
 

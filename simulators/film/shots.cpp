@@ -1,10 +1,10 @@
 #include "shots.hpp"
 
+#include <algorithm>
+
 #include "common/json_text.hpp"
 #include "common/refusal.hpp"
 #include "seed.hpp"
-
-#include <algorithm>
 
 namespace film {
 namespace {
@@ -15,13 +15,11 @@ std::int64_t takeOf(const json::object& state) {
 }
 
 const json::object& stateOf(const json::object& project, const std::string& id) {
-    for (const json::value& value : listOf(project, "shots")) {
-        if (const json::object& state = asRecord(value); textOf(state, "id") == id) {
+    for (const json::value& value : listOf(project, "shots"))
+        if (const json::object& state = asRecord(value); textOf(state, "id") == id)
             return state;
-        }
-    }
     throw simulator::Refusal("the film's documents are damaged: the shot " + simulator::jsonQuoted(id) +
-                            " is planned, but the project does not know it");
+                             " is planned, but the project does not know it");
 }
 
 std::vector<Line> linesOf(const json::object& planned, const Shot& shot) {
@@ -55,9 +53,8 @@ std::vector<Effect> effectsOf(const json::object& planned, const Shot& shot) {
 } // namespace
 
 std::vector<Shot> shotsOf(const json::object& project, const json::object& plan) {
-    if (plan.empty()) {
+    if (plan.empty())
         throw simulator::Refusal("This film has no production plan.");
-    }
     std::vector<Shot> shots;
     std::int64_t clock = 0;
     for (const json::value& value : listOf(plan, "shots")) {
@@ -74,9 +71,8 @@ std::vector<Shot> shotsOf(const json::object& project, const json::object& plan)
         clock += shot.milliseconds;
         shots.push_back(std::move(shot));
     }
-    if (shots.empty()) {
+    if (shots.empty())
         throw simulator::Refusal("The production plan of this film has no shots.");
-    }
     return shots;
 }
 
@@ -99,19 +95,16 @@ void beginNewTakes(json::object& project) {
 }
 
 void copyShotStates(const json::object& project, json::object& plan) {
-    if (plan.empty()) {
+    if (plan.empty())
         return;
-    }
     for (const json::value& value : listOf(project, "shots")) {
         const json::object& state = asRecord(value);
         json::object* planned = findById(listOf(plan, "shots"), textOf(state, "id"));
-        if (planned == nullptr || !state.contains("take")) {
+        if (planned == nullptr || !state.contains("take"))
             continue;
-        }
         const std::int64_t take = integerOf(state, "take");
-        if (state.contains("status")) {
+        if (state.contains("status"))
             (*planned)["status"] = textOf(state, "status");
-        }
         (*planned)["take"] = take;
         (*planned)["selectedCandidate"] = 0;
         (*planned)["selectedSeed"] = integerOf(*planned, "seed") + take - 1;

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "documents.hpp"
-
 #include <cstdint>
 #include <string>
 #include <vector>
+
+#include "documents.hpp"
 
 namespace film {
 

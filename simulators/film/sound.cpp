@@ -1,10 +1,10 @@
 #include "sound.hpp"
 
-#include "bytes.hpp"
-
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+
+#include "bytes.hpp"
 
 namespace film {
 namespace {
@@ -86,9 +86,8 @@ void lay(Samples& mix, const Samples& sound, std::int64_t startMilliseconds, dou
 std::string encodeWav(const Samples& samples) {
     constexpr std::uint32_t sampleSize = 2;
     Bytes data;
-    for (const std::int16_t value : samples) {
+    for (const std::int16_t value : samples)
         data.little16(static_cast<std::uint16_t>(value));
-    }
     Bytes file;
     file.text("RIFF").little32(size32(data.size() + 36)).text("WAVEfmt ").little32(16);
     file.little16(1).little16(1).little32(sampleRate).little32(sampleRate * sampleSize);

@@ -1,22 +1,20 @@
 #include "status_reply.hpp"
 
+#include <map>
+
 #include "artifact_list.hpp"
 #include "phases.hpp"
-
-#include <map>
 
 namespace film {
 namespace {
 
 json::object taskCounts(const json::object& project) {
     std::map<std::string, std::int64_t> counts;
-    for (const json::value& task : listOf(project, "departments")) {
+    for (const json::value& task : listOf(project, "departments"))
         ++counts[textOf(asRecord(task), "status")];
-    }
     json::object all;
-    for (const auto& [status, count] : counts) {
+    for (const auto& [status, count] : counts)
         all[status] = count;
-    }
     return all;
 }
 
@@ -48,9 +46,8 @@ json::object statusOf(const Workspace& workspace) {
     json::object reply{{"contractVersion", "quexrun/film-status.v1"}, {"runId", workspace.runId()},
                        {"projectId", textOf(project, "projectId")},   {"title", textOf(project, "title")},
                        {"status", textOf(project, "status")},         {"phase", textOf(project, "phase")}};
-    if (const std::string gate = nextGate(project); !gate.empty()) {
+    if (const std::string gate = nextGate(project); !gate.empty())
         reply["nextGate"] = gate;
-    }
     reply["openQuestions"] = openQuestions(project);
     reply["approvals"] = recordOf(project, "approvals");
     reply["taskCounts"] = taskCounts(project);
@@ -64,9 +61,8 @@ json::object statusOf(const Workspace& workspace) {
     reply["takesPerShot"] = integerOf(production, "takesPerShot");
     reply["projectDirectory"] = workspace.root().native();
     reply["runManifest"] = workspace.runManifest().native();
-    if (const std::string package = latestPath(project, "review-package"); !package.empty()) {
+    if (const std::string package = latestPath(project, "review-package"); !package.empty())
         reply["reviewPackage"] = workspace.place(package).native();
-    }
     return reply;
 }
 

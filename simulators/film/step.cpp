@@ -1,11 +1,11 @@
 #include "step.hpp"
 
+#include <algorithm>
+
 #include "clock.hpp"
 #include "common/json_text.hpp"
 #include "common/refusal.hpp"
 #include "shots.hpp"
-
-#include <algorithm>
 
 namespace film {
 namespace {
@@ -14,7 +14,7 @@ namespace {
 void expectInside(const std::filesystem::path& path) {
     if (path.is_absolute() || std::ranges::find(path, std::filesystem::path("..")) != path.end()) {
         throw simulator::Refusal("the film's documents are damaged: " + simulator::jsonQuoted(path.native()) +
-                                " does not lie inside the film's folder");
+                                 " does not lie inside the film's folder");
     }
 }
 
@@ -26,9 +26,8 @@ std::filesystem::path openableJournal(const Workspace& workspace) {
 } // namespace
 
 void expectNoJournal(const Workspace& workspace) {
-    if (std::filesystem::exists(workspace.journal())) {
+    if (std::filesystem::exists(workspace.journal()))
         throw simulator::Refusal("The last step of this film was cut off. Recover the film first.");
-    }
 }
 
 Step::Step(Workspace& workspace, std::string_view name)
@@ -54,9 +53,8 @@ void Step::make(std::string_view kind, const std::string& path, std::string_view
     json::object job{{"id", "job-" + std::to_string(jobs.size() + 1)},
                      {"kind", std::string(kind)},
                      {"status", "completed"}};
-    if (!shotId.empty()) {
+    if (!shotId.empty())
         job["shotId"] = std::string(shotId);
-    }
     jobs.emplace_back(std::move(job));
     ++made_;
 }
@@ -68,9 +66,8 @@ void Step::makeJson(std::string_view kind, const std::string& path, std::string_
 
 void Step::archive(const std::string& from, const std::string& to) {
     json::object* artifact = findArtifact(project(), from);
-    if (artifact == nullptr) {
+    if (artifact == nullptr)
         return;
-    }
     expectInside(from);
     expectInside(to);
     note({{"moves", from}, {"to", to}});
@@ -94,9 +91,8 @@ void Step::commit() {
     project()["updatedAt"] = timeStamp();
     copyShotStates(project(), plan());
     workspace_.save();
-    for (const std::filesystem::path& file : dropped_) {
+    for (const std::filesystem::path& file : dropped_)
         std::filesystem::remove(file);
-    }
     std::filesystem::remove(workspace_.journal());
 }
 

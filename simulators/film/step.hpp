@@ -1,13 +1,13 @@
 #pragma once
 
-#include "artifact_list.hpp"
-#include "common/file.hpp"
-#include "workspace.hpp"
-
 #include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "artifact_list.hpp"
+#include "common/file.hpp"
+#include "workspace.hpp"
 
 namespace film {
 

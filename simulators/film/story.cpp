@@ -1,11 +1,11 @@
 #include "story.hpp"
 
-#include "common/digest.hpp"
-#include "seed.hpp"
-
 #include <algorithm>
 #include <array>
 #include <string_view>
+
+#include "common/digest.hpp"
+#include "seed.hpp"
 
 namespace film {
 namespace {

@@ -23,19 +23,17 @@ std::string span(const Cue& cue, char point) {
 /// A line break inside a cue would end it, and in VTT "&" and "<" begin something else.
 std::string cueText(std::string_view text, bool markup) {
     std::string out;
-    for (const char character : text) {
-        if (character == '\n' || character == '\r') {
+    for (const char character : text)
+        if (character == '\n' || character == '\r')
             out += ' ';
-        } else if (markup && character == '&') {
+        else if (markup && character == '&')
             out += "&amp;";
-        } else if (markup && character == '<') {
+        else if (markup && character == '<')
             out += "&lt;";
-        } else if (markup && character == '>') {
+        else if (markup && character == '>')
             out += "&gt;";
-        } else {
+        else
             out += character;
-        }
-    }
     return out;
 }
 
@@ -44,17 +42,15 @@ std::string cueText(std::string_view text, bool markup) {
 std::string encodeSrt(const std::vector<Cue>& cues) {
     std::string out;
     std::int64_t number = 1;
-    for (const Cue& cue : cues) {
+    for (const Cue& cue : cues)
         out += std::to_string(number++) + '\n' + span(cue, ',') + cueText(cue.text, false) + "\n\n";
-    }
     return out;
 }
 
 std::string encodeVtt(const std::vector<Cue>& cues) {
     std::string out = "WEBVTT\n\n";
-    for (const Cue& cue : cues) {
+    for (const Cue& cue : cues)
         out += span(cue, '.') + "<v " + cueText(cue.speaker, true) + '>' + cueText(cue.text, true) + "\n\n";
-    }
     return out;
 }
 

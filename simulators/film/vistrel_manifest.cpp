@@ -1,14 +1,14 @@
 #include "vistrel_manifest.hpp"
 
+#include <algorithm>
+#include <array>
+#include <map>
+
 #include "artifact_list.hpp"
 #include "clock.hpp"
 #include "common/digest.hpp"
 #include "common/json_text.hpp"
 #include "common/refusal.hpp"
-
-#include <algorithm>
-#include <array>
-#include <map>
 
 namespace film {
 namespace {
@@ -35,12 +35,10 @@ void verify(const Workspace& workspace, const json::object& artifact) {
     const std::filesystem::path file = std::filesystem::weakly_canonical(workspace.place(path));
     const std::filesystem::path inside =
         file.lexically_relative(std::filesystem::canonical(workspace.root()));
-    if (path.starts_with('/') || inside.empty() || *inside.begin() == "..") {
+    if (path.starts_with('/') || inside.empty() || *inside.begin() == "..")
         throw Refusal("The file " + jsonQuoted(path) + " does not lie inside the film's folder.");
-    }
-    if (!std::filesystem::exists(file)) {
+    if (!std::filesystem::exists(file))
         throw Refusal("The file " + jsonQuoted(path) + " is missing.");
-    }
     const std::string bytes = simulator::readWholeFile(file, sizeLimit, "a media file");
     if (digestText(bytes) != textOf(artifact, "sha256") ||
         static_cast<std::int64_t>(bytes.size()) != integerOf(artifact, "bytes")) {
@@ -59,15 +57,13 @@ json::array assetsOf(const Workspace& workspace, VistrelManifest& manifest, Asse
     for (const json::value& value : listOf(workspace.project(), "artifacts")) {
         const json::object& artifact = asRecord(value);
         const std::string kind = textOf(artifact, "kind");
-        if (std::ranges::find(handedOver, kind) == handedOver.end()) {
+        if (std::ranges::find(handedOver, kind) == handedOver.end())
             continue;
-        }
         verify(workspace, artifact);
         const std::string path = textOf(artifact, "path");
         const std::string id = assetId(path, textOf(artifact, "sha256"));
-        if (!ids.emplace(path, id).second) {
+        if (!ids.emplace(path, id).second)
             throw Refusal("The file " + jsonQuoted(path) + " is recorded twice.");
-        }
         assets.emplace_back(json::object{{"id", id},
                                          {"kind", kind},
                                          {"relativePath", path},
@@ -101,12 +97,10 @@ json::array shotsOf(const json::object& plan, const AssetIds& ids) {
                           {"transition", textOf(planned, "transition")},
                           {"take", integerOf(planned, "take")},
                           {"seed", integerOf(planned, chosen ? "selectedSeed" : "seed")}};
-        if (const auto frame = ids.find("frames/" + id + ".png"); frame != ids.end()) {
+        if (const auto frame = ids.find("frames/" + id + ".png"); frame != ids.end())
             shot["keyframeAssetId"] = frame->second;
-        }
-        if (const auto clip = ids.find("clips/" + id + ".mp4"); clip != ids.end()) {
+        if (const auto clip = ids.find("clips/" + id + ".mp4"); clip != ids.end())
             shot["clipAssetId"] = clip->second;
-        }
         shot["dialogue"] = listOf(planned, "dialogue");
         shot["soundEffects"] = listOf(planned, "soundEffects");
         shots.emplace_back(std::move(shot));
@@ -120,19 +114,15 @@ json::object headerOf(const Workspace& workspace) {
     const json::object& target = recordOf(plan, "target");
     json::object header{{"title", textOf(workspace.project(), "title")},
                         {"idea", textOf(workspace.project(), "idea")}};
-    if (const std::optional<json::object>& treatment = workspace.treatment()) {
-        for (const char* key : {"logline", "synopsis", "theme"}) {
+    if (const std::optional<json::object>& treatment = workspace.treatment())
+        for (const char* key : {"logline", "synopsis", "theme"})
             header[key] = textOf(*treatment, key);
-        }
-    }
     header["durationMilliseconds"] = millisecondsOf(plan, "plannedDurationSeconds");
     header["fps"] = target.contains("fps") ? integerOf(target, "fps") : 24;
     header["aspectRatio"] = target.contains("aspectRatio") ? textOf(target, "aspectRatio") : "16:9";
-    for (const char* key : {"width", "height"}) {
-        if (target.contains(key)) {
+    for (const char* key : {"width", "height"})
+        if (target.contains(key))
             header[key] = integerOf(target, key);
-        }
-    }
     return header;
 }
 
@@ -141,9 +131,8 @@ json::object headerOf(const Workspace& workspace) {
 VistrelManifest vistrelManifestOf(const Workspace& workspace) {
     const json::object& project = workspace.project();
     const json::object& plan = workspace.plan();
-    if (plan.empty()) {
+    if (plan.empty())
         throw Refusal("This film has no production plan, so there is nothing to hand over.");
-    }
     VistrelManifest manifest;
     AssetIds ids;
     json::array assets = assetsOf(workspace, manifest, ids);

@@ -1,10 +1,10 @@
 #include "workspace.hpp"
 
-#include "common/json_text.hpp"
-#include "common/refusal.hpp"
-
 #include <csignal>
 #include <cstdlib>
+
+#include "common/json_text.hpp"
+#include "common/refusal.hpp"
 
 namespace film {
 
@@ -14,21 +14,18 @@ std::filesystem::path absolutePath(const std::filesystem::path& path) {
 
 Workspace::Workspace(const std::filesystem::path& runManifest, Access access)
     : runManifest_(absolutePath(runManifest)), root_(runManifest_.parent_path()) {
-    if (!std::filesystem::exists(runManifest_)) {
+    if (!std::filesystem::exists(runManifest_))
         throw simulator::Refusal("there is no film at " + simulator::jsonQuoted(runManifest_.native()));
-    }
     if (access == Access::change) {
         // The run manifest is written once and never replaced, so everybody locks the same file.
         lock_.emplace(simulator::File::openRegular(runManifest_));
         lock_->lock();
     }
     project_ = readDocument(place(projectName));
-    if (std::filesystem::exists(place(planName))) {
+    if (std::filesystem::exists(place(planName)))
         plan_ = readDocument(place(planName));
-    }
-    if (std::filesystem::exists(place(treatmentName))) {
+    if (std::filesystem::exists(place(treatmentName)))
         treatment_ = readDocument(place(treatmentName));
-    }
 }
 
 std::string Workspace::runId() const {
@@ -41,9 +38,8 @@ std::string Workspace::runId() const {
 }
 
 void Workspace::save() const {
-    if (!plan_.empty()) {
+    if (!plan_.empty())
         simulator::replaceFile(place(planName), simulator::pretty(plan_));
-    }
     simulator::replaceFile(place(projectName), simulator::pretty(project_));
 }
 

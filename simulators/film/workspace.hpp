@@ -1,12 +1,12 @@
 #pragma once
 
-#include "common/file.hpp"
-#include "documents.hpp"
-
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "common/file.hpp"
+#include "documents.hpp"
 
 namespace film {
 

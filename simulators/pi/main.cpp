@@ -1,8 +1,8 @@
-#include "version.hpp"
-
 #include <exception>
 #include <iostream>
 #include <string_view>
+
+#include "version.hpp"
 
 int main(int argumentCount, char** argumentValues) {
     try {

@@ -32,9 +32,8 @@ std::filesystem::path programFile() {
 std::string trimmed(const std::string& text) {
     constexpr std::string_view blanks = " \t\r\n";
     const auto first = text.find_first_not_of(blanks);
-    if (first == std::string::npos) {
+    if (first == std::string::npos)
         return {};
-    }
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
@@ -42,9 +41,8 @@ std::string trimmed(const std::string& text) {
 
 std::string version() {
     const std::filesystem::path program = programFile();
-    if (program.empty()) {
+    if (program.empty())
         return std::string(fallback);
-    }
     std::ifstream file(program.parent_path() / "VERSION");
     std::string line;
     std::getline(file, line);

@@ -1,6 +1,3 @@
-#include "misbehaviour.hpp"
-#include "status_reply.hpp"
-
 #include <algorithm>
 #include <array>
 #include <exception>
@@ -8,6 +5,9 @@
 #include <span>
 #include <string_view>
 #include <vector>
+
+#include "misbehaviour.hpp"
+#include "status_reply.hpp"
 
 namespace quexrun {
 namespace {
@@ -22,11 +22,10 @@ int run(std::span<const std::string_view> arguments) {
         return misused;
     }
     int status = 0;
-    if (const auto misbehaviour = misbehave()) {
+    if (const auto misbehaviour = misbehave())
         status = *misbehaviour;
-    } else {
+    else
         std::cout << statusReply();
-    }
     if (!std::cout.flush()) {
         std::cerr << "cannot write the status to standard output\n";
         return failed;

@@ -1,14 +1,14 @@
 #include "misbehaviour.hpp"
 
-#include "common/json_text.hpp"
-#include "status_reply.hpp"
-
 #include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
 #include <string_view>
+
+#include "common/json_text.hpp"
+#include "status_reply.hpp"
 
 namespace quexrun {
 namespace {
@@ -66,17 +66,14 @@ constexpr std::array<Misbehaviour, 7> misbehaviours{{{"not-json", printNoJson},
 
 std::optional<int> misbehave() {
     const char* value = std::getenv("QUEXRUN_MISBEHAVE");
-    if (value == nullptr || *value == '\0') {
+    if (value == nullptr || *value == '\0')
         return std::nullopt;
-    }
     const auto chosen = std::ranges::find(misbehaviours, std::string_view(value), &Misbehaviour::name);
-    if (chosen != misbehaviours.end()) {
+    if (chosen != misbehaviours.end())
         return chosen->perform();
-    }
     std::cerr << "QUEXRUN_MISBEHAVE: " << simulator::jsonQuoted(value) << " is unknown; known are";
-    for (const Misbehaviour& known : misbehaviours) {
+    for (const Misbehaviour& known : misbehaviours)
         std::cerr << ' ' << known.name;
-    }
     std::cerr << '\n';
     return 2;
 }

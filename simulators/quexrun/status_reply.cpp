@@ -1,10 +1,10 @@
 #include "status_reply.hpp"
 
-#include "common/file.hpp"
-#include "common/json_text.hpp"
-
 #include <cstdint>
 #include <cstdlib>
+
+#include "common/file.hpp"
+#include "common/json_text.hpp"
 
 namespace quexrun {
 namespace {
@@ -39,9 +39,8 @@ json::object builtInStatus() {
 
 std::string statusReply() {
     const char* file = std::getenv("QUEXRUN_STATUS_FILE");
-    if (file != nullptr && *file != '\0') {
+    if (file != nullptr && *file != '\0')
         return simulator::readWholeFile(file, sizeLimit, "a status file");
-    }
     return simulator::compact(builtInStatus()) + '\n';
 }
 

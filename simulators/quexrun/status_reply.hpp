@@ -1,8 +1,8 @@
 #pragma once
 
-#include <boost/json.hpp>
-
 #include <string>
+
+#include <boost/json.hpp>
 
 namespace quexrun {
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "common/file.hpp"
-#include "manifest.hpp"
-
 #include <filesystem>
 #include <string>
 #include <vector>
+
+#include "common/file.hpp"
+#include "manifest.hpp"
 
 namespace vistrel {
 

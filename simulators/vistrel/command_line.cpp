@@ -21,16 +21,13 @@ std::optional<Command> parseCommandLine(std::span<const std::string_view> argume
     }
     const std::string_view manifest = arguments[leadingWords.size()];
     // A forgotten manifest would otherwise turn "--dry-run" into a file name, and a check into an import.
-    if (manifest.empty() || manifest.front() == '-') {
+    if (manifest.empty() || manifest.front() == '-')
         return std::nullopt;
-    }
     const auto options = arguments.subspan(leadingWords.size() + 1);
-    if (std::ranges::equal(options, dryRunWords)) {
+    if (std::ranges::equal(options, dryRunWords))
         return Command{manifest, true};
-    }
-    if (std::ranges::equal(options, importWords)) {
+    if (std::ranges::equal(options, importWords))
         return Command{manifest, false};
-    }
     return std::nullopt;
 }
 

@@ -1,15 +1,15 @@
 #include "film_library.hpp"
 
-#include "common/json_text.hpp"
-#include "common/refusal.hpp"
-#include "receipt.hpp"
-#include "storyboard.hpp"
+#include <cerrno>
+#include <cstdlib>
 
 #include <fcntl.h>
 #include <stdio.h> // renameat2 and renamex_np
 
-#include <cerrno>
-#include <cstdlib>
+#include "common/json_text.hpp"
+#include "common/refusal.hpp"
+#include "receipt.hpp"
+#include "storyboard.hpp"
 
 namespace vistrel {
 namespace {
@@ -51,9 +51,8 @@ class Cleanup {
 void moveTo(const fs::path& from, const fs::path& to) {
     std::error_code error;
     fs::rename(from, to, error);
-    if (error) {
+    if (error)
         refuseForSystem("put the project in its place", to, error);
-    }
 }
 
 /// Lets two folders change their names in one step; false where the file system cannot do that.
@@ -66,17 +65,15 @@ bool swapNames(const fs::path& one, const fs::path& other) {
     const int result = -1;
     errno = ENOSYS;
 #endif
-    if (result != 0 && errno != EINVAL && errno != ENOSYS && errno != ENOTSUP) {
+    if (result != 0 && errno != EINVAL && errno != ENOSYS && errno != ENOTSUP)
         refuseForSystem("put the project in its place", other, lastSystemError());
-    }
     return result == 0;
 }
 
 /// Undoes what a stopped import left behind.
 void tidyUp(const Places& places) {
-    if (!fs::exists(places.project) && fs::exists(places.replaced)) {
+    if (!fs::exists(places.project) && fs::exists(places.replaced))
         moveTo(places.replaced, places.project);
-    }
     fs::remove_all(places.replaced);
     fs::remove_all(places.fresh);
 }
@@ -86,12 +83,10 @@ void putInPlace(const Places& places) {
         moveTo(places.fresh, places.project);
         return;
     }
-    if (!fs::is_directory(fs::symlink_status(places.project))) {
+    if (!fs::is_directory(fs::symlink_status(places.project)))
         throw Refusal(jsonQuoted(places.project.native()) + " is in the way: it is not a project folder");
-    }
-    if (swapNames(places.fresh, places.project)) {
+    if (swapNames(places.fresh, places.project))
         return; // the earlier import now carries the name of the fresh folder and goes with it
-    }
     // Between the two steps the project is missing, never half there; tidyUp brings it back.
     moveTo(places.project, places.replaced);
     moveTo(places.fresh, places.project);
@@ -101,9 +96,8 @@ void putInPlace(const Places& places) {
 void build(const fs::path& folder, const Manifest& manifest, std::string_view manifestText,
            AssetFiles& files) {
     fs::create_directory(folder);
-    for (const Asset& asset : manifest.assets) {
+    for (const Asset& asset : manifest.assets)
         files.copy(asset, folder / storedPath(asset));
-    }
     writeWholeFile(folder / "manifest.json", manifestText);
     writeWholeFile(folder / "storyboard.json", storyboardOf(manifest));
 }
@@ -112,12 +106,10 @@ void build(const fs::path& folder, const Manifest& manifest, std::string_view ma
 
 FilmLibrary FilmLibrary::fromEnvironment() {
     const char* folder = std::getenv("VISTREL_LIBRARY");
-    if (folder == nullptr || *folder == '\0') {
+    if (folder == nullptr || *folder == '\0')
         throw Refusal("VISTREL_LIBRARY is not set: it names the folder that films are imported into");
-    }
-    if (*folder != '/') {
+    if (*folder != '/')
         throw Refusal("VISTREL_LIBRARY: " + jsonQuoted(folder) + " is not an absolute path");
-    }
     return FilmLibrary(folder);
 }
 

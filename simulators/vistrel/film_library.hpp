@@ -1,10 +1,10 @@
 #pragma once
 
-#include "asset_files.hpp"
-#include "manifest.hpp"
-
 #include <filesystem>
 #include <string_view>
+
+#include "asset_files.hpp"
+#include "manifest.hpp"
 
 namespace vistrel {
 

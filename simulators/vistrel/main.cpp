@@ -1,3 +1,8 @@
+#include <exception>
+#include <iostream>
+#include <new>
+#include <vector>
+
 #include "asset_files.hpp"
 #include "command_line.hpp"
 #include "common/json_text.hpp"
@@ -7,11 +12,6 @@
 #include "manifest_check.hpp"
 #include "misbehaviour.hpp"
 #include "receipt.hpp"
-
-#include <exception>
-#include <iostream>
-#include <new>
-#include <vector>
 
 namespace vistrel {
 namespace {
@@ -26,13 +26,11 @@ int perform(const Command& command) {
     const Manifest manifest = parseManifest(text);
     checkManifest(manifest);
     AssetFiles files(manifest.source.projectRoot);
-    if (command.dryRun) {
-        for (const Asset& asset : manifest.assets) {
+    if (command.dryRun)
+        for (const Asset& asset : manifest.assets)
             files.verify(asset);
-        }
-    } else {
+    else
         FilmLibrary::fromEnvironment().import(manifest, text, files);
-    }
     std::cout << toJson(receiptFor(manifest)) << '\n';
     return 0;
 }
@@ -45,9 +43,8 @@ int run(std::span<const std::string_view> arguments) {
     }
     const auto misbehaviour = misbehave();
     const int status = misbehaviour ? *misbehaviour : perform(*command);
-    if (!std::cout.flush()) {
+    if (!std::cout.flush())
         throw Refusal("cannot write the receipt to standard output");
-    }
     return status;
 }
 

@@ -1,11 +1,11 @@
 #include "manifest.hpp"
 
+#include <algorithm>
+
 #include "common/file.hpp"
 #include "common/json_text.hpp"
 #include "common/refusal.hpp"
 #include "record_reader.hpp"
-
-#include <algorithm>
 
 namespace vistrel {
 namespace {
@@ -25,9 +25,8 @@ json::value parseJson(std::string_view text) {
     json::parser parser({}, options);
     boost::system::error_code error;
     const std::size_t parsed = parser.write(text.data(), text.size(), error);
-    if (!error) {
+    if (!error)
         return parser.release();
-    }
     const std::string_view before = text.substr(0, parsed);
     const auto line = std::ranges::count(before, '\n') + 1;
     throw Refusal("the manifest is not valid JSON: " + error.message() + " in line " + std::to_string(line));

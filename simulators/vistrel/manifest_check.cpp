@@ -1,14 +1,14 @@
 #include "manifest_check.hpp"
 
-#include "common/digest.hpp"
-#include "common/json_text.hpp"
-#include "common/refusal.hpp"
-
 #include <algorithm>
 #include <array>
 #include <limits>
 #include <map>
 #include <set>
+
+#include "common/digest.hpp"
+#include "common/json_text.hpp"
+#include "common/refusal.hpp"
 
 namespace vistrel {
 namespace {
@@ -53,9 +53,8 @@ bool isPrefixedHex(std::string_view text, std::string_view prefix, std::size_t d
 bool hasParentPiece(std::string_view path) {
     for (std::size_t start = 0; start <= path.size();) {
         const std::size_t end = std::min(path.find('/', start), path.size());
-        if (path.substr(start, end - start) == "..") {
+        if (path.substr(start, end - start) == "..")
             return true;
-        }
         start = end + 1;
     }
     return false;
@@ -74,18 +73,14 @@ void checkHeader(const Manifest& manifest) {
 
 void checkPath(const Asset& asset) {
     const std::string& path = asset.relativePath;
-    if (path.empty()) {
+    if (path.empty())
         throw Refusal("asset " + jsonQuoted(asset.id) + ": the path is empty");
-    }
-    if (path.front() == '/') {
+    if (path.front() == '/')
         refuseAsset(asset, "the path is not relative to the project folder");
-    }
-    if (hasParentPiece(path)) {
+    if (hasParentPiece(path))
         refuseAsset(asset, "the path has a \"..\" piece");
-    }
-    if (path.find('\0') != std::string::npos) {
+    if (path.find('\0') != std::string::npos)
         refuseAsset(asset, "the path has a NUL character");
-    }
 }
 
 void checkIdentity(const Asset& asset) {
@@ -111,18 +106,14 @@ AssetsById checkAssets(const std::vector<Asset>& assets) {
     std::set<std::string_view> paths;
     for (const Asset& asset : assets) {
         checkPath(asset);
-        if (!paths.insert(asset.relativePath).second) {
+        if (!paths.insert(asset.relativePath).second)
             refuseAsset(asset, "two assets have this path");
-        }
-        if (!byId.emplace(asset.id, &asset).second) {
+        if (!byId.emplace(asset.id, &asset).second)
             refuseAsset(asset, "another asset has the same id " + jsonQuoted(asset.id));
-        }
-        if (std::ranges::find(importedKinds, asset.kind) == importedKinds.end()) {
+        if (std::ranges::find(importedKinds, asset.kind) == importedKinds.end())
             refuseAsset(asset, "the kind " + jsonQuoted(asset.kind) + " is not one that can be imported");
-        }
-        if (asset.bytes < 0) {
+        if (asset.bytes < 0)
             refuseAsset(asset, "a file cannot have " + std::to_string(asset.bytes) + " bytes");
-        }
         checkIdentity(asset);
     }
     return byId;
@@ -130,9 +121,8 @@ AssetsById checkAssets(const std::vector<Asset>& assets) {
 
 void checkLink(const Shot& shot, std::string_view role, const std::optional<std::string>& assetId,
                const std::string& expectedPath, const AssetsById& assets) {
-    if (!assetId) {
+    if (!assetId)
         return;
-    }
     const auto found = assets.find(*assetId);
     if (found == assets.end()) {
         refuseShot(shot,
@@ -149,9 +139,8 @@ void checkShots(const std::vector<Shot>& shots, const AssetsById& assets) {
     std::int64_t order = 0;
     std::int64_t clock = 0;
     for (const Shot& shot : shots) {
-        if (!ids.insert(shot.id).second) {
+        if (!ids.insert(shot.id).second)
             refuseShot(shot, "two shots have this id");
-        }
         if (shot.order != order) {
             refuseShot(shot, "its order is " + std::to_string(shot.order) +
                                  ", but its place in the film is " + std::to_string(order));
@@ -160,12 +149,10 @@ void checkShots(const std::vector<Shot>& shots, const AssetsById& assets) {
             refuseShot(shot, "starts at " + milliseconds(shot.timelineStartMilliseconds) +
                                  ", but the shots before it end at " + milliseconds(clock));
         }
-        if (shot.durationMilliseconds < 0) {
+        if (shot.durationMilliseconds < 0)
             refuseShot(shot, "cannot last " + milliseconds(shot.durationMilliseconds));
-        }
-        if (shot.durationMilliseconds > std::numeric_limits<std::int64_t>::max() - clock) {
+        if (shot.durationMilliseconds > std::numeric_limits<std::int64_t>::max() - clock)
             refuseShot(shot, "makes the film longer than can be counted in milliseconds");
-        }
         checkLink(shot, "key frame", shot.keyframeAssetId, "frames/" + shot.id + ".png", assets);
         checkLink(shot, "clip", shot.clipAssetId, "clips/" + shot.id + ".mp4", assets);
         clock += shot.durationMilliseconds;

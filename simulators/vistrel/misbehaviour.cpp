@@ -1,13 +1,13 @@
 #include "misbehaviour.hpp"
 
-#include "common/json_text.hpp"
-#include "receipt.hpp"
-
 #include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
+
+#include "common/json_text.hpp"
+#include "receipt.hpp"
 
 namespace vistrel {
 namespace {
@@ -56,9 +56,8 @@ int flood() {
     constexpr std::size_t pieces = 128;
     const std::string padding(pieceSize, ' ');
     std::string complaint;
-    while (complaint.size() < pieceSize) {
+    while (complaint.size() < pieceSize)
         complaint += "[debug] looking at the film once more, to be on the safe side ..\n";
-    }
     complaint.resize(pieceSize - 1);
     complaint += '\n';
     std::cout << toJson(sampleReceipt());
@@ -92,17 +91,14 @@ constexpr std::array<Misbehaviour, 7> misbehaviours{{{"not-json", printNoJson},
 
 std::optional<int> misbehave() {
     const char* value = std::getenv("VISTREL_MISBEHAVE");
-    if (value == nullptr || *value == '\0') {
+    if (value == nullptr || *value == '\0')
         return std::nullopt;
-    }
     const auto chosen = std::ranges::find(misbehaviours, std::string_view(value), &Misbehaviour::name);
-    if (chosen != misbehaviours.end()) {
+    if (chosen != misbehaviours.end())
         return chosen->perform();
-    }
     std::cerr << "VISTREL_MISBEHAVE: " << jsonQuoted(value) << " is unknown; known are";
-    for (const Misbehaviour& known : misbehaviours) {
+    for (const Misbehaviour& known : misbehaviours)
         std::cerr << ' ' << known.name;
-    }
     std::cerr << '\n';
     return 2;
 }

@@ -1,8 +1,8 @@
 #include "receipt.hpp"
 
-#include "common/digest.hpp"
-
 #include <boost/json.hpp>
+
+#include "common/digest.hpp"
 
 namespace vistrel {
 namespace {
@@ -18,11 +18,10 @@ std::string readableName(std::string_view id) {
     for (const char character : id.substr(0, longestName)) {
         const bool upper = character >= 'A' && character <= 'Z';
         const bool plain = (character >= 'a' && character <= 'z') || (character >= '0' && character <= '9');
-        if (upper) {
+        if (upper)
             name += static_cast<char>(character - 'A' + 'a');
-        } else {
+        else
             name += plain ? character : '-';
-        }
     }
     return name;
 }
@@ -40,9 +39,8 @@ std::vector<std::int64_t> sceneNumbers(const std::vector<Shot>& shots) {
     std::int64_t scene = 0;
     const Shot* before = nullptr;
     for (const Shot& shot : shots) {
-        if (before == nullptr || before->locationId != shot.locationId) {
+        if (before == nullptr || before->locationId != shot.locationId)
             ++scene;
-        }
         numbers.push_back(scene);
         before = &shot;
     }

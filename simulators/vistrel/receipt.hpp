@@ -1,9 +1,9 @@
 #pragma once
 
-#include "manifest.hpp"
-
 #include <cstdint>
 #include <string>
+
+#include "manifest.hpp"
 
 namespace vistrel {
 

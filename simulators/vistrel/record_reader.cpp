@@ -1,8 +1,8 @@
 #include "record_reader.hpp"
 
-#include "common/refusal.hpp"
-
 #include <cmath>
+
+#include "common/refusal.hpp"
 
 namespace vistrel {
 namespace {
@@ -39,16 +39,14 @@ std::string_view nameOf(json::kind kind) {
 }
 
 std::string textOf(const json::value& value, const std::string& place) {
-    if (const auto* text = value.if_string()) {
+    if (const auto* text = value.if_string())
         return std::string(std::string_view(*text));
-    }
     refuseType(place, "text", value);
 }
 
 std::int64_t integerOf(const json::value& value, const std::string& place) {
-    if (const auto* integer = value.if_int64()) {
+    if (const auto* integer = value.if_int64())
         return *integer;
-    }
     refuseType(place, "a whole number", value);
 }
 
@@ -56,9 +54,8 @@ std::int64_t integerOf(const json::value& value, const std::string& place) {
 
 RecordReader::RecordReader(const json::value& value, std::string place)
     : object_(value.if_object()), place_(std::move(place)) {
-    if (object_ == nullptr) {
+    if (object_ == nullptr)
         refuseType(place_, "an object", value);
-    }
 }
 
 std::string RecordReader::text(std::string_view key) const { return textOf(require(key), placeOf(key)); }
@@ -69,22 +66,19 @@ std::int64_t RecordReader::integer(std::string_view key) const {
 
 double RecordReader::number(std::string_view key) const {
     const json::value& value = require(key);
-    if (!value.is_number()) {
+    if (!value.is_number())
         refuseType(placeOf(key), "a number", value);
-    }
     const double number = value.to_number<double>();
     // A number such as 1e400 arrives here as infinity.
-    if (!std::isfinite(number)) {
+    if (!std::isfinite(number))
         throw Refusal(placeOf(key) + ": the number is too large");
-    }
     return number;
 }
 
 bool RecordReader::flag(std::string_view key) const {
     const json::value& value = require(key);
-    if (const auto* flag = value.if_bool()) {
+    if (const auto* flag = value.if_bool())
         return *flag;
-    }
     refuseType(placeOf(key), "true or false", value);
 }
 
@@ -103,9 +97,8 @@ RecordReader RecordReader::record(std::string_view key) const { return {require(
 std::vector<std::string> RecordReader::texts(std::string_view key) const {
     std::vector<std::string> all;
     std::size_t index = 0;
-    for (const json::value& element : list(key)) {
+    for (const json::value& element : list(key))
         all.push_back(textOf(element, placeOf(key, index++)));
-    }
     return all;
 }
 
@@ -116,17 +109,15 @@ const json::value* RecordReader::find(std::string_view key) const {
 
 const json::value& RecordReader::require(std::string_view key) const {
     const json::value* value = object_->if_contains(key);
-    if (value == nullptr) {
+    if (value == nullptr)
         throw Refusal(placeOf(key) + " is missing");
-    }
     return *value;
 }
 
 const json::array& RecordReader::list(std::string_view key) const {
     const json::value& value = require(key);
-    if (const auto* array = value.if_array()) {
+    if (const auto* array = value.if_array())
         return *array;
-    }
     refuseType(placeOf(key), "a list", value);
 }
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <boost/json.hpp>
-
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
+
+#include <boost/json.hpp>
 
 namespace vistrel {
 
@@ -34,9 +34,8 @@ class RecordReader {
     std::vector<Record> records(std::string_view key, Record (*read)(const RecordReader&)) const {
         std::vector<Record> all;
         std::size_t index = 0;
-        for (const boost::json::value& element : list(key)) {
+        for (const boost::json::value& element : list(key))
             all.push_back(read(RecordReader(element, placeOf(key, index++))));
-        }
         return all;
     }
 

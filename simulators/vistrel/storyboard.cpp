@@ -1,11 +1,11 @@
 #include "storyboard.hpp"
 
-#include "common/json_text.hpp"
-#include "receipt.hpp"
-
 #include <algorithm>
 #include <cmath>
 #include <map>
+
+#include "common/json_text.hpp"
+#include "receipt.hpp"
 
 namespace vistrel {
 namespace {
@@ -22,15 +22,12 @@ struct Register {
 
 Register registerOf(const Manifest& manifest) {
     Register all;
-    for (const CastMember& member : manifest.cast) {
+    for (const CastMember& member : manifest.cast)
         all.names.emplace(member.id, member.name);
-    }
-    for (const Location& location : manifest.locations) {
+    for (const Location& location : manifest.locations)
         all.names.emplace(location.id, location.name);
-    }
-    for (const Asset& asset : manifest.assets) {
+    for (const Asset& asset : manifest.assets)
         all.files.emplace(asset.id, storedPath(asset).generic_string());
-    }
     return all;
 }
 
@@ -75,16 +72,13 @@ json::object shotOf(const Register& all, const Shot& shot, std::int64_t scene) {
                        {"purpose", shot.purpose},
                        {"location", nameOf(all, shot.locationId)}};
     json::array characters;
-    for (const std::string& id : shot.characterIds) {
+    for (const std::string& id : shot.characterIds)
         characters.emplace_back(nameOf(all, id));
-    }
     entry["characters"] = std::move(characters);
-    if (shot.keyframeAssetId) {
+    if (shot.keyframeAssetId)
         entry["keyFrame"] = all.files.at(*shot.keyframeAssetId);
-    }
-    if (shot.clipAssetId) {
+    if (shot.clipAssetId)
         entry["clip"] = all.files.at(*shot.clipAssetId);
-    }
     entry["dialogue"] = dialogueOf(all, shot);
     entry["soundEffects"] = soundOf(shot);
     entry["transition"] = shot.transition;
@@ -101,16 +95,14 @@ std::string storyboardOf(const Manifest& manifest) {
     const Register all = registerOf(manifest);
     const std::vector<std::int64_t> scenes = sceneNumbers(manifest.shots);
     json::object board{{"title", manifest.project.title}};
-    if (manifest.project.logline) {
+    if (manifest.project.logline)
         board["logline"] = *manifest.project.logline;
-    }
     board["durationMilliseconds"] = manifest.project.durationMilliseconds;
     board["framesPerSecond"] = manifest.project.fps;
     board["aspectRatio"] = manifest.project.aspectRatio;
     json::array shots;
-    for (std::size_t index = 0; index < manifest.shots.size(); ++index) {
+    for (std::size_t index = 0; index < manifest.shots.size(); ++index)
         shots.push_back(shotOf(all, manifest.shots[index], scenes[index]));
-    }
     board["shots"] = std::move(shots);
     return pretty(board);
 }

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "common/files/atomic_file.hpp"
 #include "common/digest.hpp"
+#include "common/files/atomic_file.hpp"
 #include "common/files/regular_file.hpp"
 
 namespace kinovane {

@@ -7,9 +7,9 @@
 
 #include <kinovane/handoff.hpp>
 
-#include "common/files/atomic_file.hpp"
 #include "common/digest.hpp"
 #include "common/fatal.hpp"
+#include "common/files/atomic_file.hpp"
 #include "common/files/location.hpp"
 #include "common/files/regular_file.hpp"
 #include "handoff/artifact_examiner.hpp"

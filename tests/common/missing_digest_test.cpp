@@ -5,7 +5,6 @@
 #include <string>
 
 #include <gtest/gtest.h>
-
 #include <openssl/evp.h>
 
 #include <kinovane/handoff.hpp>

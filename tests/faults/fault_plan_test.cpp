@@ -1,6 +1,8 @@
 // Whether faults reach the calls that they are meant for. A call that no longer comes by here, because it got
 // another name, would silently go untried.
 
+#include "faults/fault_plan.hpp"
+
 #include <array>
 #include <cerrno>
 #include <filesystem>
@@ -12,7 +14,6 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <linux/openat2.h>
 #include <poll.h>
 #include <spawn.h>
@@ -22,7 +23,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "faults/fault_plan.hpp"
+#include <gtest/gtest.h>
+
 #include "faults/fault_table.hpp"
 
 namespace kinovane::test {

@@ -86,9 +86,8 @@ void FaultSweep::run() const {
         else
             ++missed;
         EXPECT_NE(outcome.kind, Outcome::Kind::undocumented) << outcome.text;
-        if (!struck || fault.harmless() || (oneResult && outcome.kind == Outcome::Kind::result)) {
+        if (!struck || fault.harmless() || (oneResult && outcome.kind == Outcome::Kind::result))
             EXPECT_TRUE(outcome == sound) << outcome.text;
-        }
         if (struck)
             check(fault, outcome);
         const ProcessCounts after = settledCounts(before, std::chrono::seconds(2));
@@ -96,9 +95,8 @@ void FaultSweep::run() const {
         EXPECT_EQ(after.threads, before.threads);
         EXPECT_EQ(after.children, before.children);
     }
-    if (repeatable) {
+    if (repeatable)
         EXPECT_EQ(missed, 0U);
-    }
     for (const Call call : expectedCalls)
         EXPECT_TRUE(reached.contains(call)) << nameOf(static_cast<std::size_t>(call)) << " never failed";
     record(path, faults.size(), missed, census);

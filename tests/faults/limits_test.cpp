@@ -1,6 +1,8 @@
 // The same without a stand-in for the system: what is left when it really has no more room, descriptors or
 // threads to give.
 
+#include "support/limits.hpp"
+
 #include <csignal>
 #include <filesystem>
 #include <functional>
@@ -10,8 +12,9 @@
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
+
+#include <gtest/gtest.h>
 
 #include <kinovane/handoff.hpp>
 #include <kinovane/workspace.hpp>
@@ -21,7 +24,6 @@
 #include "faults/verification_text.hpp"
 #include "support/child_counts.hpp"
 #include "support/forked_process.hpp"
-#include "support/limits.hpp"
 #include "support/ordinary_user.hpp"
 #include "support/sample_film.hpp"
 

@@ -6,8 +6,9 @@
 #include <system_error>
 #include <vector>
 
-#include <gtest/gtest.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include <kinovane/tooling.hpp>
 
@@ -74,7 +75,8 @@ void checkTold(const Fault& fault, const Outcome& outcome) {
 FaultSweep sweepOf(const std::string& path, const std::vector<std::string>& arguments) {
     return {
         .path = path,
-        .operation = [arguments] { return join(FilmToolClient(programPath("test_program")).run(arguments).get()); },
+        .operation =
+            [arguments] { return join(FilmToolClient(programPath("test_program")).run(arguments).get()); },
         .expectedCalls = startCalls,
         .check = checkTold,
         // How often a pipe is read depends on how fast the program writes.
@@ -116,8 +118,8 @@ TEST(SpawnFaults, ByARelativePath) {
         if (notFound || (fault.call == Call::getcwd && fault.error == ENOENT))
             EXPECT_EQ(outcome.text, "Required executable not found: ./test_program");
         else if (fault.call == Call::getcwd)
-            EXPECT_EQ(outcome.text,
-                      launchFailed + "./test_program: getcwd: " + std::generic_category().message(fault.error));
+            EXPECT_EQ(outcome.text, launchFailed + "./test_program: getcwd: " +
+                                        std::generic_category().message(fault.error));
         else
             checkTold(fault, outcome);
     };

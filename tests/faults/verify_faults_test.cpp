@@ -11,6 +11,7 @@
 #include <vector>
 
 #include <fcntl.h>
+
 #include <gtest/gtest.h>
 
 #include <kinovane/handoff.hpp>
@@ -86,9 +87,8 @@ class VerifyFaults : public testing::Test {
             return;
         }
         EXPECT_EQ(outcome.kind, Outcome::Kind::systemError) << outcome.text;
-        if (outcome.kind == Outcome::Kind::systemError) {
+        if (outcome.kind == Outcome::Kind::systemError)
             EXPECT_EQ(outcome.code.value(), fault.error) << outcome.text;
-        }
         EXPECT_TRUE(namesAnArtifactOrTheRoot(outcome.text)) << outcome.text;
     }
 };
@@ -130,9 +130,8 @@ void checkLines(const Fault& fault, const std::string& text, const std::string& 
         EXPECT_TRUE(line.starts_with("The handoff artifact could not be read: ") && line.ends_with(why))
             << line;
     }
-    if (!meansNoDirectory(fault)) {
+    if (!meansNoDirectory(fault))
         EXPECT_LE(different, fault.times);
-    }
 }
 
 TEST_F(VerifyFaults, Auditing) {

@@ -8,8 +8,9 @@
 #include <string>
 #include <system_error>
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
+
+#include <gtest/gtest.h>
 
 #include <kinovane/handoff.hpp>
 

@@ -66,9 +66,8 @@ TEST_P(WriteMemory, AFailedAllocationLeavesTheOldFileAndNothingElse) {
         struck = attempt(index);
         EXPECT_TRUE(succeeded || struck);
         ASSERT_EQ(fs::exists(target), succeeded || existed);
-        if (succeeded || existed) {
+        if (succeeded || existed)
             EXPECT_EQ(contentOf(target), succeeded ? content : "old");
-        }
         for (const fs::directory_entry& entry : fs::recursive_directory_iterator(directory / "place"))
             EXPECT_NE(entry.path().extension(), ".tmp") << "left behind";
         EXPECT_EQ(countProcess().descriptors, descriptors);

@@ -1,8 +1,9 @@
 #include <set>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
+
+#include <gtest/gtest.h>
 
 #include <kinovane/handoff.hpp>
 

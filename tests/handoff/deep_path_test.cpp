@@ -10,9 +10,10 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include <kinovane/handoff.hpp>
 

@@ -1,11 +1,12 @@
 #include <cstdio>
 #include <span>
 
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include <kinovane/handoff.hpp>
 

@@ -2,8 +2,9 @@
 #include <span>
 #include <thread>
 
-#include <gmock/gmock.h>
 #include <sys/stat.h>
+
+#include <gmock/gmock.h>
 
 #include <kinovane/handoff.hpp>
 

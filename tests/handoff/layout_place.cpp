@@ -1,5 +1,3 @@
-#include "handoff/containment_layouts.hpp"
-
 #include <cerrno>
 #include <cstring>
 #include <stdexcept>
@@ -9,6 +7,8 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
+
+#include "handoff/containment_layouts.hpp"
 
 namespace kinovane::test {
 

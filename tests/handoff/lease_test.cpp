@@ -6,11 +6,11 @@
 #include <string>
 #include <system_error>
 
-#include <gtest/gtest.h>
-
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include <kinovane/handoff.hpp>
 

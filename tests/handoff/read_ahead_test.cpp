@@ -1,3 +1,5 @@
+#include "handoff/read_ahead.hpp"
+
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -7,7 +9,6 @@
 #include <kinovane/handoff.hpp>
 
 #include "handoff/file_digest.hpp"
-#include "handoff/read_ahead.hpp"
 #include "support/child_counts.hpp"
 #include "support/temporary_directory.hpp"
 

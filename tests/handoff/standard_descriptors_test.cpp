@@ -1,5 +1,7 @@
 // Publishing in applications that have closed some of the standard descriptors, and go on using them.
 
+#include "support/standard_descriptors.hpp"
+
 #include <filesystem>
 #include <span>
 #include <string>
@@ -11,7 +13,6 @@
 #include <kinovane/workspace.hpp>
 
 #include "support/sample_film.hpp"
-#include "support/standard_descriptors.hpp"
 
 namespace kinovane::test {
 

@@ -1,6 +1,5 @@
-#include "handoff/layout_tables.hpp"
-
 #include "handoff/layout_answers.hpp"
+#include "handoff/layout_tables.hpp"
 
 namespace kinovane::test {
 

@@ -217,7 +217,8 @@ int main(int count, char** arguments) {
             std::find_if(verbs.begin(), verbs.end(), [&](const Verb& known) { return known.name == name; });
         words = words.subspan(1);
         if (verb == verbs.end() || (verb->operands != rest && verb->operands > words.size())) {
-            std::fprintf(stderr, "test_program: unknown verb or missing operand: %s\n", std::string(name).c_str());
+            std::fprintf(stderr, "test_program: unknown verb or missing operand: %s\n",
+                         std::string(name).c_str());
             return broken;
         }
         const std::size_t operands = std::min(verb->operands, words.size());

@@ -50,7 +50,7 @@ Fate ChangingFilm::fateOf(const VistrelHandoffError& error) const {
 }
 
 void ChangingFilm::audit(unsigned workers, Fates& fates) const {
-    for (const ArtifactOutcome& outcome : VistrelHandoffBuilder::audit(maker_.snapshot, {workers, {}, {}})) {
+    for (const ArtifactOutcome& outcome : VistrelHandoffBuilder::audit(maker_.snapshot, {workers, {}, {}}))
         if (outcome.sound())
             ++fates[Fate::sound];
         else if (outcome.refusal)
@@ -58,7 +58,6 @@ void ChangingFilm::audit(unsigned workers, Fates& fates) const {
         else
             ++fates[outcome.description().find(outcome.artifact.path) != std::string::npos ? Fate::unreadable
                                                                                            : Fate::wrong];
-    }
 }
 
 void ChangingFilm::build(unsigned workers, Fates& fates) const {

@@ -7,8 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
+
+#include <gtest/gtest.h>
 
 #include "races/changing_film.hpp"
 #include "races/exchange.hpp"

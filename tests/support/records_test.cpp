@@ -105,9 +105,8 @@ TEST_P(Records, UnknownKeysAreIgnored) {
     more.push_back(KeyRow{"ID", "", "12345678901234567890123"});
     const std::string document = GetParam().documentOf(more);
     EXPECT_TRUE(GetParam().isFull(document));
-    if (GetParam().rewritten != nullptr) {
+    if (GetParam().rewritten != nullptr)
         EXPECT_EQ(GetParam().rewritten(document, JSONFormat::compact), GetParam().fullDocument());
-    }
 }
 
 TEST_P(Records, RecordsThatDifferInOneMemberAreUnequal) {
@@ -155,9 +154,8 @@ TEST_P(Records, EmptyListsAndMapsAreReadAndWritten) {
         SCOPED_TRACE(key.key);
         const std::string document = GetParam().documentWith(key.key, key.expected == "a list" ? "[]" : "{}");
         EXPECT_EQ(GetParam().refusal(document), std::nullopt);
-        if (GetParam().rewritten != nullptr) {
+        if (GetParam().rewritten != nullptr)
             EXPECT_EQ(GetParam().rewritten(document, JSONFormat::compact), document);
-        }
     }
 }
 

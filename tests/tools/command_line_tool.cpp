@@ -49,7 +49,8 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
                   << outcome.err;
 }
 
-Outcome runCommandLineTool(std::vector<std::string> arguments, std::map<std::string, std::string> environment) {
+Outcome runCommandLineTool(std::vector<std::string> arguments,
+                           std::map<std::string, std::string> environment) {
     const FilmToolClient tool(programPath("kinovane"));
     try {
         const ProcessResult result = tool.run(std::move(arguments), std::move(environment)).get();

@@ -24,7 +24,8 @@ struct Outcome {
 std::ostream& operator<<(std::ostream& stream, const Outcome& outcome);
 
 /// Runs the command-line tool with both of its outputs going into pipes.
-Outcome runCommandLineTool(std::vector<std::string> arguments, std::map<std::string, std::string> environment = {});
+Outcome runCommandLineTool(std::vector<std::string> arguments,
+                           std::map<std::string, std::string> environment = {});
 
 /// Starts the command-line tool on these descriptors; one of -1 is closed in the child.
 pid_t startCommandLineTool(std::vector<std::string> arguments, int out, int err);

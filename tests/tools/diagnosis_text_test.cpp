@@ -1,3 +1,5 @@
+#include "diagnosis_text.hpp"
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -8,7 +10,6 @@
 #include <kinovane/json.hpp>
 
 #include "diagnosis.hpp"
-#include "diagnosis_text.hpp"
 
 namespace kinovane::tool {
 

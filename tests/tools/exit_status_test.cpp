@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/temporary_directory.hpp"
 #include "command_line_tool.hpp"
+#include "support/temporary_directory.hpp"
 
 namespace kinovane::test {
 

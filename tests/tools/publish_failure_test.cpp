@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/temporary_directory.hpp"
 #include "command_line_tool.hpp"
+#include "support/temporary_directory.hpp"
 
 namespace kinovane::test {
 
@@ -43,8 +43,8 @@ void expectFailures(const std::vector<Failure>& rows) {
                 arguments.push_back(replaced(argument, "{ROOT}", root));
             if (json)
                 arguments.emplace_back("--json");
-            Outcome outcome =
-                runCommandLineTool(arguments, {{"VISTREL_LIBRARY", ""}, {"VISTREL_MISBEHAVE", row.misbehaviour}});
+            Outcome outcome = runCommandLineTool(
+                arguments, {{"VISTREL_LIBRARY", ""}, {"VISTREL_MISBEHAVE", row.misbehaviour}});
             // The digest of the manifest holds the time of day.
             if (const auto digest = outcome.out.find("sha256:"); digest != std::string::npos)
                 outcome.out.erase(digest, std::string("sha256:").size() + 64);

@@ -7,8 +7,8 @@
 
 #include <kinovane/handoff.hpp>
 
-#include "support/temporary_directory.hpp"
 #include "command_line_tool.hpp"
+#include "support/temporary_directory.hpp"
 
 namespace kinovane::test {
 
@@ -130,8 +130,8 @@ TEST_F(Publish, givesItsResultAsJSON) {
 }
 
 TEST_F(Publish, aReceiptWithoutCountsAndLinkIsShownAsFarAsItGoes) {
-    const Outcome outcome = runCommandLineTool({"publish", workspace.snapshot.runManifest.string(), "--vistrel",
-                                          programPath("reluctant_importer"), "--dry-run"});
+    const Outcome outcome = runCommandLineTool({"publish", workspace.snapshot.runManifest.string(),
+                                                "--vistrel", programPath("reluctant_importer"), "--dry-run"});
     EXPECT_EQ(
         outcome,
         (Outcome{0, replaced(steps(manifest(), dryRunStep), "1 scene, 1 shot, 2 files", "the film"), ""}));
@@ -139,9 +139,9 @@ TEST_F(Publish, aReceiptWithoutCountsAndLinkIsShownAsFarAsItGoes) {
 
 TEST_F(Publish, theWholeSampleFilmIsPublished) {
     const Outcome outcome =
-        runCommandLineTool({"publish", (sampleFilm() / "run.json").string(), "--vistrel", programPath("vistrel"),
-                      "--output", (home / "handoff.json").string()},
-                     {{"VISTREL_LIBRARY", library().string()}});
+        runCommandLineTool({"publish", (sampleFilm() / "run.json").string(), "--vistrel",
+                            programPath("vistrel"), "--output", (home / "handoff.json").string()},
+                           {{"VISTREL_LIBRARY", library().string()}});
     EXPECT_EQ(outcome.status, 0) << outcome;
     EXPECT_NE(outcome.out.find("Verified  59 files, 2.2 MB\n"), std::string::npos) << outcome;
     EXPECT_NE(outcome.out.find("Imported  3 scenes, 7 shots, 59 files\n"), std::string::npos) << outcome;

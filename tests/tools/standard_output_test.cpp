@@ -3,12 +3,13 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <gtest/gtest.h>
+
+#include "command_line_tool.hpp"
 #include "common/files/descriptor.hpp"
 #include "support/temporary_directory.hpp"
-#include "command_line_tool.hpp"
 
 namespace kinovane::test {
 

@@ -5,14 +5,15 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <pty.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include "common/files/descriptor.hpp"
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include "command_line_tool.hpp"
+#include "common/files/descriptor.hpp"
 
 namespace kinovane::test {
 

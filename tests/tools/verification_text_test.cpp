@@ -1,5 +1,3 @@
-#include "verification_line.hpp"
-
 #include <chrono>
 #include <cstdint>
 #include <limits>
@@ -8,6 +6,8 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "verification_line.hpp"
 
 namespace kinovane::tool {
 

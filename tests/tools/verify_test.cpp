@@ -7,8 +7,8 @@
 #include <boost/json.hpp>
 #include <gtest/gtest.h>
 
-#include "support/temporary_directory.hpp"
 #include "command_line_tool.hpp"
+#include "support/temporary_directory.hpp"
 
 namespace kinovane::test {
 

@@ -1,13 +1,14 @@
-#include <kinovane/workspace.hpp>
-
 #include <functional>
 #include <string>
 
-#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include <kinovane/workspace.hpp>
 
 #include "support/ordinary_user.hpp"
 #include "support/sample_film.hpp"

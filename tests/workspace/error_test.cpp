@@ -1,8 +1,8 @@
-#include <kinovane/workspace.hpp>
-
 #include <type_traits>
 
 #include <gtest/gtest.h>
+
+#include <kinovane/workspace.hpp>
 
 namespace kinovane::test {
 namespace {

@@ -1,10 +1,10 @@
-#include <kinovane/workspace.hpp>
-
 #include <fstream>
 #include <functional>
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include <kinovane/workspace.hpp>
 
 #include "support/child_counts.hpp"
 #include "support/sample_film.hpp"

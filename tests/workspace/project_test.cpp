@@ -1,8 +1,8 @@
-#include <kinovane/workspace.hpp>
-
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include <kinovane/workspace.hpp>
 
 #include "support/sample_film.hpp"
 

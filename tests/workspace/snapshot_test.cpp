@@ -1,10 +1,11 @@
-#include <kinovane/workspace.hpp>
-
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+#include <kinovane/workspace.hpp>
 
 #include "support/ordinary_user.hpp"
 #include "support/sample_film.hpp"
@@ -107,9 +108,8 @@ TEST(Snapshot, TheBestCutThatExistsIsPlayed) {
         }
         const std::optional<fs::path> cut = workspace.snapshot.playableCutURL();
         ASSERT_EQ(cut.has_value(), row.cut != nullptr);
-        if (cut) {
+        if (cut)
             EXPECT_EQ(*cut, workspace.directory / row.cut);
-        }
     }
 }
 

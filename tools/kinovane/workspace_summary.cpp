@@ -51,12 +51,11 @@ WorkspaceSummary::WorkspaceSummary(const FilmWorkspaceSnapshot& workspace)
     const FilmProject& project = workspace.project;
     std::ranges::copy_if(stepsOf(project.proof), std::back_inserter(missingSteps),
                          std::not_fn(&ProofStep::done));
-    for (const FilmShotState& shot : project.shots) {
+    for (const FilmShotState& shot : project.shots)
         if (shot.status)
             ++shotsByStatus[*shot.status];
         else
             ++shotsWithoutStatus;
-    }
     for (const FilmArtifact& artifact : project.artifacts) {
         artifactsByKind[artifact.kind].add(artifact);
         artifacts.add(artifact);

@@ -9,8 +9,8 @@
 #include <system_error>
 #include <utility>
 
-#include "common/files/descriptor.hpp"
 #include "common/digest.hpp"
+#include "common/files/descriptor.hpp"
 
 namespace kinovane {
 

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <string_view>
 
-#include "common/json/shape.hpp"
 #include "common/files/regular_file.hpp"
+#include "common/json/shape.hpp"
 
 namespace kinovane::json {
 

@@ -35,12 +35,11 @@ std::string_view describe(bj::error_code code) {
 /// Whether the end of a document's beginning stands inside a string.
 bool endsInString(std::string_view beginning) {
     bool inString = false;
-    for (std::size_t position = 0; position < beginning.size(); ++position) {
+    for (std::size_t position = 0; position < beginning.size(); ++position)
         if (beginning[position] == '"')
             inString = !inString;
         else if (inString && beginning[position] == '\\')
             ++position;
-    }
     return inString;
 }
 

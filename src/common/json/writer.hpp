@@ -176,12 +176,11 @@ class Writer {
 
     [[noreturn]] static void fail(const Cursor* cursor, std::string_view what) {
         Failure failure(": " + std::string(what));
-        for (; cursor != nullptr; cursor = cursor->outer) {
+        for (; cursor != nullptr; cursor = cursor->outer)
             if (cursor->inList)
                 failure.within(cursor->index);
             else
                 failure.within(cursor->key);
-        }
         throw JSONEncodingError(failure.path, failure.message());
     }
 

@@ -11,8 +11,8 @@
 
 #include "common/files/descriptor.hpp"
 #include "common/files/location.hpp"
-#include "tooling/process/home_directory.hpp"
 #include "tooling/film_tool/pi_version.hpp"
+#include "tooling/process/home_directory.hpp"
 
 namespace kinovane {
 

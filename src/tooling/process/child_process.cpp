@@ -42,7 +42,7 @@ void require(const char* call, int error) {
 // The operating system takes texts that end at the first NUL byte: what follows would be cut off without a
 // word.
 void requireNoNulBytes(const std::string& executable, const std::vector<std::string>& arguments,
-                          const std::map<std::string, std::string>& environment) {
+                       const std::map<std::string, std::string>& environment) {
     if (holdsNUL(executable)) // The path is not part of this message, which would end at the NUL byte.
         throw FilmToolError(FilmToolError::launchFailed{"the program's path holds a NUL byte"});
     if (std::any_of(arguments.begin(), arguments.end(), holdsNUL))

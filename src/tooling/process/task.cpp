@@ -1,5 +1,3 @@
-#include <kinovane/task.hpp>
-
 #include <condition_variable>
 #include <mutex>
 #include <new>
@@ -7,6 +5,8 @@
 #include <system_error>
 #include <thread>
 #include <utility>
+
+#include <kinovane/task.hpp>
 
 #include "tooling/process/task_delivery.hpp"
 

@@ -5,11 +5,12 @@
 #include <string>
 #include <string_view>
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "support/child_counts.hpp"
 #include "support/ordinary_user.hpp"

@@ -1,14 +1,15 @@
 // Descriptors that the library opens, in applications that have closed the standard ones.
 
+#include "common/files/descriptor.hpp"
+
 #include <string>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "common/files/descriptor.hpp"
+#include <gtest/gtest.h>
+
 #include "support/forked_process.hpp"
 
 namespace kinovane::test {

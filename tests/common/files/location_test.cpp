@@ -2,9 +2,10 @@
 
 #include <string>
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include "support/forked_process.hpp"
 #include "support/ordinary_user.hpp"

@@ -4,10 +4,11 @@
 #include <string>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
+
+#include <gtest/gtest.h>
 
 #include "support/child_counts.hpp"
 #include "support/ordinary_user.hpp"

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "example_record.hpp"
 #include "common/json/writer.hpp"
+#include "example_record.hpp"
 
 namespace kinovane::test {
 namespace {

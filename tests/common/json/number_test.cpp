@@ -201,9 +201,8 @@ TEST(JSONNumber, AnExponentMayHaveAnyLength) {
         EXPECT_EQ(integer.value, row.integer.value_or(0));
         const std::optional<double> real = json::realValue(row.text);
         ASSERT_EQ(real.has_value(), row.real.has_value());
-        if (real) {
+        if (real)
             EXPECT_EQ(std::bit_cast<std::uint64_t>(*real), std::bit_cast<std::uint64_t>(*row.real));
-        }
     }
 }
 

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "example_record.hpp"
 #include "common/utf8.hpp"
+#include "example_record.hpp"
 
 namespace kinovane::test {
 namespace {

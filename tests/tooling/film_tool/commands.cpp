@@ -1,8 +1,8 @@
 #include "commands.hpp"
 
+#include "replies.hpp"
 #include "support/recorder.hpp"
 #include "support/task_failure.hpp"
-#include "replies.hpp"
 
 namespace kinovane::test {
 

@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include "replies.hpp"
 #include "support/recorder.hpp"
 #include "support/task_failure.hpp"
-#include "replies.hpp"
 
 namespace kinovane::test {
 

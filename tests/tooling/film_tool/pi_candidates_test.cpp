@@ -3,14 +3,15 @@
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include <kinovane/tooling.hpp>
 
+#include "pi_copies.hpp"
 #include "support/ordinary_user.hpp"
 #include "support/temporary_directory.hpp"
-#include "pi_copies.hpp"
 
 namespace kinovane::test {
 

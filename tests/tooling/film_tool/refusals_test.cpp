@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "commands.hpp"
 #include "support/recorder.hpp"
 #include "support/sample_film.hpp"
 #include "support/task_failure.hpp"
-#include "commands.hpp"
 
 namespace kinovane::test {
 

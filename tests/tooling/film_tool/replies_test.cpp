@@ -1,10 +1,11 @@
-#include <gtest/gtest.h>
+#include "replies.hpp"
 
 #include <filesystem>
 
+#include <gtest/gtest.h>
+
 #include "support/recorder.hpp"
 #include "support/task_failure.hpp"
-#include "replies.hpp"
 
 namespace kinovane::test {
 

@@ -6,9 +6,10 @@
 #include <system_error>
 #include <vector>
 
-#include <gtest/gtest.h>
 #include <pwd.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include <kinovane/tooling.hpp>
 

@@ -8,19 +8,20 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 
+#include <gtest/gtest.h>
+
 #include <kinovane/tooling.hpp>
 
+#include "resting_counts.hpp"
 #include "support/forked_process.hpp"
 #include "support/limits.hpp"
 #include "support/ordinary_user.hpp"
 #include "support/temporary_directory.hpp"
-#include "tooling/process/process_runner.hpp"
 #include "test_program.hpp"
-#include "resting_counts.hpp"
+#include "tooling/process/process_runner.hpp"
 
 namespace kinovane::test {
 
@@ -123,7 +124,8 @@ TEST(LaunchFailure, NoDescriptorsLeft) {
                       // Counting needs descriptors too, so the same limit shows a leak by another outcome.
                       std::string outcome;
                       for (int run = 0; run < 20; ++run)
-                          if (const std::string again = outputOfTestProgram({"out", "works"}); again != outcome)
+                          if (const std::string again = outputOfTestProgram({"out", "works"});
+                              again != outcome)
                               outcome += again;
                       return outcome;
                   }),

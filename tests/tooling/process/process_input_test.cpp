@@ -8,9 +8,10 @@
 #include <string_view>
 #include <vector>
 
+#include <unistd.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <kinovane/tooling.hpp>
 

@@ -8,9 +8,10 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include <kinovane/tooling.hpp>
 

@@ -6,16 +6,17 @@
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include <kinovane/tooling.hpp>
 
 #include "programs/numbered_lines.hpp"
+#include "resting_counts.hpp"
 #include "support/temporary_directory.hpp"
 #include "test_program.hpp"
-#include "resting_counts.hpp"
 
 namespace kinovane::test {
 
@@ -153,8 +154,8 @@ TEST_F(ProcessLeaks, StartingNeverWaits) {
         Fifo reached(place / "reached");
         std::vector<Task<ProcessResult>> tasks;
         for (std::size_t run = 0; run < runs; ++run)
-            tasks.push_back(
-                startTestProgram({"announce", reached.path(), "wait", gate.path(), "out", std::to_string(run)}));
+            tasks.push_back(startTestProgram(
+                {"announce", reached.path(), "wait", gate.path(), "out", std::to_string(run)}));
         reached.awaitAnnouncements(runs);
         for (const Task<ProcessResult>& task : tasks)
             EXPECT_FALSE(task.done());

@@ -1,3 +1,5 @@
+#include "tooling/process/process_runner.hpp"
+
 #include <array>
 #include <cstdlib>
 #include <filesystem>
@@ -5,15 +7,15 @@
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 #include <kinovane/tooling.hpp>
 
 #include "programs/numbered_lines.hpp"
 #include "support/temporary_directory.hpp"
-#include "tooling/process/process_runner.hpp"
 #include "test_program.hpp"
 
 namespace kinovane::test {

@@ -11,10 +11,10 @@
 #include "support/task_failure.hpp"
 #include "support/temporary_directory.hpp"
 #include "support/variable.hpp"
+#include "test_program.hpp"
+#include "tooling/film_tool/replies.hpp"
 #include "tooling/process/child_process.hpp"
 #include "tooling/process/executable_lookup.hpp"
-#include "tooling/film_tool/replies.hpp"
-#include "test_program.hpp"
 
 namespace kinovane::test {
 namespace {
@@ -48,7 +48,8 @@ TEST(ProgramPlace, AnAbsolutePathIsFoundWhenTheWorkingDirectoryIsGone) {
 // Passed on as it is, it could be taken for an option, and it would mean another place to another program.
 TEST(ProgramPlace, ARelativeLocationIsRefusedWhenTheWorkingDirectoryIsGone) {
     EXPECT_EQ(
-        withoutWorkingDirectory([] { return failureOf(FilmToolClient(testProgramPath()).recover("--output")); }),
+        withoutWorkingDirectory(
+            [] { return failureOf(FilmToolClient(testProgramPath()).recover("--output")); }),
         "Could not launch film command: the location of the run manifest cannot be made absolute: getcwd: "
         "No such file or directory");
 }

@@ -1,20 +1,21 @@
 // Running programs in applications that have closed some of the standard descriptors, and go on using them.
 
+#include "support/standard_descriptors.hpp"
+
 #include <array>
 #include <atomic>
 #include <filesystem>
 #include <string>
 
-#include <gtest/gtest.h>
-
 #include <sys/stat.h>
+
+#include <gtest/gtest.h>
 
 #include <kinovane/tooling.hpp>
 
-#include "support/standard_descriptors.hpp"
 #include "support/temporary_directory.hpp"
-#include "tooling/film_tool/pi_copies.hpp"
 #include "test_program.hpp"
+#include "tooling/film_tool/pi_copies.hpp"
 
 namespace kinovane::test {
 

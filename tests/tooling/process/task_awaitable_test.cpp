@@ -10,8 +10,8 @@
 
 #include "coroutine.hpp"
 #include "operation.hpp"
-#include "test_program.hpp"
 #include "resting_counts.hpp"
+#include "test_program.hpp"
 
 namespace kinovane::test {
 

@@ -57,12 +57,13 @@ TEST(TaskThen, DestroysTheHandlerWhereTheExecutorRan) {
         Loop loop;
         std::thread::id handlerDestroyedOn;
         std::thread::id resultDestroyedOn;
-        Task<std::shared_ptr<DestructionRecorder>> task =
-            startTask<std::shared_ptr<DestructionRecorder>>([&] { return std::make_shared<DestructionRecorder>(resultDestroyedOn); });
+        Task<std::shared_ptr<DestructionRecorder>> task = startTask<std::shared_ptr<DestructionRecorder>>(
+            [&] { return std::make_shared<DestructionRecorder>(resultDestroyedOn); });
         if (run % 2 == 0)
             waitUntilDone(task);
-        task.then(loop.executor(), [recorder = std::make_unique<DestructionRecorder>(handlerDestroyedOn)](
-                                       Task<std::shared_ptr<DestructionRecorder>> finished) { (void)finished.get(); });
+        task.then(loop.executor(),
+                  [recorder = std::make_unique<DestructionRecorder>(handlerDestroyedOn)](
+                      Task<std::shared_ptr<DestructionRecorder>> finished) { (void)finished.get(); });
         EXPECT_EQ(handlerDestroyedOn, std::thread::id());
         loop.runNext();
         ASSERT_EQ(handlerDestroyedOn, std::this_thread::get_id());
@@ -74,11 +75,9 @@ TEST(TaskThen, DestroysTheHandlerOfADroppedJobWhereItIsDropped) {
     for (int run = 0; run < 100; ++run) {
         Loop loop;
         std::thread::id destroyedOn;
-        startTask<int>([] {
-            return 5;
-        }).then(loop.executor(), [recorder = std::make_unique<DestructionRecorder>(destroyedOn)](Task<int> /*finished*/) {
-            ADD_FAILURE() << "it ran";
-        });
+        startTask<int>([] { return 5; })
+            .then(loop.executor(), [recorder = std::make_unique<DestructionRecorder>(destroyedOn)](
+                                       Task<int> /*finished*/) { ADD_FAILURE() << "it ran"; });
         std::function<void()> job = loop.next();
         EXPECT_EQ(destroyedOn, std::thread::id());
         job = nullptr;

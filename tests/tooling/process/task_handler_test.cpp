@@ -111,8 +111,9 @@ void start(const Executor& executor, Handled& handled, Done done) {
         gate.open();
         waitUntilDone(task);
     }
-    task.then(executor, [&handled, recorder = std::make_unique<DestructionRecorder>(handled.handlerDestroyedOn)](
-                            Task<Result> /*finished*/) { ++handled.value; });
+    task.then(executor,
+              [&handled, recorder = std::make_unique<DestructionRecorder>(handled.handlerDestroyedOn)](
+                  Task<Result> /*finished*/) { ++handled.value; });
     if (done == Done::afterwards)
         gate.open();
 }
@@ -163,11 +164,9 @@ TEST(TaskHandler, DestroyedWhereTheJobIsUsed) {
 TEST(TaskHandler, AHandlerThatThrows) {
     std::thread::id destroyedOn;
     Loop loop;
-    startTask<int>([] {
-        return 5;
-    }).then(loop.executor(), [recorder = std::make_unique<DestructionRecorder>(destroyedOn)](Task<int> /*finished*/) {
-        throw std::runtime_error("broken");
-    });
+    startTask<int>([] { return 5; })
+        .then(loop.executor(), [recorder = std::make_unique<DestructionRecorder>(destroyedOn)](
+                                   Task<int> /*finished*/) { throw std::runtime_error("broken"); });
     const Job job = loop.next();
     EXPECT_THROW(job(), std::runtime_error);
     EXPECT_EQ(destroyedOn, std::this_thread::get_id());

@@ -14,11 +14,12 @@ namespace kinovane::test {
 std::string testProgramPath() { return programPath("test_program"); }
 
 Task<ProcessResult> startTestProgram(std::vector<std::string> arguments,
-                                std::map<std::string, std::string> environment) {
+                                     std::map<std::string, std::string> environment) {
     return FilmToolClient(testProgramPath()).run(std::move(arguments), std::move(environment));
 }
 
-std::string outputOfTestProgram(std::vector<std::string> arguments, std::map<std::string, std::string> environment) {
+std::string outputOfTestProgram(std::vector<std::string> arguments,
+                                std::map<std::string, std::string> environment) {
     return outcomeOf(startTestProgram(std::move(arguments), std::move(environment)));
 }
 

@@ -18,11 +18,11 @@ std::string testProgramPath();
 
 /// Starts it.
 Task<ProcessResult> startTestProgram(std::vector<std::string> arguments,
-                                std::map<std::string, std::string> environment = {});
+                                     std::map<std::string, std::string> environment = {});
 
 /// What it wrote to standard output, or the description of the error.
 std::string outputOfTestProgram(std::vector<std::string> arguments,
-                       std::map<std::string, std::string> environment = {});
+                                std::map<std::string, std::string> environment = {});
 
 /// The standard output that arrives through `task`, or the description of the error.
 std::string outcomeOf(Task<ProcessResult> task);

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Runs commands with subprocess.run and says how long they took. A line asks: times, program, arguments; by tabs."""
 
 import subprocess

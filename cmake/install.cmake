@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 # What an application needs to find and link the library: a CMake package and a pkg-config file.
 include(CMakePackageConfigHelpers)
 

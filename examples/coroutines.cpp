@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The same as main_loop.cpp, and then some, as a coroutine: one step after the other, and never a thread that
 // waits.
 //   coroutines FILM RUN_JSON     approves the gate that a run waits for, goes on, and shows how it stands

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // A plain main loop that receives the results of outside programs without ever waiting for one:
 //   main_loop FILM RUN_JSON     asks the film tool how a run stands
 #include <cstdlib>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Where an artifact's path leads: the examination and an independent model agree on every path in a tree of
 // directories and links.
 

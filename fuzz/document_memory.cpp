@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Long documents made of short inputs: a part of the input is repeated. Memory in proportion to a document's
 // size shows only in documents that are much longer than what a fuzzer tries.
 

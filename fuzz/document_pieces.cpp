@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // A document in a file is read in pieces. Wherever the pieces meet, the answer is that of the whole text. So
 // is that of the two passes which a document is read in when its values take much memory.
 

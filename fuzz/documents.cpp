@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Every record of the workspace's documents and of the handoff: whatever a file holds, it is read or refused
 // with a message that a person can read.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The output of a program is repaired as Unicode recommends, also where its bytes were read in two pieces.
 
 #include <array>

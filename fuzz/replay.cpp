@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Gives a target every file of some folders: replay FOLDER…
 // A folder that is missing or empty is a failure, since nothing would then be checked.
 

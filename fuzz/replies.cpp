@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Every reply of an outside program: it is read, and then answers what it is asked, or it is refused with a
 // message that a person can read.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Every record that can be written: what was read is written, and what was written reads back as the same.
 
 #include <kinovane/agent_runtime.hpp>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What is JSON and what is not: the reader and an independent grammar agree on every text.
 
 #include <algorithm>

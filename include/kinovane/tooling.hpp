@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #pragma once
 
 // <cstdio> comes first on purpose: `stdout` and `stderr` are macros there, and ProcessResult has members of

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """A small drawing surface: smooth polygons, soft glows and PNG files, with nothing but the standard library."""
 
 import math

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """The JSON documents of the workspace: treatment, plan, run manifest and the state of the project."""
 
 from .moving import FPS

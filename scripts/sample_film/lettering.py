@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Capital letters drawn as single strokes, so that the poster needs no font."""
 
 STROKES = {

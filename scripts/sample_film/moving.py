@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Turns pictures into clips and clips into cuts, through ffmpeg, so that every run gives the same bytes."""
 
 import subprocess

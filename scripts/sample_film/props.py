@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """What stands in the pictures: sky, sea, quay, lamps, people, a bicycle and the ferry."""
 
 import math

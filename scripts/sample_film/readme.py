@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """The short page that lies beside the film."""
 
 from .moving import FPS

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Captions, receipts and reviews, all told from what was really made."""
 
 import math

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """The seven shots as layers that move, the portraits, the sets and the poster."""
 
 from . import props

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """Voices, effects and a music box, made from sines and noise."""
 
 import io

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """What happens in the film: the shots with their words and sounds, in film order."""
 
 TITLE = "A Lamp for the Late Ferry"

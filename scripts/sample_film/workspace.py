@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: Apache-2.0
 """The folder of a film: every file that goes in is recorded with its size and digest, in order."""
 
 import hashlib

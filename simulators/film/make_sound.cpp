@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "common/json_text.hpp"
 #include "phase_work.hpp"
 #include "reel.hpp"

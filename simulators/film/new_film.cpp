@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "new_film.hpp"
 
 #include "common/digest.hpp"

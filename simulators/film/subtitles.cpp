@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "subtitles.hpp"
 
 #include <string_view>

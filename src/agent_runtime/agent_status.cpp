@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include <kinovane/agent_runtime.hpp>
 
 #include "agent_runtime/agent_tables.hpp"

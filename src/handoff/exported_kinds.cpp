@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "handoff/exported_kinds.hpp"
 
 #include <unordered_set>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include <kinovane/workspace.hpp>
 
 #include "common/json/instances.hpp"

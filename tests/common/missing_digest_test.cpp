@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // A libcrypto that has no SHA-256. This program defines the function that looks for it.
 
 #include <span>

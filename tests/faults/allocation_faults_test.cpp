@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What is left of every operation when there is no memory for one of its allocations, or for all from one on.
 
 #include <filesystem>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Whether faults reach the calls that they are meant for. A call that no longer comes by here, because it got
 // another name, would silently go untried.
 

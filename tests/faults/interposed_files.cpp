@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The C library's functions for files, which this program defines itself: so the library's calls, and those
 // that the C++ library makes for it, come here first.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The C library's functions for processes, pipes and threads, as those for files. Not among them: sigaction,
 // which sanitizers use for themselves and which fails for a wrong signal number only.
 

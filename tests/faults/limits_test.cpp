@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The same without a stand-in for the system: what is left when it really has no more room, descriptors or
 // threads to give.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What the loader makes of a workspace when reading goes wrong.
 
 #include <algorithm>

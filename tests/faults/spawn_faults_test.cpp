@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What is left of a program's start, and of the program, when a call goes wrong.
 
 #include <cerrno>

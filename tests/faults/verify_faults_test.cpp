@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What the verification of artifacts makes of faults while they are read.
 
 #include <algorithm>

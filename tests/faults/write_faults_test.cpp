@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What is left of a manifest when the writing of it goes wrong.
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What is left of a manifest when there is no memory for the writing of it.
 
 #include <cstddef>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Paths of many directories, with few descriptors left to open them.
 
 #include <cerrno>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "handoff/handoff_record_rows.hpp"
 
 #include <cstdint>

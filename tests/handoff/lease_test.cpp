@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Files on which another program holds a write lease, as file servers do.
 
 #include <array>

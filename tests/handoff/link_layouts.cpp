@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "handoff/layout_answers.hpp"
 #include "handoff/layout_tables.hpp"
 

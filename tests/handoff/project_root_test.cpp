@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What a project's directory that cannot be opened means for its artifacts.
 
 #include <filesystem>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "memory/hostile_documents.hpp"
 
 #include <algorithm>

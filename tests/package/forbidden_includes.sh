@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # The check of the includes has to find what is forbidden: one wrong include a row.
 set -euo pipefail
 check=$1

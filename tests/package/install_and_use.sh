@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # Installs the library and builds a small application against it, with CMake and with pkg-config:
 #   install_and_use.sh shared|static SOURCE BUILD WORK
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
 # What the README quotes of an example stands in that example, to the letter but for indentation:
 #   readme_quotes.sh SOURCE
 set -euo pipefail

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Exits while a worker thread builds a handoff: exiting_builder RUN_JSON MICROSECONDS plain|initialised
 //   initialised  this program uses libcrypto itself, and has its clean-up registered before the library is
 //   used

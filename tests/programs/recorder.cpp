@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Records how it was started: its arguments, each followed by a NUL byte, go into the file that RECORDER_FILE
 // names, and its environment likewise into the one of RECORDER_ENVIRONMENT. Then it prints what
 // RECORDER_OUTPUT and RECORDER_ERRORS say, without adding anything, and ends with the status

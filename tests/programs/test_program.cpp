@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // A program that does what its arguments say, one verb after the other, and then ends with status 0. It
 // stands for every way in which an outside program can behave.
 

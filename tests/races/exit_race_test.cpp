@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // The application exits while a worker thread builds a handoff.
 
 #include <random>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Files are replaced, cut and removed while they are read.
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Folders, files and links are exchanged while the way to a file leads through them.
 
 #include <filesystem>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // A process is killed at any moment of its writing.
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // A film is loaded while the film tool works on its documents.
 
 #include <algorithm>

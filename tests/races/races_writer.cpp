@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // races_writer TARGET ROUNDS VERSION…
 // Writes these versions of a manifest by turns, so many times in all. Around each writing it says
 // "b" and "e" on standard output, so that it is known whether it was killed in the middle.

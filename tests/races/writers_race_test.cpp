@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Several write one manifest at the same time, and somebody reads it meanwhile.
 
 #include <atomic>

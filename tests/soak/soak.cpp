@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // kinovane_soak RUNS LOADS BUILDS
 // Does so much in one process, looks at its memory, descriptors and threads after each tenth, and fails when
 // the last tenth leaves more behind than the first.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Every form of operator new and delete: a sanitizer that has its own would mix them up with what is missing
 // here.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "common/json/parser.hpp"
 
 #include <boost/json/basic_parser_impl.hpp>

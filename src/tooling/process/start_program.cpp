@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "tooling/process/start_program.hpp"
 
 #include "common/files/location.hpp"

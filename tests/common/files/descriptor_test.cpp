@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Descriptors that the library opens, in applications that have closed the standard ones.
 
 #include "common/files/descriptor.hpp"

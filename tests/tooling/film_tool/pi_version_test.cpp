@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #include "tooling/film_tool/pi_version.hpp"
 
 #include <cstdint>

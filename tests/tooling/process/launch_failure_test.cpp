@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What keeps a program from starting, and what is left of the attempt.
 
 #include <cerrno>

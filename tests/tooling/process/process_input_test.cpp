@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What reaches a program: its arguments, its environment, its directory.
 
 #include <algorithm>

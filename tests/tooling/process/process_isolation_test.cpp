@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What an application has set up for itself and a program must not notice.
 
 #include <cerrno>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What is left after many runs, and what runs at the same time have to do with each other.
 
 #include <filesystem>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Running programs in applications that have closed some of the standard descriptors, and go on using them.
 
 #include "support/standard_descriptors.hpp"

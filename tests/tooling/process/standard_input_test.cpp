@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What a program gets as its standard input, also while other threads open and close files.
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // What `on` and `operator co_await` return, as an object of its own.
 #include <atomic>
 #include <functional>

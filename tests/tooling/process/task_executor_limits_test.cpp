@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Executors that are empty, that throw, and that run no more jobs.
 #include <chrono>
 #include <csignal>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
 // Where a handler is destroyed, however the executor treats its jobs. A handler holds parts of a user
 // interface, which only one thread may touch, also when they are destroyed.
 #include <functional>

@@ -9,6 +9,7 @@
 
 #include <kinovane/export.hpp>
 #include <kinovane/json.hpp>
+#include <kinovane/process.hpp>
 #include <kinovane/task.hpp>
 
 /// The local agent runtime (the command-line program quexrun): which models it knows, and which to offer.

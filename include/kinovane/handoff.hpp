@@ -17,6 +17,7 @@
 #include <kinovane/error.hpp>
 #include <kinovane/export.hpp>
 #include <kinovane/json.hpp>
+#include <kinovane/process.hpp>
 #include <kinovane/task.hpp>
 #include <kinovane/workspace.hpp>
 

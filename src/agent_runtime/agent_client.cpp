@@ -4,9 +4,9 @@
 #include <vector>
 
 #include <kinovane/agent_runtime.hpp>
-#include <kinovane/tooling.hpp>
 
 #include "agent_runtime/agent_tables.hpp"
+#include "tooling/process/program_reply.hpp"
 #include "tooling/process/start_program.hpp"
 
 namespace kinovane {
@@ -21,7 +21,7 @@ Task<QuexRunAgentStatus> QuexRunAgentClient::status() const {
         [](const ProcessResult& result) {
             // The words of FilmToolError are about the film tool, so the message names the program that
             // answered.
-            return decode<QuexRunAgentStatus>(result.stdout, "quexrun agent status: ");
+            return decodeReply<QuexRunAgentStatus>(result.stdout, "quexrun agent status: ");
         });
 }
 

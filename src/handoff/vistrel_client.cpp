@@ -4,9 +4,9 @@
 #include <vector>
 
 #include <kinovane/handoff.hpp>
-#include <kinovane/tooling.hpp>
 
 #include "handoff/handoff_tables.hpp"
+#include "tooling/process/program_reply.hpp"
 #include "tooling/process/start_program.hpp"
 
 namespace kinovane {
@@ -35,7 +35,7 @@ Task<VistrelImportReceipt> VistrelClient::runImport(const std::filesystem::path&
             arguments.insert(arguments.end(), {"--output", "json"});
             return arguments;
         },
-        {}, [](const ProcessResult& result) { return decode<VistrelImportReceipt>(result.stdout); });
+        {}, [](const ProcessResult& result) { return decodeReply<VistrelImportReceipt>(result.stdout); });
 }
 
 } // namespace kinovane

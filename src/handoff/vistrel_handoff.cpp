@@ -5,8 +5,8 @@
 #include "common/json/instances.hpp"
 #include "handoff/handoff_document.hpp"
 #include "handoff/handoff_tables.hpp"
-#include "workspace/plan_tables.hpp"
-#include "workspace/project_tables.hpp"
+#include "workspace/film_project_tables.hpp"
+#include "workspace/production_plan_tables.hpp"
 
 namespace kinovane {
 

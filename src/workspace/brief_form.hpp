@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include <kinovane/workspace.hpp>
+#include <kinovane/film_project.hpp>
 
 #include "common/json/shape.hpp"
 #include "common/json/table.hpp"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include <kinovane/workspace.hpp>
+#include <kinovane/film_project.hpp>
 
 #include "common/json/instances.hpp"
 #include "workspace/brief_form.hpp"
-#include "workspace/project_tables.hpp"
+#include "workspace/film_project_tables.hpp"
 
 namespace kinovane {
 

@@ -9,8 +9,9 @@
 #include "common/files/location.hpp"
 #include "common/json/decoder.hpp"
 #include "workspace/brief_form.hpp"
-#include "workspace/plan_tables.hpp"
-#include "workspace/project_tables.hpp"
+#include "workspace/film_project_tables.hpp"
+#include "workspace/production_plan_tables.hpp"
+#include "workspace/treatment_table.hpp"
 
 namespace kinovane {
 

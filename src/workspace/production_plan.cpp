@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include <kinovane/workspace.hpp>
+#include <kinovane/production_plan.hpp>
 
 #include "common/json/instances.hpp"
-#include "workspace/plan_tables.hpp"
+#include "workspace/production_plan_tables.hpp"
 
 namespace kinovane {
 
@@ -14,6 +14,5 @@ KINOVANE_JSON_WRITABLE(FilmLocation)
 KINOVANE_JSON_WRITABLE(FilmProductionShot)
 KINOVANE_JSON_WRITABLE(FilmDialogueLine)
 KINOVANE_JSON_WRITABLE(FilmSoundEffect)
-KINOVANE_JSON_WRITABLE(FilmTreatment)
 
 } // namespace kinovane

@@ -13,8 +13,9 @@
 #include "memory/memory_row.hpp"
 #include "tooling/film_tool/reply_tables.hpp"
 #include "workspace/brief_form.hpp"
-#include "workspace/plan_tables.hpp"
-#include "workspace/project_tables.hpp"
+#include "workspace/film_project_tables.hpp"
+#include "workspace/production_plan_tables.hpp"
+#include "workspace/treatment_table.hpp"
 
 namespace kinovane::test {
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 
-
 #include <gmock/gmock.h>
 
 #include "simulators/vistrel_film.hpp"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "command_line_tool.hpp"
+#include "tools/command_line_tool.hpp"
 
 #include <cerrno>
 #include <ostream>

@@ -10,9 +10,9 @@
 #include <boost/json.hpp>
 #include <gtest/gtest.h>
 
-#include "command_line_tool.hpp"
 #include "diagnosis_text.hpp"
 #include "support/temporary_directory.hpp"
+#include "tools/command_line_tool.hpp"
 
 namespace kinovane::test {
 

@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "command_line_tool.hpp"
 #include "support/temporary_directory.hpp"
+#include "tools/command_line_tool.hpp"
 
 namespace kinovane::test {
 

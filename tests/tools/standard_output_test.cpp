@@ -9,9 +9,9 @@
 
 #include <gtest/gtest.h>
 
-#include "command_line_tool.hpp"
 #include "common/files/descriptor.hpp"
 #include "support/temporary_directory.hpp"
+#include "tools/command_line_tool.hpp"
 
 namespace kinovane::test {
 

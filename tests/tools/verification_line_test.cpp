@@ -14,8 +14,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "command_line_tool.hpp"
 #include "common/files/descriptor.hpp"
+#include "tools/command_line_tool.hpp"
 
 namespace kinovane::test {
 

@@ -9,8 +9,8 @@
 #include <boost/json.hpp>
 #include <gtest/gtest.h>
 
-#include "command_line_tool.hpp"
 #include "support/temporary_directory.hpp"
+#include "tools/command_line_tool.hpp"
 
 namespace kinovane::test {
 

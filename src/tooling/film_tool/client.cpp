@@ -6,8 +6,9 @@
 
 #include "common/files/location.hpp"
 #include "tooling/film_tool/reply_tables.hpp"
+#include "tooling/process/program_reply.hpp"
 #include "tooling/process/start_program.hpp"
-#include "workspace/project_tables.hpp"
+#include "workspace/film_project_tables.hpp"
 
 namespace kinovane {
 
@@ -33,7 +34,7 @@ Task<ProcessResult> resultOf(const std::string& executable, MakeArguments makeAr
 template <class Reply, class MakeArguments>
 Task<Reply> replyOf(const std::string& executable, MakeArguments makeArguments) {
     return startProgram<Reply>(executable, std::move(makeArguments), {},
-                               [](const ProcessResult& result) { return decode<Reply>(result.stdout); });
+                               [](const ProcessResult& result) { return decodeReply<Reply>(result.stdout); });
 }
 
 std::string runManifestArgument(const fs::path& location) {
@@ -42,7 +43,7 @@ std::string runManifestArgument(const fs::path& location) {
 
 /// The run manifest of a plan's reply, which is relative to the directory in which the tool was asked.
 fs::path plannedRunManifest(const std::string& reply, const WorkingDirectory& directory) {
-    const fs::path location = decode<FilmPlanResponse>(reply).status.runManifest;
+    const fs::path location = decodeReply<FilmPlanResponse>(reply).status.runManifest;
     if (location.empty())
         throw FilmToolError(FilmToolError::invalidJSON{"status.runManifest is empty"});
     try {
@@ -82,6 +83,8 @@ Arguments piArguments(std::string_view command, const fs::path& runManifest, con
 FilmToolClient::FilmToolClient(std::string executable) : executable_(std::move(executable)) {}
 
 const std::string& FilmToolClient::executable() const noexcept { return executable_; }
+
+fs::path FilmToolClient::resolveExecutable(const std::string& name) { return ExecutableLookup(name).find(); }
 
 Task<ProcessResult> FilmToolClient::run(std::vector<std::string> arguments,
                                         std::map<std::string, std::string> environment) const {
@@ -172,7 +175,7 @@ Task<PiAgentLaunchSpec> FilmToolClient::agentLaunchSpec(const fs::path& runManif
         return [lookup = ExecutableLookup(executable_), manifest = fs::path(runManifestArgument(runManifest)),
                 piCommand] {
             const fs::path tool = lookup.find();
-            return decode<PiAgentLaunchSpec>(
+            return decodeReply<PiAgentLaunchSpec>(
                 runSynchronously(tool, agentLaunchArguments(manifest, piCommand, tool.string())).stdout);
         };
     });

@@ -4,7 +4,7 @@
 
 #include "common/json/instances.hpp"
 #include "tooling/film_tool/reply_tables.hpp"
-#include "workspace/project_tables.hpp"
+#include "workspace/film_project_tables.hpp"
 
 namespace kinovane {
 

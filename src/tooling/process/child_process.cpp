@@ -13,7 +13,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <kinovane/tooling.hpp>
+#include <kinovane/process.hpp>
 
 #include "common/files/location.hpp"
 #include "tooling/process/child_environment.hpp"

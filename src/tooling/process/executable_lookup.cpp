@@ -8,7 +8,7 @@
 #include <system_error>
 #include <utility>
 
-#include <kinovane/tooling.hpp>
+#include <kinovane/process.hpp>
 
 #include "tooling/process/home_directory.hpp"
 
@@ -76,7 +76,5 @@ fs::path ExecutableLookup::find() const {
     }
     throw FilmToolError(FilmToolError::executableNotFound{name_});
 }
-
-fs::path FilmToolClient::resolveExecutable(const std::string& name) { return ExecutableLookup(name).find(); }
 
 } // namespace kinovane

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include <kinovane/tooling.hpp>
+#include <kinovane/process.hpp>
 
 #include "common/overloaded.hpp"
 

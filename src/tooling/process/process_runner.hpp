@@ -7,9 +7,7 @@
 #include <string>
 #include <vector>
 
-#include <kinovane/tooling.hpp>
-
-#include "common/json/decoder.hpp"
+#include <kinovane/process.hpp>
 
 namespace kinovane {
 
@@ -18,16 +16,5 @@ namespace kinovane {
 /// was lost, or commandFailed for any exit status but 0. Throws nothing else but std::bad_alloc.
 ProcessResult runSynchronously(const std::filesystem::path& executableURL, std::vector<std::string> arguments,
                                const std::map<std::string, std::string>& environment = {});
-
-/// Reads a program's answer, which must be the whole of its standard output. `context` stands in front of the
-/// message. Throws FilmToolError (invalidJSON).
-template <class Reply>
-Reply decode(const std::string& output, std::string_view context = {}) {
-    try {
-        return json::decode<Reply>(output);
-    } catch (const JSONDecodingError& error) {
-        throw FilmToolError(FilmToolError::invalidJSON{std::string(context) + error.what()});
-    }
-}
 
 } // namespace kinovane

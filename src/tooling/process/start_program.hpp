@@ -9,7 +9,7 @@
 #include <string_view>
 #include <utility>
 
-#include <kinovane/tooling.hpp>
+#include <kinovane/process.hpp>
 
 #include "tooling/process/executable_lookup.hpp"
 #include "tooling/process/process_runner.hpp"

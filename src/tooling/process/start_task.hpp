@@ -7,8 +7,8 @@
 #include <type_traits>
 #include <utility>
 
+#include <kinovane/process.hpp>
 #include <kinovane/task.hpp>
-#include <kinovane/tooling.hpp>
 
 namespace kinovane {
 

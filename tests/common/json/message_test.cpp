@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "common/json/example_record.hpp"
 #include "common/json/writer.hpp"
-#include "example_record.hpp"
 
 namespace kinovane::test {
 namespace {

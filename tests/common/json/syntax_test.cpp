@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include "common/json/example_record.hpp"
 #include "common/utf8.hpp"
-#include "example_record.hpp"
 
 namespace kinovane::test {
 namespace {

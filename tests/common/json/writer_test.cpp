@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-#include "example_record.hpp"
+#include "common/json/example_record.hpp"
 
 namespace kinovane::test {
 namespace {

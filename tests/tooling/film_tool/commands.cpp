@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "commands.hpp"
+#include "tooling/film_tool/commands.hpp"
 
-#include "replies.hpp"
 #include "support/recorder.hpp"
 #include "support/task_failure.hpp"
+#include "tooling/film_tool/replies.hpp"
 
 namespace kinovane::test {
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "commands.hpp"
+#include "tooling/film_tool/commands.hpp"
 
 #include <algorithm>
 #include <cstdint>
@@ -9,9 +9,9 @@
 
 #include <gtest/gtest.h>
 
-#include "replies.hpp"
 #include "support/recorder.hpp"
 #include "support/task_failure.hpp"
+#include "tooling/film_tool/replies.hpp"
 
 namespace kinovane::test {
 

@@ -11,9 +11,9 @@
 
 #include <kinovane/tooling.hpp>
 
-#include "pi_copies.hpp"
 #include "support/ordinary_user.hpp"
 #include "support/temporary_directory.hpp"
+#include "tooling/film_tool/pi_copies.hpp"
 
 namespace kinovane::test {
 

@@ -13,11 +13,11 @@
 
 #include <kinovane/tooling.hpp>
 
-#include "pi_copies.hpp"
 #include "support/forked_process.hpp"
 #include "support/limits.hpp"
 #include "support/temporary_directory.hpp"
 #include "support/variable.hpp"
+#include "tooling/film_tool/pi_copies.hpp"
 #include "tooling/process/user_database.hpp"
 
 namespace kinovane::test {

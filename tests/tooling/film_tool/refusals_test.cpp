@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include "commands.hpp"
 #include "support/recorder.hpp"
 #include "support/sample_film.hpp"
 #include "support/task_failure.hpp"
+#include "tooling/film_tool/commands.hpp"
 
 namespace kinovane::test {
 

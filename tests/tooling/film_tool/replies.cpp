@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "replies.hpp"
+#include "tooling/film_tool/replies.hpp"
 
 namespace kinovane::test {
 

@@ -6,10 +6,10 @@
 
 #include <gtest/gtest.h>
 
-#include "replies.hpp"
 #include "support/child_counts.hpp"
 #include "support/recorder.hpp"
 #include "support/task_failure.hpp"
+#include "tooling/film_tool/replies.hpp"
 #include "tooling/process/test_program.hpp"
 
 namespace kinovane::test {

@@ -17,8 +17,8 @@
 
 #include "support/ordinary_user.hpp"
 #include "support/temporary_directory.hpp"
-#include "test_program.hpp"
-#include "user_database.hpp"
+#include "tooling/process/test_program.hpp"
+#include "tooling/process/user_database.hpp"
 
 namespace kinovane::test {
 

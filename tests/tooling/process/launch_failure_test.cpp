@@ -17,13 +17,13 @@
 
 #include <kinovane/tooling.hpp>
 
-#include "resting_counts.hpp"
 #include "support/forked_process.hpp"
 #include "support/limits.hpp"
 #include "support/ordinary_user.hpp"
 #include "support/temporary_directory.hpp"
-#include "test_program.hpp"
 #include "tooling/process/process_runner.hpp"
+#include "tooling/process/resting_counts.hpp"
+#include "tooling/process/test_program.hpp"
 
 namespace kinovane::test {
 

@@ -18,7 +18,7 @@
 #include <kinovane/tooling.hpp>
 
 #include "support/temporary_directory.hpp"
-#include "test_program.hpp"
+#include "tooling/process/test_program.hpp"
 
 extern char** environ; // NOLINT(readability-redundant-declaration): not every C library's header declares it
 

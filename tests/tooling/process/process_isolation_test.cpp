@@ -18,7 +18,7 @@
 #include <kinovane/tooling.hpp>
 
 #include "support/forked_process.hpp"
-#include "test_program.hpp"
+#include "tooling/process/test_program.hpp"
 
 namespace kinovane::test {
 

@@ -16,9 +16,9 @@
 #include <kinovane/tooling.hpp>
 
 #include "programs/numbered_lines.hpp"
-#include "resting_counts.hpp"
 #include "support/temporary_directory.hpp"
-#include "test_program.hpp"
+#include "tooling/process/resting_counts.hpp"
+#include "tooling/process/test_program.hpp"
 
 namespace kinovane::test {
 

@@ -18,7 +18,7 @@
 
 #include "programs/numbered_lines.hpp"
 #include "support/temporary_directory.hpp"
-#include "test_program.hpp"
+#include "tooling/process/test_program.hpp"
 
 namespace kinovane::test {
 

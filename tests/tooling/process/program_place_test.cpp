@@ -13,10 +13,10 @@
 #include "support/task_failure.hpp"
 #include "support/temporary_directory.hpp"
 #include "support/variable.hpp"
-#include "test_program.hpp"
 #include "tooling/film_tool/replies.hpp"
 #include "tooling/process/child_process.hpp"
 #include "tooling/process/executable_lookup.hpp"
+#include "tooling/process/test_program.hpp"
 
 namespace kinovane::test {
 namespace {

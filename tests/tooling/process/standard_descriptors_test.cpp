@@ -16,8 +16,8 @@
 #include <kinovane/tooling.hpp>
 
 #include "support/temporary_directory.hpp"
-#include "test_program.hpp"
 #include "tooling/film_tool/pi_copies.hpp"
+#include "tooling/process/test_program.hpp"
 
 namespace kinovane::test {
 

@@ -21,7 +21,7 @@
 
 #include "support/forked_process.hpp"
 #include "support/temporary_directory.hpp"
-#include "test_program.hpp"
+#include "tooling/process/test_program.hpp"
 
 namespace kinovane::test {
 

@@ -10,10 +10,10 @@
 
 #include <gtest/gtest.h>
 
-#include "coroutine.hpp"
-#include "operation.hpp"
-#include "resting_counts.hpp"
-#include "test_program.hpp"
+#include "tooling/process/coroutine.hpp"
+#include "tooling/process/operation.hpp"
+#include "tooling/process/resting_counts.hpp"
+#include "tooling/process/test_program.hpp"
 
 namespace kinovane::test {
 

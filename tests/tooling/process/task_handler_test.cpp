@@ -14,9 +14,9 @@
 
 #include <gtest/gtest.h>
 
-#include "coroutine.hpp"
-#include "operation.hpp"
-#include "resting_counts.hpp"
+#include "tooling/process/coroutine.hpp"
+#include "tooling/process/operation.hpp"
+#include "tooling/process/resting_counts.hpp"
 
 namespace kinovane::test {
 

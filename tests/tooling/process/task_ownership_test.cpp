@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include "operation.hpp"
-#include "resting_counts.hpp"
+#include "tooling/process/operation.hpp"
+#include "tooling/process/resting_counts.hpp"
 
 namespace kinovane::test {
 

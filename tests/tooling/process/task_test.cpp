@@ -11,9 +11,9 @@
 
 #include <kinovane/tooling.hpp>
 
-#include "coroutine.hpp"
-#include "operation.hpp"
-#include "test_program.hpp"
+#include "tooling/process/coroutine.hpp"
+#include "tooling/process/operation.hpp"
+#include "tooling/process/test_program.hpp"
 
 namespace kinovane::test {
 

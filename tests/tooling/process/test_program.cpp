@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "test_program.hpp"
+#include "tooling/process/test_program.hpp"
 
 #include <cerrno>
 #include <system_error>

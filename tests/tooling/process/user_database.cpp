@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "user_database.hpp"
+#include "tooling/process/user_database.hpp"
 
 #include <algorithm>
 #include <atomic>

@@ -1,10 +1,12 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #pragma once
 
-#include <kinovane/workspace.hpp>
+#include <kinovane/production_plan.hpp>
 
 #include "common/json/table.hpp"
 
-/// The JSON keys of production-plan.json and treatment.json. Four of the plan's records also appear in the
+/// The JSON keys of production-plan.json. Four of the plan's records also appear in the
 /// handoff.
 namespace kinovane::json {
 
@@ -97,19 +99,6 @@ struct Table<FilmProductionPlan> {
         field("locations", &FilmProductionPlan::locations),
         field("shots", &FilmProductionPlan::shots),
         field("plannedDurationSeconds", &FilmProductionPlan::plannedDurationSeconds),
-    };
-};
-
-template <>
-struct Table<FilmTreatment> {
-    static constexpr std::tuple fields{
-        field("title", &FilmTreatment::title),
-        field("logline", &FilmTreatment::logline),
-        field("synopsis", &FilmTreatment::synopsis),
-        field("theme", &FilmTreatment::theme),
-        field("beats", &FilmTreatment::beats),
-        field("visualLanguage", &FilmTreatment::visualLanguage),
-        field("soundLanguage", &FilmTreatment::soundLanguage),
     };
 };
 

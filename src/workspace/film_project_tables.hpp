@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
+
 #pragma once
 
-#include <kinovane/workspace.hpp>
+#include <kinovane/film_project.hpp>
 
 #include "common/json/table.hpp"
 

@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "handoff/asset_identity.hpp"
+#include <kinovane/handoff.hpp>
 
 namespace kinovane {
 
@@ -17,16 +17,6 @@ void ArtifactExaminer::examine(const FilmArtifact& artifact, const OnRead& onRea
     if (actual != artifact.sha256)
         throw VistrelHandoffError(
             VistrelHandoffError::hashMismatch{artifact.path, artifact.sha256, std::move(actual)});
-}
-
-VistrelHandoffAsset ArtifactExaminer::assetOf(const FilmArtifact& artifact) {
-    return {stableAssetID(artifact, digest_.digest()),
-            artifact.kind,
-            artifact.path,
-            artifact.sha256,
-            artifact.bytes,
-            artifact.contentType,
-            artifact.source};
 }
 
 } // namespace kinovane

@@ -11,7 +11,7 @@ namespace kinovane {
 
 namespace {
 
-/// What the identifier is the digest of, as compact JSON.
+/// The record that is hashed, as compact JSON, to make the identifier.
 struct AssetIdentity {
     std::string_view path;
     std::string_view sha256;
@@ -27,10 +27,19 @@ struct json::Table<AssetIdentity> {
     };
 };
 
+namespace {
+
+std::string identityOf(const FilmArtifact& artifact) {
+    return json::encode(AssetIdentity{artifact.path, artifact.sha256}, JSONFormat::compact);
+}
+
+} // namespace
+
+void requireAssetID(const FilmArtifact& artifact) { static_cast<void>(identityOf(artifact)); }
+
 std::string stableAssetID(const FilmArtifact& artifact, Digest& digest) {
     constexpr std::size_t digitsKept = 20;
-    const std::string identity =
-        json::encode(AssetIdentity{artifact.path, artifact.sha256}, JSONFormat::compact);
+    const std::string identity = identityOf(artifact);
     digest.restart();
     digest.update(std::as_bytes(std::span(identity)));
     return std::string("film_asset_").append(digest.finish(), Digest::prefixLength, digitsKept);

@@ -43,7 +43,7 @@ bool FileDigest::readAhead(RegularFile& file, const OnRead& onRead) {
     try {
         reader.emplace(file, buffer_);
     } catch (const std::system_error&) {
-        return false; // No thread to spare: this one reads by itself.
+        return false; // No thread could be started, so the calling thread reads the file.
     }
     for (auto bytes = reader->next(); !bytes.empty(); bytes = reader->next()) {
         digest_.update(bytes);

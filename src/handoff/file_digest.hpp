@@ -16,7 +16,7 @@ namespace kinovane {
 /// Computes the digests of files, one after the other, with one buffer for all of them.
 class FileDigest {
   public:
-    /// Told of every piece of a file after it was read.
+    /// Called with the size of every chunk after it was read.
     using OnRead = std::function<void(std::size_t bytes)>;
 
     FileDigest();
@@ -27,9 +27,6 @@ class FileDigest {
 
     /// The digest text of what has been written to a file.
     std::string of(AtomicFile& file);
-
-    /// For other digests between those of files.
-    Digest& digest() noexcept { return digest_; }
 
   private:
     bool readAhead(RegularFile& file, const OnRead& onRead);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include <exception>
 #include <system_error>
 
 #include <kinovane/handoff.hpp>
@@ -10,7 +11,7 @@ namespace kinovane {
 
 namespace {
 
-/// Only what is about the artifact becomes its outcome. Anything else ends the audit.
+/// Only a failure of the artifact becomes its outcome; any other exception is rethrown and ends the audit.
 void note(ArtifactOutcome& outcome, const std::exception_ptr& failure) {
     try {
         std::rethrow_exception(failure);
@@ -40,11 +41,8 @@ std::vector<ArtifactOutcome> VistrelHandoffBuilder::audit(const FilmWorkspaceSna
     outcomes.reserve(artifacts.size());
     for (const FilmArtifact* artifact : artifacts)
         outcomes.push_back({*artifact, std::nullopt, {}});
-    verify(snapshot.root, artifacts, options,
-           {.onSound = [](std::size_t /*index*/, ArtifactExaminer& /*examiner*/) {},
-            .onBad = [&](std::size_t index,
-                         const std::exception_ptr& failure) { note(outcomes[index], failure); },
-            .stopAtFirstFailure = false});
+    examineAll(snapshot.root, artifacts, options,
+               [&](std::size_t index, const std::exception_ptr& failure) { note(outcomes[index], failure); });
     return outcomes;
 }
 

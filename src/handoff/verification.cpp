@@ -11,6 +11,8 @@
 #include <thread>
 #include <utility>
 
+#include "handoff/artifact_examiner.hpp"
+#include "handoff/asset_identity.hpp"
 #include "handoff/exported_kinds.hpp"
 #include "handoff/project_directory.hpp"
 #include "handoff/verification_progress.hpp"
@@ -19,24 +21,25 @@ namespace kinovane {
 
 namespace {
 
-/// Each has a buffer of its own, and more than this many never read faster.
-constexpr std::size_t mostWorkers = 64;
+/// Every worker has its own buffer, and more workers than this never read faster.
+constexpr std::size_t maximumWorkers = 64;
 
 constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 
-/// One verification, shared by its workers. Each takes the next artifact until none is left that matters.
+/// One verification, shared by its workers. Each worker examines the next artifact until the list is done.
+/// With `onBad`, every artifact is examined; without it, the first bad one ends the verification.
 class Verification {
   public:
     Verification(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
-                 const HandoffBuildOptions& options, const VerificationOutcomes& outcomes)
-        : directory_(root), artifacts_(artifacts), options_(options), outcomes_(outcomes),
+                 const HandoffBuildOptions& options, OnBadArtifact onBad = {})
+        : directory_(root), artifacts_(artifacts), options_(options), onBad_(std::move(onBad)),
           progress_(artifacts, options.onProgress),
           workers_(std::clamp<std::size_t>(options.workers, 1,
-                                           std::clamp<std::size_t>(artifacts.size(), 1, mostWorkers))),
+                                           std::clamp<std::size_t>(artifacts.size(), 1, maximumWorkers))),
           order_(artifacts.size()) {
         std::iota(order_.begin(), order_.end(), std::size_t{0});
-        // The largest files first, or the last worker would still be busy with one when the others have
-        // nothing left. A single worker keeps the order of the list instead.
+        // Several workers begin with the largest files. Otherwise the last worker would still be busy with
+        // one when the others are done. A single worker keeps the order of the list.
         if (workers_ > 1)
             std::sort(order_.begin(), order_.end(), [&](std::size_t left, std::size_t right) {
                 return std::pair(artifacts_[right]->bytes, left) < std::pair(artifacts_[left]->bytes, right);
@@ -52,10 +55,12 @@ class Verification {
         }
         if (interruption_)
             std::rethrow_exception(interruption_);
+        if (firstFailure_)
+            std::rethrow_exception(firstFailure_);
     }
 
   private:
-    // A machine without threads to spare gets the work done with fewer.
+    // When the system has no more threads, the work is done with fewer.
     void startOthers(std::vector<std::jthread>& others) {
         try {
             while (others.size() + 1 < workers_)
@@ -67,7 +72,7 @@ class Verification {
 
     void work() noexcept {
         try {
-            // Where every core has a file to hash, a second thread for reading would only be in the way.
+            // With several workers every core already has a file to hash; reading ahead would only add threads.
             ArtifactExaminer examiner(directory_, workers_ == 1);
             for (;;) {
                 throwIfStopped();
@@ -84,40 +89,46 @@ class Verification {
         }
     }
 
+    bool stopsAtFirstFailure() const noexcept { return !onBad_; }
+
     void examine(ArtifactExaminer& examiner, std::size_t index) {
-        ProgressReport::File file(progress_, *artifacts_[index]);
+        const FilmArtifact& artifact = *artifacts_[index];
+        ProgressReport::File file(progress_, artifact);
         try {
-            examiner.examine(*artifacts_[index], [&](std::size_t bytes) {
+            examiner.examine(artifact, [&](std::size_t bytes) {
                 throwIfStopped();
                 report([&] { file.read(bytes); });
             });
-            outcomes_.onSound(index, examiner);
+            // Here, and not when the manifest is made: a later artifact must not be opened before this error.
+            if (stopsAtFirstFailure())
+                requireAssetID(artifact);
         } catch (const Interruption&) {
             throw;
         } catch (const ProjectDirectoryError& error) {
             auto failure = std::make_exception_ptr(std::filesystem::filesystem_error(error));
-            // No other artifact can be examined either, but an earlier one may be bad by its path alone.
-            if (!outcomes_.stopAtFirstFailure)
+            // No other file can be opened either, but an earlier artifact may have an unsafe path, which is
+            // refused without opening anything.
+            if (!stopsAtFirstFailure())
                 throw Interruption{std::move(failure)};
-            noteBad(index, std::move(failure));
+            noteBad(index, failure);
             return;
         } catch (...) {
             noteBad(index, std::current_exception());
-            if (outcomes_.stopAtFirstFailure)
+            if (stopsAtFirstFailure())
                 return;
         }
         report([&] { file.done(); });
     }
 
-    /// Carries an exception that is not about the artifact past the handler for those that are.
+    /// Carries an exception that is not about one artifact past the handlers for those that are.
     struct Interruption {
         std::exception_ptr cause;
     };
 
     template <class Report>
-    void report(Report tell) {
+    void report(Report callback) {
         try {
-            tell();
+            callback();
         } catch (...) {
             throw Interruption{std::current_exception()};
         }
@@ -131,14 +142,14 @@ class Verification {
             throw Interruption{};
     }
 
-    void noteBad(std::size_t index, std::exception_ptr failure) {
+    void noteBad(std::size_t index, const std::exception_ptr& failure) {
         const std::lock_guard lock(mutex_);
-        if (outcomes_.stopAtFirstFailure) {
-            if (index > firstBad_)
-                return;
+        if (!stopsAtFirstFailure()) {
+            onBad_(index, failure);
+        } else if (index < firstBad_) {
             firstBad_ = index;
+            firstFailure_ = failure;
         }
-        outcomes_.onBad(index, std::move(failure));
     }
 
     void interrupt(std::exception_ptr cause) noexcept {
@@ -151,15 +162,16 @@ class Verification {
     const ProjectDirectory directory_;
     const std::vector<const FilmArtifact*>& artifacts_;
     const HandoffBuildOptions& options_;
-    const VerificationOutcomes& outcomes_;
+    const OnBadArtifact onBad_;
     ProgressReport progress_;
     std::size_t workers_;
-    std::vector<std::size_t> order_;
+    std::vector<std::size_t> order_; ///< In which the artifacts are examined.
     std::atomic<std::size_t> next_ = 0;
-    std::atomic<std::size_t> firstBad_ = none;
+    std::atomic<std::size_t> firstBad_ = none; ///< Index of the first bad artifact, if that ends the work.
     std::atomic<bool> interrupted_ = false;
     std::mutex mutex_;
-    std::exception_ptr interruption_; ///< A stop, or something else that is not about an artifact.
+    std::exception_ptr firstFailure_;
+    std::exception_ptr interruption_; ///< A stop, or another failure that is not about one artifact.
 };
 
 } // namespace
@@ -172,9 +184,14 @@ std::vector<const FilmArtifact*> exportedArtifacts(const FilmProject& project) {
     return exported;
 }
 
-void verify(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
-            const HandoffBuildOptions& options, const VerificationOutcomes& outcomes) {
-    Verification(root, artifacts, options, outcomes).run();
+void requireSound(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
+                  const HandoffBuildOptions& options) {
+    Verification(root, artifacts, options).run();
+}
+
+void examineAll(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
+                const HandoffBuildOptions& options, const OnBadArtifact& onBad) {
+    Verification(root, artifacts, options, onBad).run();
 }
 
 } // namespace kinovane

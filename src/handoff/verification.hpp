@@ -10,28 +10,26 @@
 
 #include <kinovane/handoff.hpp>
 
-#include "handoff/artifact_examiner.hpp"
-
 namespace kinovane {
-
-/// What is done with the outcomes of a verification. Both are called on the worker that found out, never for
-/// one index twice.
-struct VerificationOutcomes {
-    /// The artifact is sound. An exception out of it makes it a bad one.
-    std::function<void(std::size_t index, ArtifactExaminer& examiner)> onSound;
-    /// Examining the artifact threw this.
-    std::function<void(std::size_t index, std::exception_ptr failure)> onBad;
-    /// Whether only the first bad artifact matters, and those before it.
-    bool stopAtFirstFailure = false;
-};
 
 /// The artifacts of a project that go into a handoff.
 std::vector<const FilmArtifact*> exportedArtifacts(const FilmProject& project);
 
-/// Examines these artifacts of a project. Throws what the progress callback throws, std::system_error
-/// (operation_canceled) when a stop was requested, and, unless the first bad artifact ends it,
-/// std::filesystem::filesystem_error when a file has to be opened and the project's directory cannot be.
-void verify(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
-            const HandoffBuildOptions& options, const VerificationOutcomes& outcomes);
+/// Requires that every one of these artifacts is sound and has a path that JSON can hold. Throws the failure
+/// of the first one in the list that is not (VistrelHandoffError, JSONEncodingError, or
+/// std::filesystem::filesystem_error); whatever the progress callback throws; and std::system_error
+/// (operation_canceled) when a stop was requested. With one worker nothing after that artifact is opened.
+void requireSound(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
+                  const HandoffBuildOptions& options);
+
+/// Receives the index of a bad artifact and the exception that its examination threw. Called from a worker
+/// thread, by one at a time, and once for each bad artifact.
+using OnBadArtifact = std::function<void(std::size_t index, const std::exception_ptr& failure)>;
+
+/// Examines all of these artifacts and reports the bad ones. Throws whatever the progress callback throws;
+/// std::system_error (operation_canceled) when a stop was requested; and std::filesystem::filesystem_error
+/// when a file has to be opened and the project's directory cannot be.
+void examineAll(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
+                const HandoffBuildOptions& options, const OnBadArtifact& onBad);
 
 } // namespace kinovane

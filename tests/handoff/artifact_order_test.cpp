@@ -33,6 +33,9 @@ void addFault(WorkspaceMaker& maker, char fault) {
         maker.list("score", name);
         ASSERT_EQ(::mkfifo((maker.directory / name).c_str(), 0666), 0);
         break;
+    case 'n':
+        maker.add("score", name + "-caf\xe9", "content");
+        break;
     default:
         maker.add("score", "sound-" + std::to_string(maker.snapshot.project.artifacts.size()), "content");
     }
@@ -52,6 +55,7 @@ TEST(ArtifactOrder, TheFirstFailureOfTheListIsReported) {
     const std::string missing = "The handoff artifact is missing: fault-m";
     const std::string mismatch = "Artifact hash mismatch for fault-h. Expected recorded, got "
                                  "sha256:ed7002b439e9ac845f22357d822bac1444730fbdb6016d3ec9432297b9ec9f73.";
+    const std::string notUTF8 = "path: the text is not UTF-8";
     struct Row {
         std::string_view faults;
         std::string expected;
@@ -60,6 +64,7 @@ TEST(ArtifactOrder, TheFirstFailureOfTheListIsReported) {
         {"........", ""},       {"u.......", unsafe},  {"m.......", missing},  {"h.......", mismatch},
         {".......u", unsafe},   {".......m", missing}, {".......h", mismatch}, {"..umh...", unsafe},
         {"..hum...", mismatch}, {"..mhu...", missing}, {"h......u", mismatch}, {"m..u...h", missing},
+        {".......n", notUTF8},  {"..nu....", notUTF8}, {"..mn....", missing},  {"n......n", notUTF8},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.faults);
@@ -100,7 +105,7 @@ TEST(ArtifactOrder, AFileThatIsNoneIsTheFirstFailureToo) {
 
 // A file that was read has another time of access; where the file system does not keep that, progress tells.
 TEST(ArtifactOrder, WithOneWorkerNothingAfterTheFirstFailureIsTouched) {
-    for (const char fault : {'u', 'm', 'h', 'p'}) {
+    for (const char fault : {'u', 'm', 'h', 'p', 'n'}) {
         SCOPED_TRACE(fault);
         WorkspaceMaker maker;
         maker.add("score", "first", "content");

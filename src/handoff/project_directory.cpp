@@ -2,7 +2,6 @@
 
 #include "handoff/project_directory.hpp"
 
-#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <optional>
@@ -17,7 +16,7 @@
 #include <kinovane/handoff.hpp>
 
 #include "common/files/location.hpp"
-#include "handoff/directory_walk.hpp"
+#include "handoff/directory_resolution.hpp"
 
 namespace kinovane {
 
@@ -25,11 +24,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Somebody who exchanges links while they are followed is met again and again; a change that happened once
-/// is not.
+/// A change that happened once is not met again; a process that keeps exchanging links could be met again and
+/// again.
 constexpr int attempts = 32;
 
-/// Whether an error of the file system means that directories or links changed while they were followed.
+/// Whether an error of the file system means that directories or links changed while a path was resolved.
 bool isChange(std::error_code error) {
     return error == std::errc::too_many_symbolic_link_levels || error == std::errc::not_a_directory ||
            error == std::errc::no_such_file_or_directory || error == std::errc::invalid_argument ||
@@ -42,10 +41,9 @@ bool isMissing(std::error_code error) {
            error == std::errc::too_many_symbolic_link_levels || error == std::errc::filename_too_long;
 }
 
-/// The fast path, which serves nearly every file: the operating system opens the artifact's path and itself
-/// vouches that it never left the directory, even if links are exchanged meanwhile. A refusal says nothing (a
-/// link may lead out and another one back in, and older systems do not know the call), so the slow path then
-/// decides.
+/// The fast path, for nearly every file: the operating system opens the path and guarantees that it never left
+/// the directory, even if links are exchanged meanwhile. A refusal is not final (a link may lead out and
+/// another one back in, and older kernels do not have the call); PathResolution then decides.
 std::optional<RegularFile> openBeneath([[maybe_unused]] int directory,
                                        [[maybe_unused]] const std::string& path,
                                        [[maybe_unused]] const std::string& location) {
@@ -61,28 +59,11 @@ std::optional<RegularFile> openBeneath([[maybe_unused]] int directory,
     return std::nullopt;
 }
 
-/// Whether the text of a path alone shows that it does not lead to a file of the project: it is absolute,
-/// climbs, names the project's directory itself, or would be cut by the system.
-bool isUnsafeText(std::string_view path) {
-    if (path.starts_with('/') || holdsNUL(path))
-        return true;
-    bool namesEntry = false;
-    while (!path.empty()) {
-        const std::size_t slash = std::min(path.find('/'), path.size());
-        const std::string_view component = path.substr(0, slash);
-        if (component == "..")
-            return true;
-        namesEntry = namesEntry || (!component.empty() && component != ".");
-        path.remove_prefix(std::min(slash + 1, path.size()));
-    }
-    return !namesEntry;
-}
-
 } // namespace
 
 void ProjectDirectory::openDirectory() const {
     location_ = root_;
-    // The system would cut the one, and the working directory is not meant by the other.
+    // The system would cut the text at a NUL byte, and an empty one does not mean the working directory.
     if (holdsNUL(root_.native()) || root_.empty()) {
         failure_ = std::make_error_code(std::errc::invalid_argument);
         return;
@@ -114,33 +95,27 @@ RegularFile ProjectDirectory::open(const std::string& path) const {
         throw missing();
 
     const std::string location = prefix_ + path;
-    // The system takes no longer text, so for every other program nothing exists there. A walk would find the
-    // file all the same; here it only tells whether the path leads out, which comes first.
+    // No program can open a file by a longer text, so the artifact is missing. Resolution would still find
+    // it; here it only shows whether the path is unsafe, which is checked first.
     const bool isTooLong = location.size() >= PATH_MAX;
     if (!isTooLong)
         if (std::optional<RegularFile> file = openBeneath(directory.descriptor(), path, location))
             return std::move(*file);
 
     for (int attempt = 1;; ++attempt) {
-        DirectoryWalk walk(directory);
-        std::error_code error = walk.follow(path);
-        if (walk.metMagicLink())
+        PathResolution resolution(directory);
+        std::error_code error = resolution.resolve(path);
+        if (leavesDirectory(resolution, error))
             throw unsafe();
-        // Where the path could not be followed to its end, it is the place reached so far that counts.
-        const bool outside = !walk.isBelowStart() && !(error && walk.isAtStart());
-        // A path that is barred outside is one that leads out. Any other failure there, such as a lack of
-        // descriptors, says nothing of where the path leads.
-        if (outside && (!error || error == std::errc::permission_denied))
-            throw unsafe();
-        if (!error && (isTooLong || !walk.exists()))
+        if (!error && (isTooLong || !resolution.exists()))
             throw missing();
         if (isTooLong && error == std::errc::permission_denied)
             throw missing();
         if (!error) {
-            if (Descriptor descriptor = walk.open(RegularFile::openFlags))
+            if (Descriptor descriptor = resolution.open(RegularFile::openFlags))
                 return {std::move(descriptor), location};
             error = openFailure(errno);
-            if (error == std::errc::operation_would_block) // A lease, which has been waited for.
+            if (error == std::errc::operation_would_block) // A lease that was not released in time.
                 throw fs::filesystem_error("cannot open", location, error);
         }
         if (!isChange(error) || attempt == attempts)

@@ -12,30 +12,30 @@
 
 namespace kinovane {
 
-/// The project's directory itself cannot be opened, so that nothing can be said of any file in it. Not shown
-/// to callers of the library.
+/// The project's directory itself cannot be opened, so none of its files can be examined. Internal: callers of
+/// the library see it as a std::filesystem::filesystem_error.
 class ProjectDirectoryError : public std::filesystem::filesystem_error {
   public:
     using filesystem_error::filesystem_error;
 };
 
-/// The directory that a project's files must lie in, and the only way to open one of them: what is opened has
-/// been shown to lie inside, and is read through the descriptor for which that was shown.
+/// The directory that must contain a project's files. Every file of a project is opened here: it is shown to
+/// lie inside, and then read through the descriptor for which that was shown.
 ///
 /// May be used from several threads at once.
 class ProjectDirectory {
   public:
-    /// Opens nothing yet: a directory that cannot be opened matters only when a file in it has to be.
+    /// Opens nothing yet: a failure to open the directory matters only when a file in it has to be opened.
     explicit ProjectDirectory(std::filesystem::path root) : root_(std::move(root)) {}
 
-    /// Opens the file at an artifact's recorded path. Links are followed, and only the final place counts.
+    /// Opens the file at an artifact's recorded path. Links are followed, and only the final location counts.
     /// Throws VistrelHandoffError (unsafeArtifactPath, missingArtifact), ProjectDirectoryError (the same one
     /// each time), and std::filesystem::filesystem_error when the file is there but cannot be read, or is no
     /// regular file.
     RegularFile open(const std::string& path) const;
 
   private:
-    /// What the first thread that needs the directory finds. Closed when there is none.
+    /// Opened by the first thread that needs it. Closed when the directory does not exist.
     const OpenDirectory& directory() const;
     void openDirectory() const;
 

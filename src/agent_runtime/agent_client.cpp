@@ -19,8 +19,7 @@ Task<QuexRunAgentStatus> QuexRunAgentClient::status() const {
     return startProgram<QuexRunAgentStatus>(
         executable_, [] { return std::vector<std::string>{"agent", "status", "--json"}; }, {},
         [](const ProcessResult& result) {
-            // The words of FilmToolError are about the film tool, so the message names the program that
-            // answered.
+            // The text of FilmToolError speaks of the film command, so the message names the program.
             return decodeReply<QuexRunAgentStatus>(result.stdout, "quexrun agent status: ");
         });
 }

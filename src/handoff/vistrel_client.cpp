@@ -6,6 +6,7 @@
 #include <kinovane/handoff.hpp>
 
 #include "handoff/handoff_tables.hpp"
+#include "tooling/process/location_argument.hpp"
 #include "tooling/process/program_reply.hpp"
 #include "tooling/process/start_program.hpp"
 

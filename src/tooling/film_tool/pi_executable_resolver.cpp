@@ -22,8 +22,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Absent when it names nothing: when it is empty, or relative without a working directory.
-std::optional<fs::path> usableLocation(const fs::path& location) {
+/// Makes a location absolute. Absent if it is empty or holds a NUL byte, or if it is relative and the working
+/// directory cannot be read.
+std::optional<fs::path> listableLocation(const fs::path& location) {
     if (location.empty() || holdsNUL(location.native()))
         return std::nullopt;
     try {
@@ -38,7 +39,7 @@ struct CloseDirectory {
 };
 using OpenDirectory = std::unique_ptr<DIR, CloseDirectory>;
 
-/// Null when the location cannot be opened as a directory.
+/// Null if the location cannot be opened as a directory.
 OpenDirectory openForListing(const fs::path& location) {
     const ReservedStandardDescriptors reserved;
     if (reserved.error() != 0)
@@ -47,16 +48,16 @@ OpenDirectory openForListing(const fs::path& location) {
         [&] { return ::open(location.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK); }));
     OpenDirectory directory(descriptor ? ::fdopendir(descriptor.get()) : nullptr);
     if (directory)
-        descriptor.release(); // Closed with the directory from now on.
+        descriptor.release(); // closedir closes it.
     return directory;
 }
 
-/// All entries of a directory but the hidden ones, as absolute locations; none when it cannot be listed to
-/// the end. std::filesystem::directory_iterator is no choice: in GNU's C++ library it ends the process when
-/// it is out of memory, and its descriptor may become a standard one.
+/// Returns the absolute locations of all entries of a directory that are not hidden; none if it cannot be
+/// listed completely. Does not use std::filesystem::directory_iterator: in GNU's C++ library it ends the
+/// process when memory runs out, and its descriptor may be 0, 1 or 2.
 std::vector<fs::path> visibleEntries(const fs::path& root) {
     std::vector<fs::path> entries;
-    const auto location = usableLocation(root);
+    const auto location = listableLocation(root);
     if (!location)
         return entries;
     const OpenDirectory directory = openForListing(*location);
@@ -72,7 +73,7 @@ std::vector<fs::path> visibleEntries(const fs::path& root) {
     }
 }
 
-/// A default root that cannot be learned has no candidates, like one that cannot be listed.
+/// A default root that cannot be determined has no candidates, like one that cannot be listed.
 std::vector<fs::path> installedCandidates() {
     try {
         return PiExecutableResolver::bundledCandidates();
@@ -100,13 +101,13 @@ fs::path PiExecutableResolver::resolve(const std::string& command) {
 }
 
 std::vector<fs::path> PiExecutableResolver::bundledCandidates(const fs::path& root) {
-    const auto newer = [](const fs::path& left, const fs::path& right) {
+    const auto isNewerEntry = [](const fs::path& left, const fs::path& right) {
         return isNewer(left.filename().native(), right.filename().native());
     };
     std::vector<fs::path> candidates;
-    // Behind everything that is not older, so that equal versions keep their order.
+    // Each entry goes behind all that are not older, so that equal versions keep their order.
     for (const fs::path& entry : visibleEntries(root))
-        candidates.insert(std::upper_bound(candidates.begin(), candidates.end(), entry, newer), entry);
+        candidates.insert(std::upper_bound(candidates.begin(), candidates.end(), entry, isNewerEntry), entry);
     for (fs::path& candidate : candidates)
         candidate /= "pi/pi";
     std::erase_if(candidates, [](const fs::path& candidate) { return !isExecutableFile(candidate); });

@@ -11,7 +11,7 @@ namespace kinovane {
 namespace {
 
 std::int64_t numberOf(std::string_view part) {
-    // A sign is part of a number; from_chars knows only one of the two.
+    // A number may have a sign. from_chars accepts "-" but not "+".
     if (part.starts_with('+') && !part.starts_with("+-"))
         part.remove_prefix(1);
     std::int64_t number = 0;

@@ -8,7 +8,7 @@
 
 namespace kinovane {
 
-/// The film tool's answer to `plan`, of which nothing but the run manifest's path matters.
+/// The film tool's reply to `plan`, of which only the run manifest's path is read.
 struct FilmPlanResponse {
     struct Status {
         std::string runManifest;

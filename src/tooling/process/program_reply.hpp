@@ -12,12 +12,12 @@
 
 namespace kinovane {
 
-/// Reads a program's answer, which must be the whole of its standard output. `context` stands in front of the
-/// message. Throws FilmToolError (invalidJSON).
+/// Decodes a program's JSON reply, which is all of its standard output. Throws FilmToolError (invalidJSON);
+/// its message begins with `context`.
 template <class Reply>
-Reply decodeReply(const std::string& output, std::string_view context = {}) {
+Reply decodeReply(const std::string& reply, std::string_view context = {}) {
     try {
-        return json::decode<Reply>(output);
+        return json::decode<Reply>(reply);
     } catch (const JSONDecodingError& error) {
         throw FilmToolError(FilmToolError::invalidJSON{std::string(context) + error.what()});
     }

@@ -6,10 +6,11 @@
 #include <filesystem>
 #include <map>
 #include <string>
-#include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include <kinovane/process.hpp>
+#include <kinovane/task.hpp>
 
 #include "tooling/process/executable_lookup.hpp"
 #include "tooling/process/process_runner.hpp"
@@ -17,34 +18,37 @@
 
 namespace kinovane {
 
-/// The path of a location of a call, absolute; `what` is what lies there. Throws FilmToolError (launchFailed)
-/// for an empty location, which names nothing, and when the working directory cannot be read.
-std::string locationArgument(std::string_view what, const std::filesystem::path& location);
-
-/// Starts an operation on a thread of its own. `prepare` gives it, and takes down on this thread what depends
-/// on the moment of the call, such as the working directory. A FilmToolError of `prepare` arrives through the
-/// task as one of the operation does.
-template <class Answer, class Prepare>
-Task<Answer> startPrepared(Prepare prepare) {
-    try {
-        return startTask<Answer>(prepare());
-    } catch (const FilmToolError&) {
-        return startTask<Answer>(
-            [error = std::current_exception()]() -> Answer { std::rethrow_exception(error); });
-    }
+/// Finds a program, runs it and waits for its end on this thread. `arguments` is the list of its arguments,
+/// or a function that makes the list from the path at which the program was found. Throws FilmToolError.
+template <class Arguments>
+ProcessResult runProgram(const ExecutableLookup& lookup, Arguments arguments,
+                         const std::map<std::string, std::string>& environment) {
+    const std::filesystem::path program = lookup.find();
+    if constexpr (std::is_invocable_v<Arguments, const std::filesystem::path&>)
+        return runSynchronously(program, arguments(program), environment);
+    else
+        return runSynchronously(program, std::move(arguments), environment);
 }
 
-/// Runs a program on a thread of its own; `finish` makes the answer of its result. `makeArguments` is called
-/// on this thread, and may throw FilmToolError.
-template <class Answer, class MakeArguments, class Finish>
-Task<Answer> startProgram(const std::string& executable, MakeArguments makeArguments,
+/// Does the same on a thread of its own. The result of the task is what `finish` returns for the program's
+/// result.
+///
+/// PATH and the working directory are those at the time of this call. `prepareArguments` is called on this
+/// thread, so that relative locations among the arguments depend on the same working directory; it returns
+/// `arguments` as above. A FilmToolError that it throws arrives through the task.
+template <class Result, class PrepareArguments, class Finish>
+Task<Result> startProgram(const std::string& executable, PrepareArguments prepareArguments,
                           std::map<std::string, std::string> environment, Finish finish) {
-    return startPrepared<Answer>([&] {
-        return [lookup = ExecutableLookup(executable), arguments = makeArguments(),
-                environment = std::move(environment), finish = std::move(finish)]() mutable {
-            return finish(runSynchronously(lookup.find(), std::move(arguments), environment));
-        };
-    });
+    try {
+        return startTask<Result>([lookup = ExecutableLookup(executable), arguments = prepareArguments(),
+                                  environment = std::move(environment),
+                                  finish = std::move(finish)]() mutable {
+            return finish(runProgram(lookup, std::move(arguments), environment));
+        });
+    } catch (const FilmToolError&) {
+        return startTask<Result>(
+            [error = std::current_exception()]() -> Result { std::rethrow_exception(error); });
+    }
 }
 
 } // namespace kinovane

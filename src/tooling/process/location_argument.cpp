@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "tooling/process/start_program.hpp"
+#include "tooling/process/location_argument.hpp"
+
+#include <kinovane/process.hpp>
 
 #include "common/files/location.hpp"
 

@@ -6,6 +6,7 @@
 
 #include "common/files/location.hpp"
 #include "tooling/film_tool/reply_tables.hpp"
+#include "tooling/process/location_argument.hpp"
 #include "tooling/process/program_reply.hpp"
 #include "tooling/process/start_program.hpp"
 #include "workspace/film_project_tables.hpp"
@@ -20,20 +21,18 @@ using Arguments = std::vector<std::string>;
 using Environment = std::map<std::string, std::string>;
 using OptionalText = std::optional<std::string>;
 
-ProcessResult wholeResult(ProcessResult result) { return result; }
-
-/// Runs the tool and hands on its result as it is.
-template <class MakeArguments>
-Task<ProcessResult> resultOf(const std::string& executable, MakeArguments makeArguments,
-                             Environment environment = {}) {
-    return startProgram<ProcessResult>(executable, std::move(makeArguments), std::move(environment),
-                                       wholeResult);
+/// Starts the tool; the task returns its result unchanged.
+template <class PrepareArguments>
+Task<ProcessResult> startForResult(const std::string& executable, PrepareArguments prepareArguments,
+                                   Environment environment = {}) {
+    return startProgram<ProcessResult>(executable, std::move(prepareArguments), std::move(environment),
+                                       [](ProcessResult result) { return result; });
 }
 
-/// Runs the tool and reads its reply.
-template <class Reply, class MakeArguments>
-Task<Reply> replyOf(const std::string& executable, MakeArguments makeArguments) {
-    return startProgram<Reply>(executable, std::move(makeArguments), {},
+/// Starts the tool; the task returns its decoded reply.
+template <class Reply, class PrepareArguments>
+Task<Reply> startForReply(const std::string& executable, PrepareArguments prepareArguments) {
+    return startProgram<Reply>(executable, std::move(prepareArguments), {},
                                [](const ProcessResult& result) { return decodeReply<Reply>(result.stdout); });
 }
 
@@ -41,7 +40,8 @@ std::string runManifestArgument(const fs::path& location) {
     return locationArgument("run manifest", location);
 }
 
-/// The run manifest of a plan's reply, which is relative to the directory in which the tool was asked.
+/// Returns the run manifest that the reply to `plan` names. A relative path is relative to `directory`, in
+/// which the tool was started.
 fs::path plannedRunManifest(const std::string& reply, const WorkingDirectory& directory) {
     const fs::path location = decodeReply<FilmPlanResponse>(reply).status.runManifest;
     if (location.empty())
@@ -54,7 +54,7 @@ fs::path plannedRunManifest(const std::string& reply, const WorkingDirectory& di
     }
 }
 
-/// Adds an option that is only there when it has a value.
+/// Adds an option with its value, if there is one.
 void addOption(Arguments& arguments, std::string_view option, const OptionalText& value) {
     if (value) {
         arguments.emplace_back(option);
@@ -62,7 +62,7 @@ void addOption(Arguments& arguments, std::string_view option, const OptionalText
     }
 }
 
-/// Provider and model of the coding agent. Presence is what counts: an empty text is set, too.
+/// The variables for the coding agent's provider and model. An empty text is set, too; an absent one is not.
 Environment piEnvironment(const OptionalText& provider, const OptionalText& model) {
     Environment environment;
     if (provider)
@@ -88,7 +88,7 @@ fs::path FilmToolClient::resolveExecutable(const std::string& name) { return Exe
 
 Task<ProcessResult> FilmToolClient::run(std::vector<std::string> arguments,
                                         std::map<std::string, std::string> environment) const {
-    return resultOf(executable_, [&] { return std::move(arguments); }, std::move(environment));
+    return startForResult(executable_, [&] { return std::move(arguments); }, std::move(environment));
 }
 
 Task<fs::path> FilmToolClient::plan(const std::string& idea, const std::string& title,
@@ -116,8 +116,8 @@ Task<fs::path> FilmToolClient::plan(const std::string& idea, const std::string& 
 }
 
 Task<FilmStatusResponse> FilmToolClient::status(const fs::path& runManifest) const {
-    return replyOf<FilmStatusResponse>(executable_,
-                                       [&] { return Arguments{"status", runManifestArgument(runManifest)}; });
+    return startForReply<FilmStatusResponse>(
+        executable_, [&] { return Arguments{"status", runManifestArgument(runManifest)}; });
 }
 
 Task<void> FilmToolClient::approve(const fs::path& runManifest, const std::string& gate,
@@ -135,18 +135,19 @@ Task<void> FilmToolClient::approve(const fs::path& runManifest, const std::strin
 Task<ProcessResult> FilmToolClient::advance(const fs::path& runManifest, const OptionalText& piCommand,
                                             const OptionalText& piProvider,
                                             const OptionalText& piModel) const {
-    return resultOf(
+    return startForResult(
         executable_, [&] { return piArguments("run", runManifest, piCommand); },
         piEnvironment(piProvider, piModel));
 }
 
 Task<ProcessResult> FilmToolClient::recover(const fs::path& runManifest) const {
-    return resultOf(executable_, [&] { return Arguments{"recover", runManifestArgument(runManifest)}; });
+    return startForResult(executable_,
+                          [&] { return Arguments{"recover", runManifestArgument(runManifest)}; });
 }
 
 Task<ProcessResult> FilmToolClient::reroll(const fs::path& runManifest, const std::string& shotID,
                                            const std::string& note) const {
-    return resultOf(executable_, [&] {
+    return startForResult(executable_, [&] {
         return Arguments{"reroll", runManifestArgument(runManifest), "--shot", shotID, "--note", note};
     });
 }
@@ -154,14 +155,14 @@ Task<ProcessResult> FilmToolClient::reroll(const fs::path& runManifest, const st
 Task<ProcessResult> FilmToolClient::review(const fs::path& runManifest, const OptionalText& piCommand,
                                            const OptionalText& piProvider,
                                            const OptionalText& piModel) const {
-    return resultOf(
+    return startForResult(
         executable_, [&] { return piArguments("review", runManifest, piCommand); },
         piEnvironment(piProvider, piModel));
 }
 
 Task<FilmVistrelExportReceipt> FilmToolClient::exportVistrel(const fs::path& runManifest,
                                                              const std::optional<fs::path>& output) const {
-    return replyOf<FilmVistrelExportReceipt>(executable_, [&] {
+    return startForReply<FilmVistrelExportReceipt>(executable_, [&] {
         Arguments arguments{"export-vistrel", runManifestArgument(runManifest)};
         if (output)
             addOption(arguments, "--output", locationArgument("output file", *output));
@@ -171,12 +172,9 @@ Task<FilmVistrelExportReceipt> FilmToolClient::exportVistrel(const fs::path& run
 
 Task<PiAgentLaunchSpec> FilmToolClient::agentLaunchSpec(const fs::path& runManifest,
                                                         const std::string& piCommand) const {
-    return startPrepared<PiAgentLaunchSpec>([&] {
-        return [lookup = ExecutableLookup(executable_), manifest = fs::path(runManifestArgument(runManifest)),
-                piCommand] {
-            const fs::path tool = lookup.find();
-            return decodeReply<PiAgentLaunchSpec>(
-                runSynchronously(tool, agentLaunchArguments(manifest, piCommand, tool.string())).stdout);
+    return startForReply<PiAgentLaunchSpec>(executable_, [&] {
+        return [manifest = fs::path(runManifestArgument(runManifest)), piCommand](const fs::path& tool) {
+            return agentLaunchArguments(manifest, piCommand, tool.string());
         };
     });
 }

@@ -2,6 +2,7 @@
 
 #include "tooling/process/child_environment.hpp"
 
+#include <string>
 #include <string_view>
 
 #include <unistd.h>
@@ -15,17 +16,8 @@ extern char** environ; // NOLINT(readability-redundant-declaration): not every C
 
 namespace kinovane {
 
-char* const* TextVector::data() {
-    pointers_.clear();
-    pointers_.reserve(texts_.size() + 1);
-    for (std::string& text : texts_)
-        pointers_.push_back(text.data());
-    pointers_.push_back(nullptr);
-    return pointers_.data();
-}
-
-TextVector mergedEnvironment(const std::map<std::string, std::string>& additions) {
-    TextVector merged;
+CStringArray mergedEnvironment(const std::map<std::string, std::string>& additions) {
+    CStringArray merged;
     for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
         const std::string_view text = *entry;
         if (!additions.contains(std::string(text.substr(0, text.find('=')))))

@@ -13,27 +13,29 @@
 
 namespace kinovane {
 
-/// A running child whose standard output and standard error arrive through pipes.
+/// A running child process whose standard output and standard error arrive through pipes.
 class ChildProcess {
   public:
-    /// Starts the program. `environment` is added to this process's own and wins over it.
+    /// Starts the program. `environment` is added to this process's environment and replaces variables of the
+    /// same names.
     ///
-    /// The child gets descriptors 0, 1 and 2 only, an empty signal mask and default signal dispositions,
-    /// whatever the application has set up for itself. Throws FilmToolError (launchFailed), with the program
-    /// and the call that failed, and then nothing is left.
+    /// The child inherits only descriptors 0, 1 and 2, and starts with an empty signal mask and default
+    /// signal dispositions. Throws FilmToolError (launchFailed) with the program and the call that failed; no
+    /// descriptor and no process is then left.
     ChildProcess(const std::string& executable, const std::vector<std::string>& arguments,
                  const std::map<std::string, std::string>& environment);
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    /// Waits for the child, unless `wait` has, so that it never becomes a zombie.
+    /// Waits for the child, unless `wait` was called, so that it does not remain as a zombie.
     ~ChildProcess();
 
+    /// The descriptors to read from. Valid as long as this object.
     int output() const noexcept { return output_.get(); }
     int errors() const noexcept { return errors_.get(); }
 
-    /// Blocks until the child has ended. Gives its exit status, or the number of the signal that ended it.
-    /// Throws std::system_error when the application has taken the status.
+    /// Blocks until the child has ended. Returns its exit status, or the number of the signal that ended it.
+    /// Throws std::system_error if the application has already waited for this child. Call it once.
     std::int32_t wait();
 
   private:

@@ -18,8 +18,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// "~" and "~/…" stand for the current user's home directory, "~name" and "~name/…" for that user's. Anything
-/// else, and the name of a user without a home directory, is left as it is.
+/// Replaces "~" at the beginning by the current user's home directory, and "~name" by that user's. Anything
+/// else is unchanged, as is the name of a user without a home directory.
 std::string expandTilde(const std::string& name) {
     if (!name.starts_with('~') || holdsNUL(name))
         return name;
@@ -28,7 +28,7 @@ std::string expandTilde(const std::string& name) {
         const auto home = end == 1 ? homeDirectory() : homeDirectoryOf(name.substr(1, end - 1));
         return home ? *home + name.substr(end) : name;
     } catch (const std::system_error& error) {
-        // Not "not found": the program may well be there, and what lies below "./~" is another one.
+        // Not executableNotFound: the program may exist. Nor is "~" left as it is: "./~/…" is another file.
         throw FilmToolError(FilmToolError::launchFailed{name + ": " + error.what()});
     }
 }
@@ -47,8 +47,8 @@ std::optional<fs::path> ExecutableLookup::executableAt(const fs::path& location)
             return absolute;
         return std::nullopt;
     } catch (const fs::filesystem_error& error) {
-        // Below a directory that was removed there is nothing. Any other reason is none to take the next
-        // program of the same name.
+        // A working directory that was removed holds no program. Any other error is reported, because going
+        // on could find another program of the same name.
         if (error.code() == std::errc::no_such_file_or_directory)
             return std::nullopt;
         throw FilmToolError(FilmToolError::launchFailed{name_ + ": getcwd: " + error.code().message()});
@@ -61,7 +61,7 @@ fs::path ExecutableLookup::find() const {
         if (auto found = executableAt(expanded))
             return *std::move(found);
     } else if (!name_.empty()) {
-        // The directories of PATH come first; the fixed ones may repeat them, which does no harm.
+        // The directories of PATH come first. A fixed one that is also in PATH is searched twice.
         std::string_view rest = searchPath_;
         while (!rest.empty()) {
             const std::size_t end = std::min(rest.find(':'), rest.size());

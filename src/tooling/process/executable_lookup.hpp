@@ -10,14 +10,14 @@
 
 namespace kinovane {
 
-/// A search for a program, as FilmToolClient::resolveExecutable does it. PATH and the working directory are
-/// those of the moment at which it was made; user database and files are asked by `find`.
+/// A search for a program, with the rules of FilmToolClient::resolveExecutable. PATH and the working
+/// directory are those at the time of construction. The user database and the file system are read by `find`.
 class ExecutableLookup {
   public:
     explicit ExecutableLookup(std::string name);
 
-    /// The program's absolute location. Throws FilmToolError: executableNotFound, or launchFailed when the
-    /// user database or the working directory could not be read.
+    /// Returns the program's absolute path. Throws FilmToolError: executableNotFound, or launchFailed if the
+    /// user database or the working directory cannot be read.
     std::filesystem::path find() const;
 
   private:

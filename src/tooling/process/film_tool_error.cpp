@@ -6,8 +6,6 @@
 
 namespace kinovane {
 
-bool ProcessResult::succeeded() const noexcept { return exitCode == 0; }
-
 std::string FilmToolErrorCases::describe(const Case& value) {
     return std::visit(
         Overloaded{

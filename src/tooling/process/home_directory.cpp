@@ -15,25 +15,26 @@ namespace kinovane {
 
 namespace {
 
-/// The values with which the systems say that there is no such user; any other is a failure to ask.
-bool saysUnknown(int error) {
+/// Whether a return value means that there is no such user. Systems differ in the value; all others are
+/// errors.
+bool meansUnknownUser(int error) {
     return error == 0 || error == ENOENT || error == ESRCH || error == EBADF || error == EPERM;
 }
 
-/// The functions ask several sources in turn. When one of them fails and the next does not know the user, the
-/// answer is that there is no such user, and only errno tells of the failure. Other values of errno are no
-/// failure: a service that does not run leaves one, for instance.
-bool tellsOfFailure(int error) {
+/// Whether errno shows an error behind the result that there is no such user. The C library reads several
+/// sources in turn. If one fails and the next does not hold the user, only errno shows the failure. Other
+/// values of errno do not: a service that does not run leaves one, for instance.
+bool meansFailedSource(int error) {
     return error == EMFILE || error == ENFILE || error == EIO || error == ENOMEM;
 }
 
-/// Asks the user database with one of its reentrant functions. They need a buffer whose size cannot be known
-/// beforehand.
-template <class Ask>
-std::optional<std::string> directoryFrom(const char* call, Ask ask) {
+/// Reads a home directory with one of the reentrant functions of the user database. They need a buffer whose
+/// size is not known beforehand.
+template <class Query>
+std::optional<std::string> directoryFrom(const char* call, Query query) {
     constexpr std::size_t largestBuffer = std::size_t{1} << 20U;
     std::vector<char> buffer(1024);
-    // The C library opens files and sockets to find the answer.
+    // The C library opens files and sockets for the query.
     const ReservedStandardDescriptors reserved;
     if (reserved.error() != 0)
         throw std::system_error(reserved.error(), std::generic_category(), call);
@@ -41,8 +42,8 @@ std::optional<std::string> directoryFrom(const char* call, Ask ask) {
         passwd entry{};
         passwd* found = nullptr;
         errno = 0;
-        int error = ask(&entry, buffer.data(), buffer.size(), &found);
-        if (error == 0 && found == nullptr && tellsOfFailure(errno))
+        int error = query(&entry, buffer.data(), buffer.size(), &found);
+        if (error == 0 && found == nullptr && meansFailedSource(errno))
             error = errno;
         if (error == EINTR)
             continue;
@@ -50,7 +51,7 @@ std::optional<std::string> directoryFrom(const char* call, Ask ask) {
             buffer.resize(2 * buffer.size());
             continue;
         }
-        if (!saysUnknown(error))
+        if (!meansUnknownUser(error))
             throw std::system_error(error, std::generic_category(), call);
         if (found == nullptr || found->pw_dir == nullptr || *found->pw_dir != '/')
             return std::nullopt;

@@ -7,12 +7,13 @@
 
 namespace kinovane {
 
-/// The current user's home directory as the user database has it, whatever the environment says. Absent when
-/// the database does not know the user, or no absolute home directory of the user. Throws std::system_error,
-/// whose text begins with the name of the call that failed, when the database cannot be asked.
+/// The current user's home directory in the user database; the environment's HOME is ignored. Absent if the
+/// database does not hold the user, or holds no absolute home directory for the user. Throws
+/// std::system_error, whose text begins with the name of the call that failed, if the database cannot be
+/// read.
 std::optional<std::string> homeDirectory();
 
-/// Another user's home directory, likewise.
+/// The same for another user.
 std::optional<std::string> homeDirectoryOf(const std::string& user);
 
 } // namespace kinovane

@@ -19,15 +19,15 @@ namespace kinovane {
 
 namespace {
 
-/// One pipe and what came out of it so far.
+/// A pipe, and what has been read from it.
 class Stream {
   public:
     explicit Stream(int pipe) : pipe_(pipe) {}
 
-    int pipe() const noexcept { return pipe_; } ///< Negative once the end was reached.
+    int pipe() const noexcept { return pipe_; } ///< Negative at the end.
     bool open() const noexcept { return pipe_ >= 0; }
 
-    /// Reads what is there; waits when nothing is.
+    /// Reads what the pipe holds. Blocks if it is empty.
     void read() {
         const std::span<char> room = text_.room();
         const auto count = retryInterrupted([&] { return ::read(pipe_, room.data(), room.size()); });
@@ -42,8 +42,8 @@ class Stream {
     std::string take() { return std::move(text_).join(); }
 
   private:
-    // A program that writes much is stopped less often by a larger pipe. Where it is refused, nothing is
-    // lost.
+    // With a larger pipe, a program that writes much has to wait less often. If the system refuses, the pipe
+    // works as before.
     void enlargePipe() noexcept {
 #ifdef F_SETPIPE_SZ
         if (!enlarged_ && text_.size() >= largePipe) {
@@ -76,7 +76,7 @@ CapturedOutput captureOutput(int output, int errors) {
             if (waited[index].revents != 0)
                 streams[index].read();
     }
-    // The one that is left needs no watching.
+    // At most one is still open, so reading may block.
     for (Stream& stream : streams)
         while (stream.open())
             stream.read();

@@ -12,10 +12,10 @@ namespace kinovane {
 
 namespace {
 
-/// A step after the start of the program. Its failure is no failed start: the message says that the program
-/// ran, so that nobody repeats a command that has done its work.
+/// Calls `step`, which reads `lost` from a program that is already running. If it fails, the message says
+/// that the program was started, so that nobody repeats a command that may have succeeded.
 template <class Step>
-auto afterStart(const std::string& executable, const std::string& lost, Step step) {
+auto readFromStarted(const std::string& executable, const std::string& lost, Step step) {
     try {
         return step();
     } catch (const std::system_error& error) {
@@ -37,9 +37,9 @@ ProcessResult runSynchronously(const std::filesystem::path& executableURL, std::
     result.executable = executableURL.string();
     result.arguments = std::move(arguments);
     ChildProcess child(result.executable, result.arguments, environment);
-    CapturedOutput captured = afterStart(result.executable, "its output",
-                                         [&] { return captureOutput(child.output(), child.errors()); });
-    result.exitCode = afterStart(result.executable, "its exit status", [&] { return child.wait(); });
+    CapturedOutput captured = readFromStarted(result.executable, "its output",
+                                              [&] { return captureOutput(child.output(), child.errors()); });
+    result.exitCode = readFromStarted(result.executable, "its exit status", [&] { return child.wait(); });
     result.stdout = repairUTF8(std::move(captured.output));
     result.stderr = repairUTF8(std::move(captured.errors));
     if (!result.succeeded())

@@ -11,9 +11,12 @@
 
 namespace kinovane {
 
-/// Runs a program to its end on this thread and gives everything it wrote. `environment` is added to this
-/// process's own. Throws FilmToolError: launchFailed, also when the outcome of a program that ran
-/// was lost, or commandFailed for any exit status but 0. Throws nothing else but std::bad_alloc.
+/// Runs a program, waits for its end on this thread, and returns everything that it wrote. `environment` is
+/// added to this process's environment.
+///
+/// Throws FilmToolError: commandFailed if the exit status is not 0; launchFailed if the program could not be
+/// started, or if it was and its output or exit status could not be read. Throws nothing else but
+/// std::bad_alloc.
 ProcessResult runSynchronously(const std::filesystem::path& executableURL, std::vector<std::string> arguments,
                                const std::map<std::string, std::string>& environment = {});
 

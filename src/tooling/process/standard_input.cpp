@@ -14,7 +14,7 @@ namespace kinovane {
 
 namespace {
 
-/// What tells two open files apart.
+/// Identifies an open file.
 struct FileIdentity {
     dev_t device;
     ino_t inode;
@@ -22,7 +22,7 @@ struct FileIdentity {
     bool operator==(const FileIdentity&) const = default;
 };
 
-/// Absent when the descriptor is closed.
+/// Absent if the descriptor is closed.
 std::optional<FileIdentity> identityOf(int descriptor) {
     struct stat status{};
     if (::fstat(descriptor, &status) == 0)
@@ -39,16 +39,16 @@ bool mayBeInherited(int descriptor) {
 
 } // namespace
 
-// An application that has closed descriptor 0 gives the number away: the next file that any of its threads
-// opens gets it, for as long as that file is open. Such a file is standard input only by accident. It can be
-// told by its close-on-exec flag, but between a look at the flag and the start of the child another thread
-// may close the number and open something else under it. So the child is not told to use descriptor 0: it
-// gets a duplicate, which no other thread can exchange, and which counts only if the flag and the identity of
-// descriptor 0 are the same before and after the duplication, and the duplicate is that file. Otherwise
-// something was exchanged in between, and everything is looked at anew.
+// If the application has closed descriptor 0, the next file that any of its threads opens gets that number.
+// Such a file is not meant as standard input. Its close-on-exec flag tells, but another thread may close the
+// file and open another one between the check of the flag and the start of the child. So the child does not
+// inherit descriptor 0 itself. It gets a duplicate, which no other thread can replace. The duplicate is used
+// only if the flag and the identity of descriptor 0 are the same before and after the duplication, and are
+// those of the duplicate. Otherwise another thread has replaced the file in between, and everything is
+// checked again.
 //
-// What cannot be told apart: a file that was opened under the number 0 without close-on-exec, which is what a
-// standard input is; and one that another thread opens both with and without it, all within these calls.
+// Two cases cannot be told from a standard input: a file that was opened as descriptor 0 without
+// close-on-exec, and a file that another thread opens both with and without that flag during these calls.
 Descriptor duplicateStandardInput() {
     for (;;) {
         const auto before = identityOf(STDIN_FILENO);

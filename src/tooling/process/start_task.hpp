@@ -12,13 +12,13 @@
 
 namespace kinovane {
 
-/// Starts `operation` on a thread of its own. Whatever it throws arrives through the task, and so does the
-/// failure to start a thread (launchFailed).
+/// Starts `operation` on a thread of its own. An exception that it throws arrives through the task, and so
+/// does the error if no thread can be started (FilmToolError, launchFailed).
 template <class T, class Operation>
 Task<T> startTask(Operation operation) {
     using State = detail::TaskState<T>;
-    struct Running final : detail::TaskAction {
-        Running(std::shared_ptr<State> target, Operation&& started)
+    struct OperationAction final : detail::TaskAction {
+        OperationAction(std::shared_ptr<State> target, Operation&& started)
             : state(std::move(target)), operation(std::move(started)) {}
         void run() noexcept override {
             try {
@@ -36,7 +36,8 @@ Task<T> startTask(Operation operation) {
         Operation operation;
     };
     auto state = std::make_shared<State>();
-    const auto error = detail::TaskCore::start(state, std::make_unique<Running>(state, std::move(operation)));
+    const auto error =
+        detail::TaskCore::start(state, std::make_unique<OperationAction>(state, std::move(operation)));
     if (error) {
         state->fail(std::make_exception_ptr(
             FilmToolError(FilmToolError::launchFailed{"no thread could be started: " + error.message()})));

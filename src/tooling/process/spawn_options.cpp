@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "tooling/process/spawn_options.hpp"
+
+#include <csignal>
+#include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace kinovane {
+
+namespace {
+
+/// For functions that return their error instead of setting errno.
+void require(const char* call, int error) {
+    if (error != 0)
+        throw std::system_error(error, std::generic_category(), call);
+}
+
+} // namespace
+
+SpawnFileActions::SpawnFileActions() {
+    require("posix_spawn_file_actions_init", ::posix_spawn_file_actions_init(&actions_));
+}
+
+SpawnFileActions::~SpawnFileActions() { ::posix_spawn_file_actions_destroy(&actions_); }
+
+void SpawnFileActions::connect(const Descriptor& input, int output, int errors) {
+    if (input)
+        duplicate(input.get(), STDIN_FILENO);
+    else
+        require("posix_spawn_file_actions_addopen",
+                ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+    duplicate(output, STDOUT_FILENO);
+    duplicate(errors, STDERR_FILENO);
+#ifndef __APPLE__
+    require("posix_spawn_file_actions_addclosefrom_np",
+            ::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
+#endif
+}
+
+void SpawnFileActions::duplicate(int from, int to) {
+    require("posix_spawn_file_actions_adddup2", ::posix_spawn_file_actions_adddup2(&actions_, from, to));
+}
+
+SpawnAttributes::SpawnAttributes() {
+    require("posix_spawnattr_init", ::posix_spawnattr_init(&attributes_));
+}
+
+SpawnAttributes::~SpawnAttributes() { ::posix_spawnattr_destroy(&attributes_); }
+
+void SpawnAttributes::resetSignals() {
+    sigset_t none;
+    sigset_t all;
+    ::sigemptyset(&none);
+    ::sigfillset(&all);
+    require("posix_spawnattr_setsigmask", ::posix_spawnattr_setsigmask(&attributes_, &none));
+    require("posix_spawnattr_setsigdefault", ::posix_spawnattr_setsigdefault(&attributes_, &all));
+#ifdef __APPLE__
+    constexpr int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_CLOEXEC_DEFAULT;
+#else
+    constexpr int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+#endif
+    require("posix_spawnattr_setflags", ::posix_spawnattr_setflags(&attributes_, static_cast<short>(flags)));
+}
+
+} // namespace kinovane

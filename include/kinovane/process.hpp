@@ -4,9 +4,8 @@
 
 // <cstdio> comes first on purpose: `stdout` and `stderr` are macros there, and ProcessResult has members of
 // these names. Every user of this header thus sees one and the same expansion of them.
-#include <cstdio>
-
 #include <cstdint>
+#include <cstdio>
 #include <string>
 #include <variant>
 #include <vector>

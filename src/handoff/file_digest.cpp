@@ -15,9 +15,11 @@ namespace {
 /// From this size on, starting a thread costs little beside the hashing.
 constexpr std::uint64_t largeFile = std::uint64_t{4} << 20U;
 
+constexpr std::size_t readSize = std::size_t{1} << 20U;
+
 } // namespace
 
-FileDigest::FileDigest() : buffer_(digestReadSize) {}
+FileDigest::FileDigest() : buffer_(readSize) {}
 
 std::string FileDigest::of(RegularFile& file, const OnRead& onRead, bool readsAhead) {
     digest_.restart();

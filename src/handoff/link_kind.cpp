@@ -12,6 +12,7 @@
 #include <sys/vfs.h>
 #include <unistd.h>
 
+#include "common/files/standard_descriptors.hpp"
 #include "handoff/open_directory.hpp"
 #endif
 

@@ -5,6 +5,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "common/files/standard_descriptors.hpp"
+
 namespace kinovane {
 
 namespace {

@@ -11,7 +11,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "common/files/regular_file.hpp"
+#include "common/files/file_lease.hpp"
+#include "common/files/standard_descriptors.hpp"
 #include "handoff/link_kind.hpp"
 
 namespace kinovane {
@@ -107,7 +108,8 @@ std::error_code PathResolution::enterDirectory(std::string name) {
 
 std::error_code PathResolution::followLink(std::string name, Pending& pending) {
     std::array<char, PATH_MAX> buffer{};
-    const auto length = ::readlinkat(workingDirectory().descriptor(), name.c_str(), buffer.data(), buffer.size());
+    const auto length =
+        ::readlinkat(workingDirectory().descriptor(), name.c_str(), buffer.data(), buffer.size());
     if (length < 0)
         return lastError();
     std::string target(buffer.data(), static_cast<std::size_t>(length));
@@ -176,7 +178,7 @@ Descriptor PathResolution::open(int flags) {
             return {};
         }
     }
-    return openDespiteLease([&] {
+    return retryWhileLeased([&] {
         return openAboveStandard(
             [&] { return ::openat(workingDirectory().descriptor(), name.c_str(), flags | O_NOFOLLOW); });
     });

@@ -13,13 +13,13 @@
 
 namespace kinovane {
 
-/// Resolves a path relative to a start directory, component by component. Symbolic links are read and followed
-/// here instead of by the operating system, so that it is known whether the path ends below the start. The
-/// start is recognised by its identity (device and inode) wherever the path passes through it, so a path may
-/// lead out and back in.
+/// Resolves a path relative to a start directory, component by component. Symbolic links are read and
+/// followed here instead of by the operating system, so that it is known whether the path ends below the
+/// start. The start is recognised by its identity (device and inode) wherever the path passes through it, so
+/// a path may lead out and back in.
 ///
-/// After a component that does not exist, resolution continues with the text of the path only: a dangling link
-/// still has a target.
+/// After a component that does not exist, resolution continues with the text of the path only: a dangling
+/// link still has a target.
 ///
 /// Holds a bounded number of descriptors, whatever the depth of the path.
 class PathResolution {
@@ -41,13 +41,13 @@ class PathResolution {
     /// Whether the resolved location is the start itself.
     bool isAtStart() const noexcept { return passedStart_ && entered_.empty() && trailing_ == 0; }
 
-    /// Whether resolution stopped at a magic link (see LinkKind). It is not followed, because the system might
-    /// open another file than the link's text names.
+    /// Whether resolution stopped at a magic link (see LinkKind). It is not followed, because the system
+    /// might open another file than the link's text names.
     bool metMagicLink() const noexcept { return metMagicLink_; }
 
-    /// Opens the resolved location, which must be below the start, with these flags and O_NOFOLLOW. An invalid
-    /// descriptor leaves the reason in errno. When the location is a directory, the working directory becomes
-    /// its parent.
+    /// Opens the resolved location, which must be below the start, with these flags and O_NOFOLLOW. An
+    /// invalid descriptor leaves the reason in errno. When the location is a directory, the working directory
+    /// becomes its parent.
     Descriptor open(int flags);
 
   private:

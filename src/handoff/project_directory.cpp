@@ -16,6 +16,7 @@
 #include <kinovane/handoff.hpp>
 
 #include "common/files/location.hpp"
+#include "common/files/standard_descriptors.hpp"
 #include "handoff/directory_resolution.hpp"
 
 namespace kinovane {
@@ -41,8 +42,8 @@ bool isMissing(std::error_code error) {
            error == std::errc::too_many_symbolic_link_levels || error == std::errc::filename_too_long;
 }
 
-/// The fast path, for nearly every file: the operating system opens the path and guarantees that it never left
-/// the directory, even if links are exchanged meanwhile. A refusal is not final (a link may lead out and
+/// The fast path, for nearly every file: the operating system opens the path and guarantees that it never
+/// left the directory, even if links are exchanged meanwhile. A refusal is not final (a link may lead out and
 /// another one back in, and older kernels do not have the call); PathResolution then decides.
 std::optional<RegularFile> openBeneath([[maybe_unused]] int directory,
                                        [[maybe_unused]] const std::string& path,

@@ -12,8 +12,8 @@
 
 namespace kinovane {
 
-/// The project's directory itself cannot be opened, so none of its files can be examined. Internal: callers of
-/// the library see it as a std::filesystem::filesystem_error.
+/// The project's directory itself cannot be opened, so none of its files can be examined. Internal: callers
+/// of the library see it as a std::filesystem::filesystem_error.
 class ProjectDirectoryError : public std::filesystem::filesystem_error {
   public:
     using filesystem_error::filesystem_error;

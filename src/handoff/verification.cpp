@@ -72,7 +72,8 @@ class Verification {
 
     void work() noexcept {
         try {
-            // With several workers every core already has a file to hash; reading ahead would only add threads.
+            // With several workers every core already has a file to hash; reading ahead would only add
+            // threads.
             ArtifactExaminer examiner(directory_, workers_ == 1);
             for (;;) {
                 throwIfStopped();

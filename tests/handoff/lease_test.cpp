@@ -17,6 +17,7 @@
 #include <kinovane/handoff.hpp>
 
 #include "common/files/descriptor.hpp"
+#include "common/files/retry_interrupted.hpp"
 #include "support/sample_film.hpp"
 
 namespace kinovane::test {

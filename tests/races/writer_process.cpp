@@ -11,6 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "common/files/retry_interrupted.hpp"
 #include "support/sample_film.hpp"
 
 namespace kinovane::test {

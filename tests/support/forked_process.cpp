@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "common/files/descriptor.hpp"
+#include "common/files/retry_interrupted.hpp"
 
 namespace kinovane::test {
 

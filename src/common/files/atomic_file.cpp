@@ -14,8 +14,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "common/files/descriptor.hpp"
 #include "common/files/location.hpp"
+#include "common/files/standard_descriptors.hpp"
 
 namespace kinovane {
 

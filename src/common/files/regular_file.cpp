@@ -4,14 +4,15 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <system_error>
-#include <thread>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "common/files/file_lease.hpp"
 #include "common/files/location.hpp"
+#include "common/files/retry_interrupted.hpp"
+#include "common/files/standard_descriptors.hpp"
 
 namespace kinovane {
 
@@ -19,31 +20,31 @@ namespace fs = std::filesystem;
 
 namespace {
 
-[[noreturn]] void throwFileError(const char* what, const fs::path& location, std::error_code code) {
+[[noreturn]] void fail(const char* what, const fs::path& location, std::error_code code) {
     throw fs::filesystem_error(what, location, code);
 }
 
-[[noreturn]] void throwFileError(const char* what, const fs::path& location) {
-    throwFileError(what, location, std::error_code(errno, std::generic_category()));
+[[noreturn]] void failWithErrno(const char* what, const fs::path& location) {
+    fail(what, location, std::error_code(errno, std::generic_category()));
 }
 
 Descriptor openForReading(const fs::path& location) {
     if (location.empty())
-        throwFileError("cannot open, because the location is empty", location,
-                       make_error_code(std::errc::no_such_file_or_directory));
+        fail("cannot open, because the location is empty", location,
+             make_error_code(std::errc::no_such_file_or_directory));
     if (holdsNUL(location.native()))
-        throwFileError("cannot open", location, make_error_code(std::errc::no_such_file_or_directory));
-    Descriptor descriptor = openDespiteLease(
+        fail("cannot open", location, make_error_code(std::errc::no_such_file_or_directory));
+    Descriptor descriptor = retryWhileLeased(
         [&] { return openAboveStandard([&] { return ::open(location.c_str(), RegularFile::openFlags); }); });
     if (!descriptor)
-        throwFileError("cannot open", location, openFailure(errno));
+        fail("cannot open", location, openFailure(errno));
     return descriptor;
 }
 
 struct stat statusOf(int descriptor, const std::string& location) {
     struct stat status{};
     if (::fstat(descriptor, &status) != 0)
-        throwFileError("cannot examine", location);
+        failWithErrno("cannot examine", location);
     return status;
 }
 
@@ -58,9 +59,9 @@ RegularFile::RegularFile(Descriptor descriptor, std::string location)
     : descriptor_(std::move(descriptor)), location_(std::move(location)) {
     const struct stat status = statusOf(descriptor_.get(), location_);
     if (S_ISDIR(status.st_mode))
-        throwFileError("cannot read", location_, make_error_code(std::errc::is_a_directory));
+        fail("cannot read", location_, make_error_code(std::errc::is_a_directory));
     if (!S_ISREG(status.st_mode))
-        throwFileError("not a regular file", location_, make_error_code(std::errc::operation_not_supported));
+        fail("not a regular file", location_, make_error_code(std::errc::operation_not_supported));
     size_ = static_cast<std::uint64_t>(status.st_size);
 }
 
@@ -78,10 +79,10 @@ std::size_t RegularFile::read(std::span<std::byte> buffer) {
     const auto count =
         retryInterrupted([&] { return ::read(descriptor_.get(), buffer.data(), buffer.size()); });
     if (count < 0)
-        throwFileError("cannot read", location_);
+        failWithErrno("cannot read", location_);
     position_ += static_cast<std::uint64_t>(count);
-    // Less than there was room for, and just as much as the file was to hold: that was all, and small files
-    // are spared a second call. Files that the system makes up as they are read give no size.
+    // A short read that reaches the size from `fstat` is the end of the file, and saves the read that would
+    // return 0. Generated files, such as those in /proc, have size 0 and are read to their end.
     ended_ = static_cast<std::size_t>(count) < buffer.size() && position_ == size_ && size_ != 0;
     return static_cast<std::size_t>(count);
 }
@@ -89,19 +90,8 @@ std::size_t RegularFile::read(std::span<std::byte> buffer) {
 std::size_t RegularFile::readDocumentPiece(std::span<std::byte> buffer) {
     const std::size_t count = size_ > maximumDocumentSize ? 0 : read(buffer);
     if (std::max(size_, position_) > maximumDocumentSize)
-        throwFileError("cannot read", location_, make_error_code(std::errc::file_too_large));
+        fail("cannot read", location_, make_error_code(std::errc::file_too_large));
     return count;
-}
-
-bool LeaseWait::pause() {
-    constexpr int mostPauses = 100;
-    constexpr auto onePause = std::chrono::milliseconds(10);
-    if (errno != EWOULDBLOCK || pauses_ == mostPauses)
-        return false;
-    ++pauses_;
-    std::this_thread::sleep_for(onePause);
-    errno = EWOULDBLOCK;
-    return true;
 }
 
 std::error_code openFailure(int error) {
@@ -112,7 +102,8 @@ std::error_code openFailure(int error) {
 std::string readDocument(const fs::path& location) {
     RegularFile file(location);
     std::string text;
-    // The size only guides the first read; the file may grow or shrink while it is read.
+    // The size is only an estimate: the file may grow or shrink while it is read. One byte more than that
+    // lets the first read find the end.
     std::size_t length = 0;
     for (;;) {
         if (length == text.size())

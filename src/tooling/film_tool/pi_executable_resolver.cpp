@@ -11,8 +11,8 @@
 
 #include <kinovane/tooling.hpp>
 
-#include "common/files/descriptor.hpp"
 #include "common/files/location.hpp"
+#include "common/files/standard_descriptors.hpp"
 #include "tooling/film_tool/pi_version.hpp"
 #include "tooling/process/home_directory.hpp"
 

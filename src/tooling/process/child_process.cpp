@@ -14,6 +14,7 @@
 #include <kinovane/process.hpp>
 
 #include "common/files/location.hpp"
+#include "common/files/standard_descriptors.hpp"
 #include "tooling/process/c_string_array.hpp"
 #include "tooling/process/child_environment.hpp"
 #include "tooling/process/output_pipes.hpp"

@@ -9,7 +9,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include "common/files/descriptor.hpp"
+#include "common/files/standard_descriptors.hpp"
 
 namespace kinovane {
 

@@ -12,7 +12,7 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include "common/files/descriptor.hpp"
+#include "common/files/retry_interrupted.hpp"
 #include "common/text_buffer.hpp"
 
 namespace kinovane {

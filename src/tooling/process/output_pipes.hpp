@@ -18,9 +18,9 @@ struct OutputPipes {
     Pipe errors;
 };
 
-/// Opens both pipes. None of the four descriptors is 0, 1 or 2, even if the application has closed these: what
-/// another thread writes to such a number, even for an instant, would become output of the child or end this
-/// process with SIGPIPE. Throws std::system_error whose text begins with "pipe".
+/// Opens both pipes. None of the four descriptors is 0, 1 or 2, even if the application has closed these:
+/// what another thread writes to such a number, even for an instant, would become output of the child or end
+/// this process with SIGPIPE. Throws std::system_error whose text begins with "pipe".
 OutputPipes openOutputPipes();
 
 } // namespace kinovane

@@ -44,9 +44,7 @@ void SpawnFileActions::duplicate(int from, int to) {
     require("posix_spawn_file_actions_adddup2", ::posix_spawn_file_actions_adddup2(&actions_, from, to));
 }
 
-SpawnAttributes::SpawnAttributes() {
-    require("posix_spawnattr_init", ::posix_spawnattr_init(&attributes_));
-}
+SpawnAttributes::SpawnAttributes() { require("posix_spawnattr_init", ::posix_spawnattr_init(&attributes_)); }
 
 SpawnAttributes::~SpawnAttributes() { ::posix_spawnattr_destroy(&attributes_); }
 

@@ -8,8 +8,8 @@
 
 namespace kinovane {
 
-/// The descriptors that `posix_spawn` gives a child. Every function throws std::system_error whose text begins
-/// with the name of the call that failed.
+/// The descriptors that `posix_spawn` gives a child. Every function throws std::system_error whose text
+/// begins with the name of the call that failed.
 class SpawnFileActions {
   public:
     SpawnFileActions();
@@ -37,8 +37,8 @@ class SpawnAttributes {
     SpawnAttributes& operator=(const SpawnAttributes&) = delete;
     ~SpawnAttributes();
 
-    /// Gives the child an empty signal mask and default signal dispositions, whichever signals the application
-    /// blocks or ignores.
+    /// Gives the child an empty signal mask and default signal dispositions, whichever signals the
+    /// application blocks or ignores.
     void resetSignals();
 
     const posix_spawnattr_t* get() const noexcept { return &attributes_; }

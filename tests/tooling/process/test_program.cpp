@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "common/files/retry_interrupted.hpp"
 #include "support/sample_film.hpp"
 
 namespace kinovane::test {

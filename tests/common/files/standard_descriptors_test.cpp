@@ -2,7 +2,7 @@
 
 // Descriptors that the library opens, in applications that have closed the standard ones.
 
-#include "common/files/descriptor.hpp"
+#include "common/files/standard_descriptors.hpp"
 
 #include <string>
 #include <vector>

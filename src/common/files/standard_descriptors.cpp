@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "common/files/descriptor.hpp"
+#include "common/files/standard_descriptors.hpp"
 
 #include <utility>
 
@@ -10,7 +10,7 @@ namespace kinovane {
 
 namespace {
 
-// Reading and writing such a descriptor fails as if it were closed.
+// With O_PATH, reading and writing fail with EBADF, as they do for a closed descriptor.
 #ifdef O_PATH
 constexpr int reservedFlags = O_PATH | O_CLOEXEC;
 #else
@@ -25,13 +25,13 @@ ReservedStandardDescriptors::ReservedStandardDescriptors() noexcept {
     for (Descriptor& reserved : reserved_) {
         if (isOpen(STDIN_FILENO) && isOpen(STDOUT_FILENO) && isOpen(STDERR_FILENO))
             return;
-        // The system gives out the lowest free number: when that is none of these, all of them are taken.
-        Descriptor filler(retryInterrupted([] { return ::open("/", reservedFlags); }));
-        if (!filler)
+        Descriptor descriptor(retryInterrupted([] { return ::open("/", reservedFlags); }));
+        if (!descriptor)
             error_ = errno;
-        if (!isStandard(filler.get()))
+        // `open` returns the lowest free number, so a higher one shows that 0, 1 and 2 are all in use.
+        if (!isStandard(descriptor.get()))
             return;
-        reserved = std::move(filler);
+        reserved = std::move(descriptor);
     }
 }
 

@@ -13,61 +13,62 @@
 
 namespace kinovane {
 
-/// A long text that only grows at its end, in pieces that stay where they are: a single text would be copied
-/// each time it outgrows its place, and its memory touched anew. Once moved from it is of no more use.
+/// A long text that grows at its end. It is stored in chunks that never move, because a std::string would be
+/// copied to new memory every time it outgrows its capacity. A moved-from buffer may only be destroyed.
 class TextBuffer {
   public:
     void append(char character) {
-        *room(1) = character;
-        ++end_;
+        *prepare(1) = character;
+        commit(1);
     }
 
     void append(std::string_view text) {
         if (text.size() > static_cast<std::size_t>(limit_ - end_))
-            appendAcross(text);
+            appendAcrossChunks(text);
         else if (!text.empty())
             end_ = static_cast<char*>(std::memcpy(end_, text.data(), text.size())) + text.size();
     }
 
-    /// Room for `size` characters, not yet part of the text; `advance` makes them so.
-    char* room(std::size_t size) {
+    /// Contiguous space for `size` characters. They become part of the text with `commit`.
+    char* prepare(std::size_t size) {
         if (size > static_cast<std::size_t>(limit_ - end_))
-            addPiece(size);
+            addChunk(size);
         return end_;
     }
 
-    /// All the room in the piece at hand, at least one character.
-    std::span<char> room() { return {room(1), limit_}; }
+    /// The free space of the last chunk, of at least one character. Used in the same way.
+    std::span<char> prepare() { return {prepare(1), limit_}; }
 
-    void advance(std::size_t size) noexcept { end_ += size; }
+    /// Appends the first `size` characters of the prepared space.
+    void commit(std::size_t size) noexcept { end_ += size; }
 
     std::size_t size() const noexcept;
 
-    /// The text, piece by piece; valid until something is appended.
-    std::vector<std::string_view> pieces() const;
+    /// The text in order, one view per chunk; valid until something is appended.
+    std::vector<std::string_view> chunks() const;
 
-    /// The text in one piece; nothing is left here.
+    /// The whole text as one string. Frees each chunk once it is copied.
     std::string join() &&;
 
   private:
-    struct Release {
+    struct Deleter {
         std::align_val_t alignment{};
         void operator()(char* memory) const noexcept { ::operator delete(memory, alignment); }
     };
-    using Memory = std::unique_ptr<char, Release>;
-    struct Piece {
-        Memory text;
-        std::size_t length; ///< Of all but the last, which ends at `end_`.
+    using Memory = std::unique_ptr<char, Deleter>;
+    struct Chunk {
+        Memory memory;
+        std::size_t length; ///< Set when the next chunk is added; the last chunk's text ends at `end_`.
     };
 
     static Memory allocate(std::size_t size);
-    void appendAcross(std::string_view text);
-    void addPiece(std::size_t size);
+    void appendAcrossChunks(std::string_view text);
+    void addChunk(std::size_t size);
 
-    std::vector<Piece> pieces_;
-    std::size_t total_ = 0; ///< Of all pieces but the last.
-    char* end_ = nullptr;   ///< Of the text, in the last piece.
-    char* limit_ = nullptr; ///< Of the last piece.
+    std::vector<Chunk> chunks_;
+    std::size_t completedLength_ = 0; ///< The length of all chunks but the last.
+    char* end_ = nullptr;             ///< The end of the text in the last chunk.
+    char* limit_ = nullptr;           ///< The end of the last chunk's memory.
 };
 
 } // namespace kinovane

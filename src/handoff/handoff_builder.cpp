@@ -104,7 +104,7 @@ std::string VistrelHandoffBuilder::write(const VistrelHandoff& handoff, const fs
         fs::create_directories(parent);
     FileDigest digests;
     AtomicFile file(to);
-    for (const std::string_view chunk : document.pieces())
+    for (const std::string_view chunk : document.chunks())
         file.write(chunk);
     file.flush();
     // Before the old file is replaced: a failure here must leave it in place.

@@ -60,8 +60,8 @@ std::size_t plainLength(std::string_view text, std::size_t position) noexcept {
 template <class Number>
 void appendNumber(TextBuffer& document, Number value) {
     constexpr std::size_t longest = 32;
-    char* const text = document.room(longest);
-    document.advance(static_cast<std::size_t>(std::to_chars(text, text + longest, value).ptr - text));
+    char* const text = document.prepare(longest);
+    document.commit(static_cast<std::size_t>(std::to_chars(text, text + longest, value).ptr - text));
 }
 
 } // namespace

@@ -29,11 +29,11 @@ class Stream {
 
     /// Reads what the pipe holds. Blocks if it is empty.
     void read() {
-        const std::span<char> room = text_.room();
+        const std::span<char> room = text_.prepare();
         const auto count = retryInterrupted([&] { return ::read(pipe_, room.data(), room.size()); });
         if (count < 0)
             throw std::system_error(errno, std::generic_category(), "read");
-        text_.advance(static_cast<std::size_t>(count));
+        text_.commit(static_cast<std::size_t>(count));
         enlargePipe();
         if (count == 0)
             pipe_ = -1;

@@ -11,7 +11,7 @@
 #include <kinovane/tooling.hpp>
 #include <kinovane/workspace.hpp>
 
-#include "reading.hpp"
+#include "decoding.hpp"
 #include "record_choice.hpp"
 #include "target.hpp"
 
@@ -49,7 +49,7 @@ struct Read {
         std::string document(before);
         document += repeated(part);
         document += input.substr(before.size() + part.size());
-        static_cast<void>(readDocument<Record>(document));
+        static_cast<void>(decodeWithinMemory<Record>(document));
     }
 };
 

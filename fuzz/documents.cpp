@@ -9,7 +9,7 @@
 #include <kinovane/handoff.hpp>
 #include <kinovane/workspace.hpp>
 
-#include "reading.hpp"
+#include "decoding.hpp"
 #include "record_choice.hpp"
 #include "target.hpp"
 
@@ -44,9 +44,9 @@ void askSnapshot(const FilmProject& project) {
 struct Read {
     template <class Record>
     void operator()(std::string_view document) const {
-        const auto answer = readDocument<Record>(document);
+        const auto outcome = decodeWithinMemory<Record>(document);
         if constexpr (std::is_same_v<Record, FilmProject>)
-            if (const auto* project = std::get_if<FilmProject>(&answer))
+            if (const auto* project = std::get_if<FilmProject>(&outcome))
                 askSnapshot(*project);
     }
 };

@@ -7,7 +7,7 @@
 #include <kinovane/handoff.hpp>
 #include <kinovane/tooling.hpp>
 
-#include "reading.hpp"
+#include "decoding.hpp"
 #include "record_choice.hpp"
 #include "target.hpp"
 
@@ -66,8 +66,8 @@ void ask(const QuexRunAgentStatus& status) {
 struct Read {
     template <class Record>
     void operator()(std::string_view document) const {
-        const auto answer = readDocument<Record>(document);
-        if (const auto* record = std::get_if<Record>(&answer))
+        const auto outcome = decodeWithinMemory<Record>(document);
+        if (const auto* record = std::get_if<Record>(&outcome))
             ask(*record);
     }
 };

@@ -7,8 +7,8 @@
 #include <kinovane/tooling.hpp>
 #include <kinovane/workspace.hpp>
 
+#include "decoding.hpp"
 #include "json_grammar.hpp"
-#include "reading.hpp"
 #include "record_choice.hpp"
 #include "target.hpp"
 
@@ -40,8 +40,8 @@ void writeAndReadBack(const Record& record, JSONFormat format) {
 struct ReadAndWrite {
     template <class Record>
     void operator()(std::string_view document) const {
-        const auto answer = readDocument<Record>(document);
-        const auto* record = std::get_if<Record>(&answer);
+        const auto outcome = decodeWithinMemory<Record>(document);
+        const auto* record = std::get_if<Record>(&outcome);
         if (record == nullptr)
             return;
         try {

@@ -8,8 +8,8 @@
 
 #include <kinovane/workspace.hpp>
 
+#include "decoding.hpp"
 #include "json_grammar.hpp"
-#include "reading.hpp"
 #include "target.hpp"
 
 namespace kinovane::fuzz {
@@ -45,8 +45,8 @@ void checkPlace(std::string_view text, const Refusal& refusal) {
 /// Every field of this record is optional, so any object is one unless a field's value is wrong.
 void compare(std::string_view text) {
     const Reading reading = readByGrammar(text);
-    const auto answer = readDocument<FilmTarget>(text);
-    const auto* refusal = std::get_if<Refusal>(&answer);
+    const auto outcome = decodeWithinMemory<FilmTarget>(text);
+    const auto* refusal = std::get_if<Refusal>(&outcome);
     const bool syntaxError = refusal != nullptr && refusal->isSyntaxError();
     if (syntaxError)
         checkPlace(text, *refusal);

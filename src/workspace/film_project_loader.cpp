@@ -7,8 +7,8 @@
 #include <kinovane/workspace.hpp>
 
 #include "common/files/location.hpp"
-#include "common/json/decoder.hpp"
 #include "workspace/brief_form.hpp"
+#include "workspace/document_file.hpp"
 #include "workspace/film_project_tables.hpp"
 #include "workspace/production_plan_tables.hpp"
 #include "workspace/treatment_table.hpp"
@@ -28,7 +28,7 @@ Document read(const fs::path& location) {
         return FilmProjectError(FilmProjectError::invalidProject{location.filename().string() + ": " + why});
     };
     try {
-        return json::decodeFile<Document>(location);
+        return decodeDocument<Document>(location);
     } catch (const JSONDecodingError& error) {
         throw invalid(error.what());
     } catch (const std::system_error& error) {

@@ -60,7 +60,7 @@ void checkAndDecodeInto(void* target, const Shape& shape, std::string_view docum
     static_cast<void>(parser.conclude());          // Every map has been decided.
 }
 
-bool decodeInto(void* target, const Shape& shape, RegularFile file) {
+bool decodeInto(void* target, const Shape& shape, const ReadChunk& read, std::uint64_t expectedSize) {
     constexpr std::size_t chunkSize = std::size_t{64} << 10U; // Stays in the processor's cache.
     // In this order: the parser takes its own address for the sign that a chunk ended too early, so the end
     // of a chunk must never be there.
@@ -71,18 +71,24 @@ bool decodeInto(void* target, const Shape& shape, RegularFile file) {
     };
     const auto complete = [&] {
         State state(target, shape);
+        const std::span<std::byte> buffer = std::as_writable_bytes(std::span(state.buffer));
+        // A byte-order mark is recognised in one chunk only.
+        std::size_t count = 0;
+        while (count < byteOrderMark.size()) {
+            const std::size_t more = read(buffer.subspan(count));
+            if (more == 0)
+                break;
+            count += more;
+        }
+        std::string_view chunk = withoutByteOrderMark({state.buffer.data(), count});
         boost::json::error_code error;
-        std::uint64_t size = 0;
-        while (const std::size_t count =
-                   file.readDocumentPiece(std::as_writable_bytes(std::span(state.buffer)))) {
-            std::string_view chunk(state.buffer.data(), count);
-            if (size == 0)
-                chunk = withoutByteOrderMark(chunk);
-            // The file may have grown since it was opened, and some files do not tell their size.
-            size += count;
-            state.parser.receiver().setDocumentSize(std::max(size, file.size()));
+        for (std::uint64_t size = count; count != 0; size += count) {
+            // There may be more than was expected.
+            state.parser.receiver().setDocumentSize(std::max(size, expectedSize));
             if (state.parser.take(chunk, true, error) < chunk.size() || error)
                 return false;
+            count = read(buffer);
+            chunk = {state.buffer.data(), count};
         }
         state.parser.take({}, false, error);
         return !error && !state.parser.conclude();

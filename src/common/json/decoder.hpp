@@ -2,46 +2,44 @@
 
 #pragma once
 
-#include <filesystem>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
 #include <string_view>
 
-#include "common/files/regular_file.hpp"
 #include "common/json/shape.hpp"
 
 namespace kinovane::json {
 
-// The values of a document are stored in the freshly made value at `target`, which has this shape; it is of
-// no use when an exception is thrown. Beside the caller's text, decoding takes less than 8 times the
-// document's size (and 128 KiB) for a document that is refused, and less than 32 times for one that is
-// accepted.
+// The values of a document are stored in the default-constructed value at `target`, which has this shape; the
+// value is unspecified when an exception is thrown. Beside the caller's text, decoding takes less than 8
+// times the document's size (and 128 KiB) for a document that is refused, and less than 32 times for one that
+// is accepted.
 
 /// Decodes a whole document. Throws JSONDecodingError.
 void decodeInto(void* target, const Shape& shape, std::string_view document);
 
-/// Decodes a document in a file, which is read in chunks, so that memory holds the value alone. Returns
-/// false, and the value is empty, when the whole text is needed: to say where the document is not valid JSON,
-/// or because the value would take too much memory. Throws std::filesystem::filesystem_error, and
-/// JSONDecodingError.
-[[nodiscard]] bool decodeInto(void* target, const Shape& shape, RegularFile file);
+/// Copies the next bytes of a document into the buffer and returns their number; 0 at the end.
+using ReadChunk = std::function<std::size_t(std::span<std::byte> buffer)>;
 
-/// The same as `decodeInto` with a text, but the document is first checked and then stored, so that it takes
-/// the least memory. Throws JSONDecodingError.
+/// Decodes a document that is read in chunks, so that its text is never in memory as a whole.
+/// `expectedSize` is the document's size in bytes as far as it is known; 0 when it is not.
+///
+/// Returns false, and the value is empty, when the whole text is needed: to tell where the document is not
+/// valid JSON, or because its values take so much memory that they have to be checked before they are stored.
+/// Throws JSONDecodingError, and whatever `read` throws.
+[[nodiscard]] bool decodeInto(void* target, const Shape& shape, const ReadChunk& read,
+                              std::uint64_t expectedSize);
+
+/// Decodes a whole document in two passes, which takes the least memory: the first checks it, and the second
+/// stores its values. Throws JSONDecodingError.
 void checkAndDecodeInto(void* target, const Shape& shape, std::string_view document);
 
 template <class T>
 T decode(std::string_view document) {
     T value{};
     decodeInto(&value, shapeOf<T>(), document);
-    return value;
-}
-
-/// Decodes the document at `location`. Throws JSONDecodingError, and std::filesystem::filesystem_error, also
-/// for a document of more than `maximumDocumentSize` bytes.
-template <class T>
-T decodeFile(const std::filesystem::path& location) {
-    T value{};
-    if (!decodeInto(&value, shapeOf<T>(), RegularFile(location)))
-        checkAndDecodeInto(&value, shapeOf<T>(), readDocument(location));
     return value;
 }
 

@@ -39,6 +39,6 @@ RecordRow statusRow() {
                      fullStatus());
 }
 
-std::vector<RecordRow> recordsOfTheRoom() { return {statusRow(), modelRow(), piRow()}; }
+std::vector<RecordRow> agentRecords() { return {statusRow(), modelRow(), piRow()}; }
 
 } // namespace kinovane::test

@@ -13,4 +13,7 @@ RecordRow statusRow();
 /// The status in which every key of the row has its value.
 QuexRunAgentStatus fullStatus();
 
+/// The records of the module.
+std::vector<RecordRow> agentRecords();
+
 } // namespace kinovane::test

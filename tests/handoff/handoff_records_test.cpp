@@ -1,11 +1,33 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include "handoff/handoff_records.hpp"
+
 #include <gtest/gtest.h>
 
-#include "handoff/handoff_record_rows.hpp"
+#include "support/record_checks.hpp"
 
 namespace kinovane::test {
 namespace {
+
+TEST(HandoffRecords, ReadEveryKeyIntoItsMember) {
+    for (const RecordRow& record : handoffRecords())
+        checkDecoding(record);
+}
+
+TEST(HandoffRecords, RefuseMissingKeysAndWrongTypes) {
+    for (const RecordRow& record : handoffRecords())
+        checkRefusals(record);
+}
+
+TEST(HandoffRecords, DifferInEachMember) {
+    for (const RecordRow& record : handoffRecords())
+        checkEquality(record);
+}
+
+TEST(HandoffRecords, WriteTheirKeysInDeclaredOrder) {
+    for (const RecordRow& record : handoffRecords())
+        checkEncoding(record);
+}
 
 TEST(HandoffRecords, EmptyListsOfAShotAreWritten) {
     VistrelHandoffShot shot;

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "handoff/handoff_record_rows.hpp"
+#include "handoff/handoff_records.hpp"
 
 namespace kinovane::test {
 namespace {

@@ -3,32 +3,26 @@
 #include "support/record_rows.hpp"
 
 #include <algorithm>
-#include <ostream>
 #include <stdexcept>
 
 namespace kinovane::test {
 
 KeyRow text(std::string key) {
     std::string value = '"' + key + '"';
-    return {std::move(key), "a string", std::move(value)};
+    return {std::move(key), KeyType::text, std::move(value)};
 }
 KeyRow integer(std::string key, std::string value) {
-    return {std::move(key), "an integer", std::move(value)};
+    return {std::move(key), KeyType::integer, std::move(value)};
 }
-KeyRow real(std::string key, std::string value) { return {std::move(key), "a number", std::move(value)}; }
+KeyRow real(std::string key, std::string value) { return {std::move(key), KeyType::real, std::move(value)}; }
 KeyRow boolean(std::string key, std::string value) {
-    return {std::move(key), "true or false", std::move(value)};
+    return {std::move(key), KeyType::boolean, std::move(value)};
 }
-KeyRow list(std::string key, std::string value) {
-    return {std::move(key), "a list", std::move(value), false, true};
+KeyRow list(std::string key, std::string value) { return {std::move(key), KeyType::list, std::move(value)}; }
+KeyRow object(std::string key, std::string value) {
+    return {std::move(key), KeyType::object, std::move(value)};
 }
-KeyRow object(std::string key, std::string value) { return {std::move(key), "an object", std::move(value)}; }
-
-KeyRow map(std::string key, std::string value) {
-    KeyRow row = object(std::move(key), std::move(value));
-    row.mayBeEmpty = true;
-    return row;
-}
+KeyRow map(std::string key, std::string value) { return {std::move(key), KeyType::map, std::move(value)}; }
 
 KeyRow optional(KeyRow row) {
     row.optional = true;
@@ -57,7 +51,5 @@ std::string RecordRow::documentWithout(const std::string& key) const {
     std::erase_if(rest, [&](const KeyRow& row) { return row.key == key; });
     return documentOf(rest);
 }
-
-void PrintTo(const RecordRow& row, std::ostream* stream) { *stream << row.name; }
 
 } // namespace kinovane::test

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <functional>
-#include <iosfwd>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,13 +12,14 @@
 
 namespace kinovane::test {
 
+enum class KeyType { text, integer, real, boolean, list, object, map };
+
 /// A JSON key of a record, with a value that no other key of the record has.
 struct KeyRow {
     std::string key;
-    std::string_view expected; ///< What a message says that it should have been.
-    std::string value;         ///< As compact JSON.
+    KeyType type;
+    std::string value; ///< As compact JSON.
     bool optional = false;
-    bool mayBeEmpty = false; ///< A list or a map.
 };
 
 /// A text key; its value is the key's own name.
@@ -32,33 +32,30 @@ KeyRow object(std::string key, std::string value);
 KeyRow map(std::string key, std::string value);
 KeyRow optional(KeyRow row);
 
-/// A record, with a value for every key, and how it is read and written.
+/// A record type, with a value for every key, and how it is decoded and encoded.
 struct RecordRow {
     std::string name;
     std::vector<KeyRow> keys; ///< In declared order.
-    /// What a failed reading says, as "path | message"; nothing when it succeeds.
-    std::optional<std::string> (*refusal)(std::string_view document);
+    /// The error of a failed decoding, as "path | message"; absent when it succeeds.
+    std::optional<std::string> (*decodingError)(std::string_view document);
     /// Whether the document holds the record in which every key has its value.
-    std::function<bool(std::string_view document)> isFull;
-    bool (*equal)(std::string_view one, std::string_view other);
-    /// Reads and writes again; null for a record that is only read.
-    std::string (*rewritten)(std::string_view document, JSONFormat format);
+    std::function<bool(std::string_view document)> isFullRecord;
+    /// Whether both documents hold equal records.
+    bool (*areEqual)(std::string_view one, std::string_view other);
+    /// Decodes and encodes again; null for a record that is only decoded.
+    std::string (*reencoded)(std::string_view document, JSONFormat format);
 
-    /// The record as compact JSON with these of its keys.
+    /// The record as compact JSON with only the given keys.
     std::string documentOf(const std::vector<KeyRow>& some) const;
     std::string fullDocument() const { return documentOf(keys); }
+    /// A list that holds the full record once.
+    std::string fullList() const { return "[" + fullDocument() + "]"; }
     /// The full record with another value for one key.
     std::string documentWith(const std::string& key, const std::string& value) const;
     std::string documentWithout(const std::string& key) const;
 };
 
-/// How a failed test names the record.
-void PrintTo(const RecordRow& row, std::ostream* stream);
-
-/// Each room that is tested with support/records_test.cpp lists its records here.
-std::vector<RecordRow> recordsOfTheRoom();
-
-/// The message with which a document is refused; empty when it is read.
+/// The message with which a document is refused; empty when it is decoded.
 template <class Record>
 std::string refusalOf(std::string_view document) {
     try {
@@ -73,7 +70,7 @@ std::string refusalOf(std::string_view document) {
 template <class Record>
 RecordRow recordRow(std::string name, std::vector<KeyRow> keys, Record full) {
     RecordRow row{std::move(name), std::move(keys), {}, {}, {}, {}};
-    row.refusal = [](std::string_view document) -> std::optional<std::string> {
+    row.decodingError = [](std::string_view document) -> std::optional<std::string> {
         try {
             static_cast<void>(decodeJSON<Record>(document));
             return std::nullopt;
@@ -81,14 +78,14 @@ RecordRow recordRow(std::string name, std::vector<KeyRow> keys, Record full) {
             return error.path() + " | " + error.what();
         }
     };
-    row.isFull = [full = std::move(full)](std::string_view document) {
+    row.isFullRecord = [full = std::move(full)](std::string_view document) {
         return decodeJSON<Record>(document) == full;
     };
-    row.equal = [](std::string_view one, std::string_view other) {
+    row.areEqual = [](std::string_view one, std::string_view other) {
         return decodeJSON<Record>(one) == decodeJSON<Record>(other);
     };
     if constexpr (JSONWritable<Record>)
-        row.rewritten = [](std::string_view document, JSONFormat format) {
+        row.reencoded = [](std::string_view document, JSONFormat format) {
             return encodeJSON(decodeJSON<Record>(document), format);
         };
     return row;

@@ -2,72 +2,48 @@
 
 #include <kinovane/workspace.hpp>
 
-#include "workspace/record_rows.hpp"
+#include "workspace/workspace_records.hpp"
 
 namespace kinovane::test {
 
-namespace detail {
+namespace {
 
 // Every member gets a value of its own, so that two that were exchanged would be noticed.
 
-template <>
-FilmApproval fullRecord() {
+FilmApproval fullApproval() {
     return {"status", "summary", "requestedAt", "approvedAt", "approvedBy", "note"};
 }
 
-template <>
-FilmDepartmentTask fullRecord() {
-    return {"id", "role", "phase", {"a", "b"}, true, "status", 7};
-}
+FilmDepartmentTask fullDepartmentTask() { return {"id", "role", "phase", {"a", "b"}, true, "status", 7}; }
 
-template <>
-FilmShotState fullRecord() {
-    return {"id", "status", 3, 4};
-}
+FilmShotState fullShotState() { return {"id", "status", 3, 4}; }
 
-template <>
-FilmReviewRequest fullRecord() {
-    return {"shotId", "note", "status", "recordedAt", "appliedAt", 6};
-}
+FilmReviewRequest fullReviewRequest() { return {"shotId", "note", "status", "recordedAt", "appliedAt", 6}; }
 
-template <>
-FilmJob fullRecord() {
-    return {"id", "kind", "status", "shotId", "error"};
-}
+FilmJob fullJob() { return {"id", "kind", "status", "shotId", "error"}; }
 
-template <>
-FilmModelConfiguration fullRecord() {
+FilmModelConfiguration fullModelConfiguration() {
     return {"imageMaster", "imageShot", "video", "visionInspector", "speechAsr", "speechTts", "sfx", "music"};
 }
 
-template <>
-FilmProductionConfiguration fullRecord() {
-    return {"mode", 2, true, false, 5, 6, 7, fullRecord<FilmModelConfiguration>()};
+FilmProductionConfiguration fullProductionConfiguration() {
+    return {"mode", 2, true, false, 5, 6, 7, fullModelConfiguration()};
 }
 
-template <>
-FilmArtifact fullRecord() {
+FilmArtifact fullArtifact() {
     return {9007199254740993, "contentType", "createdAt", "kind", "path", "sha256", "source"};
 }
 
-template <>
-FilmProof fullRecord() {
-    return {true, false, true, true, false, false, true, false, true, true};
-}
+FilmProof fullProof() { return {true, false, true, true, false, false, true, false, true, true}; }
 
-template <>
-FilmIssue fullRecord() {
-    return {"code", "message", true, "recordedAt"};
-}
+FilmIssue fullIssue() { return {"code", "message", true, "recordedAt"}; }
 
-template <>
-FilmBrief fullRecord() {
+FilmBrief fullBrief() {
     return {"audience", "genre", "tone", "rating",     "language", "platform",
             "usage",    8.5,     {"m"},  {"e1", "e2"}, {"r"},      {"o"}};
 }
 
-template <>
-FilmProject fullRecord() {
+FilmProject fullProject() {
     FilmProject project{"contractVersion",
                         "projectId",
                         "title",
@@ -82,75 +58,91 @@ FilmProject fullRecord() {
                         {},
                         {},
                         {},
-                        fullRecord<FilmProductionConfiguration>(),
+                        fullProductionConfiguration(),
                         {},
-                        fullRecord<FilmProof>(),
+                        fullProof(),
                         {}};
-    project.brief = fullRecord<FilmBrief>();
-    project.approvals["gate"] = fullRecord<FilmApproval>();
-    project.departments.push_back(fullRecord<FilmDepartmentTask>());
-    project.shots.push_back(fullRecord<FilmShotState>());
-    project.reviewRequests.push_back(fullRecord<FilmReviewRequest>());
-    project.jobs.push_back(fullRecord<FilmJob>());
-    project.artifacts.push_back(fullRecord<FilmArtifact>());
-    project.issues.push_back(fullRecord<FilmIssue>());
+    project.brief = fullBrief();
+    project.approvals["gate"] = fullApproval();
+    project.departments.push_back(fullDepartmentTask());
+    project.shots.push_back(fullShotState());
+    project.reviewRequests.push_back(fullReviewRequest());
+    project.jobs.push_back(fullJob());
+    project.artifacts.push_back(fullArtifact());
+    project.issues.push_back(fullIssue());
     return project;
 }
 
-} // namespace detail
+} // namespace
 
 std::vector<RecordRow> projectRecords() {
-    const auto approval = recordRow<FilmApproval>(
-        "FilmApproval", {text("status"), optional(text("summary")), optional(text("requestedAt")),
-                         optional(text("approvedAt")), optional(text("approvedBy")), optional(text("note"))});
-    const auto task = recordRow<FilmDepartmentTask>(
-        "FilmDepartmentTask", {text("id"), text("role"), text("phase"), list("dependsOn", R"(["a","b"])"),
-                               boolean("synthesis", "true"), text("status"), integer("attempts", "7")});
-    const auto shot = recordRow<FilmShotState>(
-        "FilmShotState", {text("id"), optional(text("status")), optional(integer("take", "3")),
-                          optional(integer("selectedCandidate", "4"))});
-    const auto review = recordRow<FilmReviewRequest>(
-        "FilmReviewRequest", {text("shotId"), text("note"), text("status"), text("recordedAt"),
-                              optional(text("appliedAt")), optional(integer("archivedTake", "6"))});
-    const auto job =
-        recordRow<FilmJob>("FilmJob", {text("id"), optional(text("kind")), optional(text("status")),
-                                       optional(text("shotId")), optional(text("error"))});
-    const auto models = recordRow<FilmModelConfiguration>(
-        "FilmModelConfiguration",
-        {text("imageMaster"), text("imageShot"), text("video"), text("visionInspector"), text("speechAsr"),
-         text("speechTts"), text("sfx"), text("music")});
-    const auto production = recordRow<FilmProductionConfiguration>(
-        "FilmProductionConfiguration",
-        {text("mode"), integer("takesPerShot", "2"), boolean("generateScore", "true"),
-         boolean("inspectGeneratedMedia", "false"), integer("maxParallelAgents", "5"),
-         integer("piTimeoutSeconds", "6"), integer("mediaTimeoutSeconds", "7"),
-         object("models", models.fullDocument())});
-    const auto artifact = recordRow<FilmArtifact>(
-        "FilmArtifact", {integer("bytes", "9007199254740993"), text("contentType"), text("createdAt"),
-                         text("kind"), text("path"), text("sha256"), text("source")});
-    const auto proof = recordRow<FilmProof>(
-        "FilmProof", {boolean("creation", "true"), boolean("clips", "false"), boolean("assembly", "true"),
-                      boolean("dialogue", "true"), boolean("sound", "false"), boolean("captions", "false"),
-                      boolean("inspection", "true"), boolean("review", "false"),
-                      boolean("humanReview", "true"), boolean("delivery", "true")});
+    const auto approval =
+        recordRow("FilmApproval",
+                  {text("status"), optional(text("summary")), optional(text("requestedAt")),
+                   optional(text("approvedAt")), optional(text("approvedBy")), optional(text("note"))},
+                  fullApproval());
+    const auto task = recordRow("FilmDepartmentTask",
+                                {text("id"), text("role"), text("phase"), list("dependsOn", R"(["a","b"])"),
+                                 boolean("synthesis", "true"), text("status"), integer("attempts", "7")},
+                                fullDepartmentTask());
+    const auto shot = recordRow("FilmShotState",
+                                {text("id"), optional(text("status")), optional(integer("take", "3")),
+                                 optional(integer("selectedCandidate", "4"))},
+                                fullShotState());
+    const auto review = recordRow("FilmReviewRequest",
+                                  {text("shotId"), text("note"), text("status"), text("recordedAt"),
+                                   optional(text("appliedAt")), optional(integer("archivedTake", "6"))},
+                                  fullReviewRequest());
+    const auto job = recordRow("FilmJob",
+                               {text("id"), optional(text("kind")), optional(text("status")),
+                                optional(text("shotId")), optional(text("error"))},
+                               fullJob());
+    const auto models =
+        recordRow("FilmModelConfiguration",
+                  {text("imageMaster"), text("imageShot"), text("video"), text("visionInspector"),
+                   text("speechAsr"), text("speechTts"), text("sfx"), text("music")},
+                  fullModelConfiguration());
+    const auto production =
+        recordRow("FilmProductionConfiguration",
+                  {text("mode"), integer("takesPerShot", "2"), boolean("generateScore", "true"),
+                   boolean("inspectGeneratedMedia", "false"), integer("maxParallelAgents", "5"),
+                   integer("piTimeoutSeconds", "6"), integer("mediaTimeoutSeconds", "7"),
+                   object("models", models.fullDocument())},
+                  fullProductionConfiguration());
+    const auto artifact =
+        recordRow("FilmArtifact",
+                  {integer("bytes", "9007199254740993"), text("contentType"), text("createdAt"), text("kind"),
+                   text("path"), text("sha256"), text("source")},
+                  fullArtifact());
+    const auto proof =
+        recordRow("FilmProof",
+                  {boolean("creation", "true"), boolean("clips", "false"), boolean("assembly", "true"),
+                   boolean("dialogue", "true"), boolean("sound", "false"), boolean("captions", "false"),
+                   boolean("inspection", "true"), boolean("review", "false"), boolean("humanReview", "true"),
+                   boolean("delivery", "true")},
+                  fullProof());
     const auto issue =
-        recordRow<FilmIssue>("FilmIssue", {text("code"), text("message"), boolean("blocking", "true"),
-                                           optional(text("recordedAt"))});
-    const auto brief = recordRow<FilmBrief>(
-        "FilmBrief", {optional(text("audience")), optional(text("genre")), optional(text("tone")),
-                      optional(text("rating")), optional(text("language")), optional(text("platform")),
-                      optional(text("usage")), optional(real("targetDurationSeconds", "8.5")),
-                      optional(list("mustHaves", R"(["m"])")), optional(list("exclusions", R"(["e1","e2"])")),
-                      optional(list("references", R"(["r"])")), optional(list("openQuestions", R"(["o"])"))});
-    const auto one = [](const RecordRow& row) { return "[" + row.fullDocument() + "]"; };
-    const auto project = recordRow<FilmProject>(
-        "FilmProject",
-        {text("contractVersion"), text("projectId"), text("title"), text("idea"), text("createdAt"),
-         text("updatedAt"), text("status"), text("phase"), object("brief", brief.fullDocument()),
-         map("approvals", R"({"gate":)" + approval.fullDocument() + "}"), list("departments", one(task)),
-         list("shots", one(shot)), list("reviewRequests", one(review)), list("jobs", one(job)),
-         object("production", production.fullDocument()), list("artifacts", one(artifact)),
-         object("proof", proof.fullDocument()), list("issues", one(issue))});
+        recordRow("FilmIssue",
+                  {text("code"), text("message"), boolean("blocking", "true"), optional(text("recordedAt"))},
+                  fullIssue());
+    const auto brief =
+        recordRow("FilmBrief",
+                  {optional(text("audience")), optional(text("genre")), optional(text("tone")),
+                   optional(text("rating")), optional(text("language")), optional(text("platform")),
+                   optional(text("usage")), optional(real("targetDurationSeconds", "8.5")),
+                   optional(list("mustHaves", R"(["m"])")), optional(list("exclusions", R"(["e1","e2"])")),
+                   optional(list("references", R"(["r"])")), optional(list("openQuestions", R"(["o"])"))},
+                  fullBrief());
+    const auto project =
+        recordRow("FilmProject",
+                  {text("contractVersion"), text("projectId"), text("title"), text("idea"), text("createdAt"),
+                   text("updatedAt"), text("status"), text("phase"), object("brief", brief.fullDocument()),
+                   map("approvals", R"({"gate":)" + approval.fullDocument() + "}"),
+                   list("departments", task.fullList()), list("shots", shot.fullList()),
+                   list("reviewRequests", review.fullList()), list("jobs", job.fullList()),
+                   object("production", production.fullDocument()), list("artifacts", artifact.fullList()),
+                   object("proof", proof.fullDocument()), list("issues", issue.fullList())},
+                  fullProject());
     return {approval, task, shot, review, job, models, production, artifact, proof, issue, brief, project};
 }
 

@@ -92,6 +92,6 @@ std::string planReply(const std::string& runManifest) {
            runManifest + R"(","phase":null},"next":["approve"]})";
 }
 
-std::vector<RecordRow> recordsOfTheRoom() { return {statusRow(), exportReceiptRow(), launchSpecRow()}; }
+std::vector<RecordRow> replyRecords() { return {statusRow(), exportReceiptRow(), launchSpecRow()}; }
 
 } // namespace kinovane::test

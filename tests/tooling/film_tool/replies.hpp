@@ -2,6 +2,9 @@
 
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include <kinovane/tooling.hpp>
 
 #include "support/record_rows.hpp"
@@ -11,6 +14,9 @@ namespace kinovane::test {
 RecordRow statusRow();
 RecordRow exportReceiptRow();
 RecordRow launchSpecRow();
+
+/// The records that are read from replies.
+std::vector<RecordRow> replyRecords();
 
 /// The records in which every key of the row has its value.
 FilmStatusResponse fullStatus();

@@ -6,12 +6,33 @@
 
 #include <gtest/gtest.h>
 
+#include "support/record_checks.hpp"
 #include "support/recorder.hpp"
 #include "support/task_failure.hpp"
 
 namespace kinovane::test {
 
 namespace {
+
+TEST(FilmToolReplies, ReadEveryKeyIntoItsMember) {
+    for (const RecordRow& record : replyRecords())
+        checkDecoding(record);
+}
+
+TEST(FilmToolReplies, RefuseMissingKeysAndWrongTypes) {
+    for (const RecordRow& record : replyRecords())
+        checkRefusals(record);
+}
+
+TEST(FilmToolReplies, DifferInEachMember) {
+    for (const RecordRow& record : replyRecords())
+        checkEquality(record);
+}
+
+TEST(FilmToolReplies, WriteTheirKeysInDeclaredOrder) {
+    for (const RecordRow& record : replyRecords())
+        checkEncoding(record);
+}
 
 TEST(FilmToolReplies, WhatIsWrongInsideAStatusIsNamedWithItsPlace) {
     struct Row {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <kinovane/handoff.hpp>
 
@@ -12,6 +13,9 @@ namespace kinovane::test {
 
 RecordRow shotRow();
 RecordRow handoffRow();
+
+/// The records of the module.
+std::vector<RecordRow> handoffRecords();
 
 /// The handoff in which every key of `handoffRow` has its value.
 VistrelHandoff fullHandoff();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "handoff/handoff_record_rows.hpp"
+#include "handoff/handoff_records.hpp"
 
 #include <cstdint>
 
@@ -78,7 +78,7 @@ RecordRow handoffRow() {
         fullHandoff());
 }
 
-std::vector<RecordRow> recordsOfTheRoom() {
+std::vector<RecordRow> handoffRecords() {
     return {
         recordRow("VistrelHandoffSource",
                   {text("projectId"), text("projectRoot"), text("runManifest"),

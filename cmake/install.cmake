@@ -1,19 +1,21 @@
 # SPDX-License-Identifier: Apache-2.0
-# What an application needs to find and link the library: a CMake package and a pkg-config file.
+# Three components: Runtime (the shared library), Development (what an application needs to find and link the library:
+# headers, a CMake package, a pkg-config file, the static library or the link to the shared one) and Tools (the
+# command-line tool).
 include(CMakePackageConfigHelpers)
 
 install(TARGETS KinovaneCore EXPORT KinovaneCoreTargets
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/kinovane ${PROJECT_BINARY_DIR}/include/kinovane
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.hpp")
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development FILES_MATCHING PATTERN "*.hpp")
 if(TARGET kinovane)
-    install(TARGETS kinovane RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    install(TARGETS kinovane RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Tools)
 endif()
 
 set(packageDirectory ${CMAKE_INSTALL_LIBDIR}/cmake/KinovaneCore)
-install(EXPORT KinovaneCoreTargets NAMESPACE KinovaneCore:: DESTINATION ${packageDirectory})
+install(EXPORT KinovaneCoreTargets NAMESPACE KinovaneCore:: DESTINATION ${packageDirectory} COMPONENT Development)
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/KinovaneCoreConfig.cmake.in
     ${PROJECT_BINARY_DIR}/KinovaneCoreConfig.cmake INSTALL_DESTINATION ${packageDirectory})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/KinovaneCoreConfigVersion.cmake
@@ -21,7 +23,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/KinovaneCoreConfigVersion
 install(FILES
     ${PROJECT_BINARY_DIR}/KinovaneCoreConfig.cmake
     ${PROJECT_BINARY_DIR}/KinovaneCoreConfigVersion.cmake
-    DESTINATION ${packageDirectory})
+    DESTINATION ${packageDirectory} COMPONENT Development)
 
 # A static library brings its own dependencies to the application's link line, and its headers import nothing.
 if(BUILD_SHARED_LIBS)
@@ -36,4 +38,5 @@ endif()
 # Relative to where the file itself lies, so that an install tree may be moved.
 file(RELATIVE_PATH prefixFromPkgConfig /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/kinovane-core.pc.in ${PROJECT_BINARY_DIR}/kinovane-core.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/kinovane-core.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES ${PROJECT_BINARY_DIR}/kinovane-core.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+    COMPONENT Development)

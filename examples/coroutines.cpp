@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The same as main_loop.cpp, and then some, as a coroutine: one step after the other, and never a thread that
-// waits.
-//   coroutines FILM RUN_JSON     approves the gate that a run waits for, goes on, and shows how it stands
+// Several commands of the film tool, one after the other, as a coroutine on a main loop:
+//   coroutines FILM RUN_JSON
+// Approves the gate that the run waits for, continues the production, and shows the new status.
 #include <coroutine>
 #include <cstdlib>
 #include <exception>
@@ -13,9 +13,11 @@
 
 #include "event_loop.hpp"
 
+using namespace kinovane;
+
 namespace {
 
-/// A coroutine that nobody waits for. It keeps itself alive until its end.
+/// The return type of a coroutine that starts at once and whose end is not awaited.
 struct Detached {
     struct promise_type {
         Detached get_return_object() { return {}; }
@@ -26,24 +28,21 @@ struct Detached {
     };
 };
 
-// The parameters are copies: the coroutine outlives the call.
-Detached goOn(kinovane::FilmToolClient film, std::filesystem::path run, EventLoop& loop) {
+// `film` and `run` are copies, because the coroutine outlives the call.
+Detached approveAndAdvance(FilmToolClient film, std::filesystem::path run, EventLoop& loop) {
     try {
-        const auto before = co_await film.status(run).on(loop.executor());
+        const FilmStatusResponse before = co_await film.status(run).on(loop.executor());
         std::cout << before.title << ": " << before.phase << '\n';
         if (before.nextGate) {
             co_await film.approve(run, *before.nextGate, "looks right", "director").on(loop.executor());
             std::cout << "approved " << *before.nextGate << '\n';
         }
-        // The same as film.advance(run). g++ 12 does not compile a braced list inside a co_await expression,
-        // so the task is made in a statement before it.
-        auto advancing = film.run({"run", run.string()});
-        co_await advancing.on(loop.executor());
-        const auto after = co_await film.status(run).on(loop.executor());
+        co_await film.advance(run).on(loop.executor());
+        const FilmStatusResponse after = co_await film.status(run).on(loop.executor());
         std::cout << after.title << ": " << after.phase << ", " << after.proof.completedCount()
                   << " of 10 steps proven\n";
         loop.quit(EXIT_SUCCESS);
-    } catch (const kinovane::FilmToolError& error) {
+    } catch (const FilmToolError& error) {
         std::cerr << error.errorDescription() << '\n';
         loop.quit(EXIT_FAILURE);
     }
@@ -57,6 +56,6 @@ int main(int count, char** arguments) {
         return 2;
     }
     EventLoop loop;
-    goOn(kinovane::FilmToolClient(arguments[1]), arguments[2], loop);
+    approveAndAdvance(FilmToolClient(arguments[1]), arguments[2], loop);
     return loop.run();
 }

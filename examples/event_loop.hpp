@@ -12,8 +12,8 @@
 
 #include <kinovane/task.hpp>
 
-/// What a window system gives an application: jobs may be posted from any thread, and run one after the other
-/// on this one.
+/// A main loop such as a window system provides: jobs are posted from any thread and run one after the other
+/// on the thread that calls `run`.
 class EventLoop {
   public:
     EventLoop() = default;
@@ -21,11 +21,12 @@ class EventLoop {
     EventLoop& operator=(const EventLoop&) = delete;
     ~EventLoop() { jobs_->close(); }
 
-    // The executor shares the jobs: an operation may still be running when the loop has ended.
+    // The executor shares ownership of the queue: it is called by operations that end after the loop.
     kinovane::Executor executor() {
         return [jobs = jobs_](std::function<void()> job) { jobs->post(std::move(job)); };
     }
 
+    /// Runs jobs until one of them calls `quit`; returns the status given there.
     int run() {
         while (!status_)
             jobs_->next()();
@@ -40,7 +41,7 @@ class EventLoop {
         void post(std::function<void()> job) {
             const std::lock_guard lock(mutex_);
             if (closed_)
-                return; // Dropped: nothing will run it.
+                return; // The job is destroyed, because no thread will run it.
             jobs_.push(std::move(job));
             posted_.notify_one();
         }
@@ -54,11 +55,12 @@ class EventLoop {
         }
 
         void close() {
-            std::queue<std::function<void()>>
-                dropped; // Destroyed here, on the loop's thread, without the lock.
+            // Declared before the lock, and so destroyed after it: destroying a job runs code of the
+            // application.
+            std::queue<std::function<void()>> unfinished;
             const std::lock_guard lock(mutex_);
             closed_ = true;
-            dropped.swap(jobs_);
+            unfinished.swap(jobs_);
         }
 
       private:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// A plain main loop that receives the results of outside programs without ever waiting for one:
-//   main_loop FILM RUN_JSON     asks the film tool how a run stands
+// Asks the film tool for the status of a run without blocking the main loop:
+//   main_loop FILM RUN_JSON
 #include <cstdlib>
 #include <iostream>
 
@@ -9,27 +9,28 @@
 
 #include "event_loop.hpp"
 
+using namespace kinovane;
+
 int main(int count, char** arguments) {
     if (count != 3) {
         std::cerr << "usage: main_loop FILM RUN_JSON\n";
         return 2;
     }
     EventLoop loop;
-    const kinovane::FilmToolClient film(arguments[1]);
+    const FilmToolClient film(arguments[1]);
 
-    // Returns at once; the handler runs on this thread, from the loop.
-    film.status(arguments[2])
-        .then(loop.executor(), [&loop](kinovane::Task<kinovane::FilmStatusResponse> answered) {
-            try {
-                const kinovane::FilmStatusResponse status = answered.get();
-                std::cout << status.title << ": " << status.phase << ", " << status.proof.completedCount()
-                          << " of 10 steps proven\n";
-                loop.quit(EXIT_SUCCESS);
-            } catch (const kinovane::FilmToolError& error) {
-                std::cerr << error.errorDescription() << '\n';
-                loop.quit(EXIT_FAILURE);
-            }
-        });
+    // Returns at once. The handler runs later, on this thread, called by the loop.
+    film.status(arguments[2]).then(loop.executor(), [&loop](Task<FilmStatusResponse> finished) {
+        try {
+            const FilmStatusResponse status = finished.get(); // Does not block: the operation is done.
+            std::cout << status.title << ": " << status.phase << ", " << status.proof.completedCount()
+                      << " of 10 steps proven\n";
+            loop.quit(EXIT_SUCCESS);
+        } catch (const FilmToolError& error) {
+            std::cerr << error.errorDescription() << '\n';
+            loop.quit(EXIT_FAILURE);
+        }
+    });
     std::cout << "Asking the film tool …\n";
     return loop.run();
 }

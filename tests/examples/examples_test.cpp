@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include <kinovane/handoff.hpp>
 #include <kinovane/tooling.hpp>
 
 #include "support/sample_film.hpp"
@@ -13,15 +15,11 @@
 namespace kinovane::test {
 namespace {
 
-/// A film that has just been planned.
-struct Planned {
-    TemporaryDirectory directory;
-    Variable behaviour{"FILM_MISBEHAVE", std::nullopt};
-    FilmToolClient film{programPath("film")};
-    std::string run = film.plan("A lamp is borrowed", "Ferry & “Lamp”", 6, directory / "film").get();
-};
+namespace fs = std::filesystem;
+using Arguments = std::vector<std::string>;
 
-ProcessResult resultOf(const std::string& example, const std::vector<std::string>& arguments) {
+/// Runs an example, whatever its exit status.
+ProcessResult resultOf(const std::string& example, const Arguments& arguments) {
     Task<ProcessResult> task = FilmToolClient(programPath(example)).run(arguments);
     try {
         return task.get();
@@ -30,108 +28,174 @@ ProcessResult resultOf(const std::string& example, const std::vector<std::string
     }
 }
 
-void expectOutput(const std::string& example, const std::vector<std::string>& arguments,
-                  const std::string& output) {
-    EXPECT_EQ(resultOf(example, arguments), (ProcessResult{programPath(example), arguments, 0, output, ""}));
+void expectResult(const std::string& example, const Arguments& arguments, std::int32_t exitCode,
+                  const std::string& output, const std::string& errors) {
+    EXPECT_EQ(resultOf(example, arguments),
+              (ProcessResult{programPath(example), arguments, exitCode, output, errors}));
 }
 
-TEST(Examples, TheMainLoopShowsHowAFilmStands) {
-    const Planned planned;
-    const std::vector<std::string> arguments{programPath("film"), planned.run};
-    expectOutput("main_loop", arguments,
-                 "Asking the film tool …\nFerry & “Lamp”: plan, 0 of 10 steps proven\n");
-    planned.film.approve(planned.run, "plan", "n", "m").get();
-    planned.film.advance(planned.run).get();
-    expectOutput("main_loop", arguments,
-                 "Asking the film tool …\nFerry & “Lamp”: frames, 1 of 10 steps proven\n");
+/// A run of the film tool's simulator that has just been planned.
+struct PlannedRun {
+    TemporaryDirectory directory;
+    Variable misbehaviour{"FILM_MISBEHAVE", std::nullopt};
+    FilmToolClient film{programPath("film")};
+    std::string manifest = film.plan("A lamp is borrowed", "Ferry & “Lamp”", 6, directory / "film").get();
+};
+
+/// The sample film and a place for what is made from it.
+struct Publication {
+    TemporaryDirectory directory;
+    Variable library{"VISTREL_LIBRARY", directory / "library"};
+    Variable misbehaviour{"VISTREL_MISBEHAVE", std::nullopt};
+    std::string run = sampleFilm() / "run.json";
+    std::string manifest = directory / "handoff.json";
+    std::string vistrel = programPath("vistrel");
+};
+
+TEST(PublishExample, WritesAndImportsTheSampleFilm) {
+    const Publication publication;
+    const ProcessResult result =
+        resultOf("publish", {publication.run, publication.vistrel, publication.manifest});
+    const std::string digest = VistrelHandoffBuilder::sha256(fs::path(publication.manifest));
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.stdout, "wrote " + publication.manifest + ", " + digest +
+                                 "\nimported as vistrel_film-lamp-for-the-late-ferry_218bdb85291f\n");
+    EXPECT_TRUE(result.stderr.starts_with("verified 0 of 59 files\n")) << result.stderr;
+    EXPECT_TRUE(result.stderr.ends_with("\nverified 59 of 59 files\n")) << result.stderr;
+    EXPECT_TRUE(fs::exists(publication.directory /
+                           "library/vistrel_film-lamp-for-the-late-ferry_218bdb85291f/storyboard.json"));
 }
 
-TEST(Examples, TheCoroutineTakesAFilmFromGateToGate) {
-    const Planned planned;
-    const std::vector<std::string> arguments{programPath("film"), planned.run};
+TEST(PublishExample, ShowsWhatWentWrong) {
+    struct Row {
+        const char* sentence;
+        std::string run, vistrel;
+        const char* misbehaviour;
+        std::string lastLine;
+    };
+    const Publication publication;
+    const TemporaryDirectory empty;
+    const std::string vistrel = publication.vistrel;
+    const std::string noRun = empty / "run.json";
+    const std::string noProgram = empty / "vistrel";
+    const std::vector<Row> rows{
+        {"there is no workspace", noRun, vistrel, "", "No run.json exists at " + noRun + ".\n"},
+        {"Vistrel's program is missing", publication.run, noProgram, "",
+         "Required executable not found: " + noProgram + "\n"},
+        {"Vistrel's program fails", publication.run, vistrel, "exit-3", "Film command exited 3.\n"},
+        {"Vistrel refuses the film", publication.run, vistrel, "not-ok", "Vistrel refuses the film.\n"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        const Variable misbehaviour("VISTREL_MISBEHAVE", row.misbehaviour);
+        const ProcessResult result = resultOf("publish", {row.run, row.vistrel, publication.manifest});
+        EXPECT_EQ(result.exitCode, 1);
+        // The lines before it report the progress of the verification.
+        EXPECT_EQ(result.stderr.substr(result.stderr.rfind('\n', result.stderr.size() - 2) + 1),
+                  row.lastLine);
+    }
+    EXPECT_FALSE(fs::exists(publication.directory / "library"));
+}
+
+TEST(VerifyExample, ListsEveryDamagedFile) {
+    const TemporaryDirectory directory;
+    fs::copy(sampleFilm(), directory / "film", fs::copy_options::recursive);
+    const std::string run = directory / "film/run.json";
+    expectResult("verify", {run}, 0, "0 missing, 0 changed, 0 other failures\n", "");
+
+    fs::remove(directory / "film/frames/shot-02.png");
+    const std::string recorded = VistrelHandoffBuilder::sha256(directory / "film/poster.png");
+    directory.write("film/poster.png", "");
+    fs::remove(directory / "film/thumbnail.png");
+    fs::create_symlink("/dev/null", directory / "film/thumbnail.png");
+    const ProcessResult damaged = resultOf("verify", {run});
+    EXPECT_EQ(damaged.exitCode, 1);
+    EXPECT_EQ(damaged.stdout, "The handoff artifact is missing: frames/shot-02.png\n"
+                              "Artifact hash mismatch for poster.png. Expected " +
+                                  recorded + ", got " + std::string(emptyDigest) +
+                                  ".\n"
+                                  "The handoff contains an unsafe artifact path: thumbnail.png\n"
+                                  "1 missing, 1 changed, 1 other failures\n");
+}
+
+TEST(VerifyExample, ShowsWhyAWorkspaceCannotBeLoaded) {
+    const TemporaryDirectory empty;
+    const std::string run = empty / "run.json";
+    expectResult("verify", {run}, 1, "", "No run.json exists at " + run + ".\n");
+}
+
+TEST(MainLoopExample, ShowsTheStatusOfARun) {
+    const PlannedRun planned;
+    const Arguments arguments{programPath("film"), planned.manifest};
+    expectResult("main_loop", arguments, 0,
+                 "Asking the film tool …\nFerry & “Lamp”: plan, 0 of 10 steps proven\n", "");
+    planned.film.approve(planned.manifest, "plan", "n", "m").get();
+    planned.film.advance(planned.manifest).get();
+    expectResult("main_loop", arguments, 0,
+                 "Asking the film tool …\nFerry & “Lamp”: frames, 1 of 10 steps proven\n", "");
+}
+
+TEST(CoroutinesExample, AdvancesARunFromGateToGate) {
+    const PlannedRun planned;
+    const Arguments arguments{programPath("film"), planned.manifest};
     for (const char* output :
          {"Ferry & “Lamp”: plan\napproved plan\nFerry & “Lamp”: frames, 1 of 10 steps proven\n",
           "Ferry & “Lamp”: frames\napproved frames\nFerry & “Lamp”: rough-cut, 7 of 10 steps proven\n",
           "Ferry & “Lamp”: rough-cut\napproved rough-cut\nFerry & “Lamp”: delivery, 8 of 10 steps proven\n",
           "Ferry & “Lamp”: delivery\napproved delivery\nFerry & “Lamp”: done, 10 of 10 steps proven\n",
           "Ferry & “Lamp”: done\nFerry & “Lamp”: done, 10 of 10 steps proven\n"})
-        expectOutput("coroutines", arguments, output);
-    const FilmApproval plan = planned.film.status(planned.run).get().approvals.at("plan");
+        expectResult("coroutines", arguments, 0, output, "");
+    const FilmApproval plan = planned.film.status(planned.manifest).get().approvals.at("plan");
     EXPECT_EQ(plan.note, "looks right");
     EXPECT_EQ(plan.approvedBy, "director");
 }
 
-TEST(Examples, Failures) {
-    const Planned planned;
-    const std::string film = programPath("film");
-    const std::string nowhere = (planned.directory / "no film").string();
-    const std::string noRun = (planned.directory / "run.json").string();
-    const std::string asking = "Asking the film tool …\n";
+TEST(MainLoopAndCoroutinesExamples, ShowTheErrorOfTheFilmTool) {
     struct Row {
         const char* sentence;
-        const char* example;
-        std::vector<std::string> arguments;
-        std::int32_t exitCode;
-        std::string output, errors;
+        std::string film, run;
+        const char* misbehaviour;
+        std::string errors;
     };
+    const PlannedRun planned;
+    const std::string film = programPath("film");
+    const std::string noProgram = planned.directory / "no film";
+    const std::string noRun = planned.directory / "run.json";
     const std::vector<Row> rows{
-        {"the loop without a program",
-         "main_loop",
-         {nowhere, planned.run},
-         1,
-         asking,
-         "Required executable not found: " + nowhere + "\n"},
-        {"the coroutine without a program",
-         "coroutines",
-         {nowhere, planned.run},
-         1,
-         "",
-         "Required executable not found: " + nowhere + "\n"},
-        {"the loop without a film",
-         "main_loop",
-         {film, noRun},
-         1,
-         asking,
-         "there is no film at \"" + noRun + "\"\n\n"},
-        {"the coroutine without a film",
-         "coroutines",
-         {film, noRun},
-         1,
-         "",
-         "there is no film at \"" + noRun + "\"\n\n"},
-        {"the loop without arguments", "main_loop", {}, 2, "", "usage: main_loop FILM RUN_JSON\n"},
-        {"the coroutine without arguments", "coroutines", {}, 2, "", "usage: coroutines FILM RUN_JSON\n"},
-        {"the loop with an argument more",
-         "main_loop",
-         {film, planned.run, ""},
-         2,
-         "",
-         "usage: main_loop FILM RUN_JSON\n"},
-        {"the coroutine with an argument less",
-         "coroutines",
-         {film},
-         2,
-         "",
-         "usage: coroutines FILM RUN_JSON\n"},
+        {"the program is missing", noProgram, planned.manifest, "",
+         "Required executable not found: " + noProgram + "\n"},
+        {"the run is missing", film, noRun, "", "there is no film at \"" + noRun + "\"\n\n"},
+        {"the program fails", film, planned.manifest, "complain",
+         "The projector has lost a reel. Try again after the intermission.\n\n"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
-        EXPECT_EQ(
-            resultOf(row.example, row.arguments),
-            (ProcessResult{programPath(row.example), row.arguments, row.exitCode, row.output, row.errors}));
+        const Variable misbehaviour("FILM_MISBEHAVE", row.misbehaviour);
+        expectResult("main_loop", {row.film, row.run}, 1, "Asking the film tool …\n", row.errors);
+        expectResult("coroutines", {row.film, row.run}, 1, "", row.errors);
     }
 }
 
-TEST(Examples, TheReasonOfATroubledToolIsShown) {
-    const Planned planned;
-    const Variable behaviour("FILM_MISBEHAVE", "complain");
-    const std::string reason = "The projector has lost a reel. Try again after the intermission.\n";
-    for (const auto& [example, output] :
-         {std::pair{"main_loop", "Asking the film tool …\n"}, std::pair{"coroutines", ""}}) {
-        SCOPED_TRACE(example);
-        const std::vector<std::string> arguments{programPath("film"), planned.run};
-        EXPECT_EQ(resultOf(example, arguments),
-                  (ProcessResult{programPath(example), arguments, 1, output, reason + "\n"}));
+TEST(Examples, ShowTheirUsageWhenTheNumberOfArgumentsIsWrong) {
+    struct Row {
+        const char* example;
+        Arguments arguments;
+        const char* errors;
+    };
+    const std::vector<Row> rows{
+        {"publish", {}, "usage: publish RUN_JSON VISTREL MANIFEST\n"},
+        {"publish", {"run.json", "vistrel"}, "usage: publish RUN_JSON VISTREL MANIFEST\n"},
+        {"publish", {"run.json", "vistrel", "m", ""}, "usage: publish RUN_JSON VISTREL MANIFEST\n"},
+        {"verify", {}, "usage: verify RUN_JSON\n"},
+        {"verify", {"run.json", ""}, "usage: verify RUN_JSON\n"},
+        {"main_loop", {"film"}, "usage: main_loop FILM RUN_JSON\n"},
+        {"main_loop", {"film", "run.json", ""}, "usage: main_loop FILM RUN_JSON\n"},
+        {"coroutines", {"film"}, "usage: coroutines FILM RUN_JSON\n"},
+        {"coroutines", {"film", "run.json", ""}, "usage: coroutines FILM RUN_JSON\n"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.errors);
+        expectResult(row.example, row.arguments, 2, "", row.errors);
     }
 }
 

@@ -13,10 +13,8 @@
 
 using namespace kinovane;
 
-namespace {
-
-void publish(const std::filesystem::path& runManifest, const std::string& vistrel,
-             const std::filesystem::path& manifest) {
+static void publish(const std::filesystem::path& runManifest, const std::string& vistrel,
+                    const std::filesystem::path& manifest) {
     const FilmWorkspaceSnapshot film = FilmProjectLoader::load(runManifest);
 
     // Every exported file has to lie inside the workspace and to have its recorded SHA-256 digest.
@@ -36,8 +34,6 @@ void publish(const std::filesystem::path& runManifest, const std::string& vistre
         throw std::runtime_error("Vistrel refuses the film.");
     std::cout << "imported as " << receipt.projectId << '\n';
 }
-
-} // namespace
 
 int main(int count, char** arguments) {
     if (count != 4) {

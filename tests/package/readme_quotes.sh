@@ -1,22 +1,71 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# What the README quotes of an example stands in that example, to the letter but for indentation:
+# Checks that every ```cpp block of the documentation is quoted from a compiled example:
 #   readme_quotes.sh SOURCE
+# The line before a block names the file: <!-- from examples/NAME.cpp -->. The block has to be there line by line, except
+# that the indentation of the whole block may be smaller.
 set -euo pipefail
 cd "$1"
 
-unindented() { sed -E 's/^[[:space:]]+//'; }
+failed=0
+blocks=0
 
-quotes=0
-while IFS= read -r file; do
-    quotes=$((quotes + 1))
-    quote=$(awk -v marker="<!-- from $file -->" '
-        $0 == marker { found = 1; next }
-        found && /^```/ { if (inside) exit; inside = 1; next }
-        inside' README.md | unindented)
-    if [ -z "$quote" ] || [[ "$(unindented <"$file")" != *"$quote"* ]]; then
-        echo "README.md quotes $file otherwise than it stands there"
-        exit 1
+# in_file QUOTE FILE
+in_file() {
+    local indent text
+    for indent in 0 4 8 12; do
+        text=$(sed -E "s/^ {$indent}//" "$2")
+        [[ $'\n'$text$'\n' != *$'\n'"$1"$'\n'* ]] || return 0
+    done
+    return 1
+}
+
+# is_compiled FILE: whether examples/CMakeLists.txt makes a program of this source.
+is_compiled() {
+    [[ $1 =~ ^examples/([a-z_]+)\.cpp$ ]] && grep -qE "^foreach.*[ ]${BASH_REMATCH[1]}[ )]" examples/CMakeLists.txt
+}
+
+# check_block DOCUMENT LINE SOURCE QUOTE
+check_block() {
+    blocks=$((blocks + 1))
+    if [ -z "$3" ]; then
+        echo "$1:$2: no comment before this block names the example that it is quoted from"
+    elif ! is_compiled "$3"; then
+        echo "$1:$2: $3 is not a compiled example"
+    elif ! in_file "$4" "$3"; then
+        echo "$1:$2: this is not in $3"
+    else
+        return 0
     fi
-done < <(sed -nE 's/^<!-- from (.*) -->$/\1/p' README.md)
-[ "$quotes" -gt 0 ]
+    failed=1
+}
+
+for document in README.md ARCHITECTURE.md CONTRIBUTING.md docs/*.md docs/decisions/*.md; do
+    number=0 start=0 source='' quote=''
+    while IFS= read -r line || [ -n "$line" ]; do
+        number=$((number + 1))
+        if [ "$start" -gt 0 ]; then
+            if [ "$line" = '```' ]; then
+                check_block "$document" "$start" "$source" "${quote%$'\n'}"
+                start=0 source=''
+            else
+                quote+=$line$'\n'
+            fi
+        elif [[ $line == '```cpp'* ]]; then
+            start=$number quote=''
+        elif [[ $line =~ ^'<!-- from '(.*)' -->'$ ]]; then
+            source=${BASH_REMATCH[1]}
+        else
+            source=''
+        fi
+    done <"$document"
+    if [ "$start" -gt 0 ]; then
+        echo "$document:$start: this block does not end"
+        failed=1
+    fi
+done
+if [ "$blocks" -eq 0 ]; then
+    echo 'no block was found'
+    failed=1
+fi
+exit "$failed"

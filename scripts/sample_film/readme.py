@@ -14,17 +14,17 @@ is still at sea, and a girl lends the old lamplighter the lamp of her bicycle.
 
 To watch it, open `delivery/{FOLDER}.mp4` (with captions). To look at every shot, open `review/package.html`.
 
-| Here | What it is |
+| Files | Contents |
 |---|---|
 | `run.json`, `film-project.json` | the run and the state of the project after delivery, with every file's size and digest |
 | `production-plan.json`, `treatment.json` | the {len(SHOTS)} shots, cast and places; the story in prose |
 | `frames/`, `clips/` | key frame and clip of each shot, {WIDTH} × {HEIGHT}, {FPS} frames a second |
 | `cast/`, `locations/` | portraits and empty sets |
-| `dialogue/`, `effects/`, `score/` | voices (they hum, without words), noises, music box |
-| `edit/`, `cuts/`, `masters/`, `delivery/` | the film on its way from blocks to the finished file |
-| `subtitles/`, `receipts/`, `review/`, `inspection/` | captions, checks and verdicts |
-| `takes/`, `logs/` | a take that was sent back, the prompts; these stay at home when the film is published |
+| `dialogue/`, `effects/`, `score/` | voices (humming, without words), sound effects, a music box |
+| `edit/`, `cuts/`, `masters/`, `delivery/` | the stages from edited blocks to the finished film |
+| `subtitles/`, `receipts/`, `review/`, `inspection/` | captions, checks and reviews |
+| `takes/`, `logs/` | a rejected take, and the prompts; these are not exported |
 
-Nothing was photographed or recorded: `scripts/make-sample-film` draws, plays and writes it all with Python's standard
-library and ffmpeg, and gives the same bytes each time. The people, places and model names are invented.
+Nothing was photographed or recorded: `scripts/make-sample-film` generates everything with Python's standard
+library and ffmpeg, with the same bytes each time. The people, places and model names are invented.
 """

@@ -42,7 +42,7 @@ struct PlannedRun {
     std::string manifest = film.plan("A lamp is borrowed", "Ferry & “Lamp”", 6, directory / "film").get();
 };
 
-/// The sample film and a place for what is made from it.
+/// The sample film, and a directory for the manifest and the import.
 struct Publication {
     TemporaryDirectory directory;
     Variable library{"VISTREL_LIBRARY", directory / "library"};

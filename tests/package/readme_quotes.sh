@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Checks that every ```cpp block of the documentation is quoted from a compiled example:
+# Checks that every ```cpp block of the documentation is quoted from a compiled example, and that every file of the
+# repository which the documentation names exists:
 #   readme_quotes.sh SOURCE
 # The line before a block names the file: <!-- from examples/NAME.cpp -->. The block has to be there line by line, except
 # that the indentation of the whole block may be smaller.
@@ -40,7 +41,26 @@ check_block() {
     failed=1
 }
 
+# check_files DOCUMENT: links, and paths in `…` that have a folder and end in an extension. These are relative to the
+# repository, or to one of the folders below.
+check_files() {
+    local file folder
+    while read -r file; do
+        for folder in . src include tests; do
+            [ ! -e "$folder/$file" ] || continue 2
+        done
+        echo "$1: there is no $file"
+        failed=1
+    done < <(grep -oE '`[a-z_]+/[a-z0-9_/.-]+\.(cpp|hpp|md|sh)`' "$1" | tr -d '`' | sort -u)
+    while read -r file; do
+        [ -e "$(dirname "$1")/$file" ] && continue
+        echo "$1: this link leads nowhere: $file"
+        failed=1
+    done < <(grep -oE '\]\([A-Za-z0-9_/.-]+\)' "$1" | sed -E 's/^..(.*).$/\1/' | sort -u)
+}
+
 for document in README.md ARCHITECTURE.md CONTRIBUTING.md docs/*.md docs/decisions/*.md; do
+    check_files "$document"
     number=0 start=0 source='' quote=''
     while IFS= read -r line || [ -n "$line" ]; do
         number=$((number + 1))

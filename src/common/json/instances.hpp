@@ -5,8 +5,9 @@
 #include "common/json/decoder.hpp"
 #include "common/json/writer.hpp"
 
-/// The public reading and writing functions of a record; named once, in the source that holds the record's
-/// table.
+/// Defines decodeJSON and encodeJSON for a record. Used once for each, in the source that includes the
+/// record's table. `jsonForm<Record>` in the public header declares which of the two there are; a definition
+/// that does not match it does not compile.
 namespace kinovane::detail {
 
 template <class Record>
@@ -21,9 +22,17 @@ std::string encodeRecord(const Record& record, JSONFormat format) {
 
 } // namespace kinovane::detail
 
-#define KINOVANE_JSON_READABLE(Record) /* NOLINT(cppcoreguidelines-macro-usage) */                           \
+// NOLINTBEGIN(cppcoreguidelines-macro-usage): explicit instantiations, which no function can make
+
+#define KINOVANE_JSON_READABLE(Record)                                                                       \
+    static_assert(kinovane::jsonForm<Record> == kinovane::JSONForm::reading,                                 \
+                  "jsonForm<" #Record "> declares another form");                                            \
     template KINOVANE_EXPORT Record kinovane::detail::decodeRecord<Record>(std::string_view);
 
-#define KINOVANE_JSON_WRITABLE(Record) /* NOLINT(cppcoreguidelines-macro-usage) */                           \
-    KINOVANE_JSON_READABLE(Record)                                                                           \
+#define KINOVANE_JSON_WRITABLE(Record)                                                                       \
+    static_assert(kinovane::jsonForm<Record> == kinovane::JSONForm::readingAndWriting,                       \
+                  "jsonForm<" #Record "> declares another form");                                            \
+    template KINOVANE_EXPORT Record kinovane::detail::decodeRecord<Record>(std::string_view);                \
     template KINOVANE_EXPORT std::string kinovane::detail::encodeRecord<Record>(const Record&, JSONFormat);
+
+// NOLINTEND(cppcoreguidelines-macro-usage)

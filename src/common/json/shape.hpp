@@ -107,8 +107,8 @@ inline constexpr auto rows = makeRows<R>(std::make_index_sequence<fieldCount<R>>
 
 template <Record R>
 consteval void fillRecord(Shape& result) {
-    static_assert(fieldCount<R> == memberCount<R>, "every member needs a row in the record's table");
-    static_assert(fieldCount<R> <= 64);
+    checkTable<R>();
+    static_assert(fieldCount<R> <= 64, "the decoder keeps one bit a row in 64 bits");
     result.rows = rows<R>;
     for (std::size_t index = 0; index < fieldCount<R>; ++index)
         if (rows<R>[index].required)

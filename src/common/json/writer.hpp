@@ -90,6 +90,7 @@ class Writer {
         } else if constexpr (isMap<T>) {
             putMap(value, cursor);
         } else {
+            checkTable<T>();
             open('{');
             [&]<std::size_t... at>(std::index_sequence<at...> /*rows*/) {
                 (putRow<std::get<at>(rowOrder<T>())>(value, cursor), ...);

@@ -14,8 +14,8 @@ namespace {
 /// A message shows at most this many characters of a key, so that it does not grow with the document.
 constexpr std::size_t mostCharacters = 200;
 
-/// A key of a map may hold anything, but a message is to be read by a person: what controls a terminal, or
-/// ends a text early, is shown as JSON would write it.
+/// A key of a map may hold any characters, but a message is shown to a person: control characters are shown
+/// as JSON escapes.
 std::string legible(std::string_view key) {
     static constexpr char digits[] = "0123456789abcdef";
     std::string shown;
@@ -51,9 +51,9 @@ Failure Failure::mismatch(std::string_view expected, std::string_view found) {
     return Failure(std::move(text));
 }
 
-void Failure::within(std::string_view key) { prepend(legible(key)); }
+void Failure::prependKey(std::string_view key) { prepend(legible(key)); }
 
-void Failure::within(std::size_t index) { prepend('[' + std::to_string(index) + ']'); }
+void Failure::prependIndex(std::size_t index) { prepend('[' + std::to_string(index) + ']'); }
 
 void Failure::prepend(std::string outer) {
     if (!path.empty() && !path.starts_with('['))
@@ -64,19 +64,8 @@ void Failure::prepend(std::string outer) {
 
 std::string Failure::message() const {
     constexpr std::string_view colon = ": ";
-    // Without a path the whole document is meant, and there is nothing to put in front of the colon.
+    // An empty path means the whole document, and the message begins after the colon.
     return path.empty() && text.starts_with(colon) ? text.substr(colon.size()) : path + text;
-}
-
-std::string syntaxMessage(std::string_view document, std::size_t offset, std::string_view what) {
-    const std::string_view before = document.substr(0, std::min(offset, document.size()));
-    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
-    const std::size_t lineStart = before.rfind('\n') + 1; // npos + 1 is 0
-    const auto column = 1 + std::count_if(before.begin() + static_cast<std::ptrdiff_t>(lineStart),
-                                          before.end(), [](char byte) { return (byte & '\xC0') != '\x80'; });
-    std::string message = "line " + std::to_string(line) + ", column " + std::to_string(column) + ": ";
-    message += what;
-    return message;
 }
 
 } // namespace kinovane::json

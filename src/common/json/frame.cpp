@@ -7,19 +7,19 @@
 
 namespace kinovane::json {
 
-void Frame::note(Failure&& failure, std::size_t keyFailureLimit) {
+void Frame::addFailure(Failure&& failure, std::size_t keyFailureLimit) {
     switch (shape->kind) {
     case Kind::record:
-        failure.within(shape->rows[current].key);
+        failure.prependKey(shape->rows[current].key);
         needExtra().rowFailures.insert_or_assign(current, std::move(failure));
         break;
     case Kind::map:
-        failure.within(needExtra().entryKey);
-        extra->keyFailures.note(extra->entryKey, std::move(failure), keyFailureLimit);
+        failure.prependKey(needExtra().entryKey);
+        extra->keyFailures.add(extra->entryKey, std::move(failure), keyFailureLimit);
         break;
     default:
-        // The elements of a list come in order and none comes again, so no element after it is looked at.
-        failure.within(current);
+        // The first wrong element is the one to report, so the elements after it are not examined.
+        failure.prependIndex(current);
         needExtra().rowFailures.emplace(current, std::move(failure));
     }
 }
@@ -28,7 +28,7 @@ std::optional<Failure> Frame::firstFailure() {
     if (shape->kind == Kind::map)
         return extra ? extra->keyFailures.takeFirst(number) : std::nullopt;
     const std::uint64_t missing = shape->requiredRows & ~seen;
-    const bool wrong = holdsWrongRow();
+    const bool wrong = hasRowFailure();
     if (missing == 0) { // As in every list, which may have any number of elements.
         if (!wrong)
             return std::nullopt;
@@ -38,7 +38,7 @@ std::optional<Failure> Frame::firstFailure() {
     if (wrong && extra->rowFailures.begin()->first < firstMissing)
         return std::move(extra->rowFailures.begin()->second);
     Failure failure = Failure::missing();
-    failure.within(shape->rows[firstMissing].key);
+    failure.prependKey(shape->rows[firstMissing].key);
     return failure;
 }
 

@@ -16,13 +16,15 @@
 
 namespace kinovane::json {
 
-/// What few frames need: those of maps, of records that are read through a form, and of what is wrong.
+/// State that few frames need: those of maps, of records that are read through a form, and of values that are
+/// wrong.
 struct Extra {
-    std::map<std::size_t, Failure> rowFailures; ///< Of a record's members, or the first of a list's elements.
-    KeyFailures keyFailures;                    ///< Of a map's values.
-    std::string entryKey;                       ///< Of the value of a map that is being read.
+    std::map<std::size_t, Failure>
+        rowFailures;         ///< Of a record's members, or of a list's first wrong element.
+    KeyFailures keyFailures; ///< Of a map's values.
+    std::string entryKey;    ///< The key of the map's entry that is being read.
     std::shared_ptr<void> form;
-    void* record = nullptr; ///< What the form is for.
+    void* record = nullptr; ///< The record that is made of the form.
 };
 
 /// An object or a list that is being read.
@@ -30,10 +32,10 @@ struct Frame {
     const Shape* shape = nullptr;
     void* target = nullptr;     ///< Null when nothing is to be stored.
     std::size_t current = 0;    ///< The row, or the element, that is being read.
-    std::uint64_t seen = 0;     ///< The rows met so far.
-    std::size_t number = 0;     ///< Of a list or a map: how many began before it.
+    std::uint64_t seen = 0;     ///< The rows whose keys have occurred, one bit each.
+    std::size_t number = 0;     ///< Of a list or a map: how many lists and maps began before it.
     std::size_t capacity = 0;   ///< Of a list.
-    void* entryValue = nullptr; ///< Where the value of a map that is being read belongs.
+    void* entryValue = nullptr; ///< The address of the map's value that is being read.
     std::unique_ptr<Extra> extra;
 
     Extra& needExtra() {
@@ -42,15 +44,16 @@ struct Frame {
         return *extra;
     }
 
-    /// Takes the failure of the member, element or value that is being read. `keyFailureLimit` is how many
+    /// Adds the failure of the member, element or entry that is being read. `keyFailureLimit` is how many
     /// bytes the failures of a map's values may take.
-    void note(Failure&& failure, std::size_t keyFailureLimit);
-    void forgetRow(std::size_t row) {
+    void addFailure(Failure&& failure, std::size_t keyFailureLimit);
+    void removeFailure(std::size_t row) {
         if (extra)
             extra->rowFailures.erase(row);
     }
-    /// Whether a row, or an element, is wrong.
-    bool holdsWrongRow() const { return extra && !extra->rowFailures.empty(); }
+    /// Whether a member of a record, or an element of a list, is wrong.
+    bool hasRowFailure() const { return extra && !extra->rowFailures.empty(); }
+    /// The failure to report, called at the end of the object or list.
     std::optional<Failure> firstFailure();
 };
 

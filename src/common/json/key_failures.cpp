@@ -17,8 +17,8 @@ std::size_t sizeOf(std::string_view key, const Failure& failure) {
 
 } // namespace
 
-void KeyFailures::note(std::string_view key, Failure&& failure, std::size_t limit) {
-    forget(key);
+void KeyFailures::add(std::string_view key, Failure&& failure, std::size_t limit) {
+    remove(key);
     if (key < start_ || (end_ && key >= *end_))
         return;
     size_ += sizeOf(key, failure);
@@ -30,14 +30,14 @@ void KeyFailures::note(std::string_view key, Failure&& failure, std::size_t limi
     }
 }
 
-void KeyFailures::forget(std::string_view key) {
-    if (const auto place = failures_.find(key); place != failures_.end())
-        erase(place);
+void KeyFailures::remove(std::string_view key) {
+    if (const auto found = failures_.find(key); found != failures_.end())
+        erase(found);
 }
 
-void KeyFailures::erase(Failures::iterator place) {
-    size_ -= sizeOf(place->first, place->second);
-    failures_.erase(place);
+void KeyFailures::erase(Failures::iterator position) {
+    size_ -= sizeOf(position->first, position->second);
+    failures_.erase(position);
 }
 
 std::optional<Failure> KeyFailures::takeFirst(std::size_t map) {
@@ -46,7 +46,7 @@ std::optional<Failure> KeyFailures::takeFirst(std::size_t map) {
     if (!end_)
         return std::nullopt;
     Failure failure{std::string()};
-    failure.undecided = {map, *end_};
+    failure.uncheckedKeys = {map, *end_};
     return failure;
 }
 

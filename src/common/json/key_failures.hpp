@@ -13,28 +13,28 @@
 
 namespace kinovane::json {
 
-/// The wrong values of one map. The one with the least key is reported, unless a later equal key replaces it,
-/// and then the next. So several are kept, those with the least keys, as many as fit a limit of memory. When
-/// some were left out and all that were kept have been replaced, another pass over the document examines the
-/// other keys.
+/// The wrong values of one map. The one with the least key is reported; but a later equal key may replace it,
+/// and then the next is reported. So those with the least keys are kept, as many as fit a limit of memory.
+/// When some were left out and all that were kept have been replaced, another pass over the document checks
+/// the other keys.
 class KeyFailures {
   public:
-    /// The keys before this one are known to have right values, and are not kept.
-    void startAt(std::string_view key) { start_ = key; }
+    /// An earlier pass has shown that the keys before this one have right values.
+    void ignoreBefore(std::string_view key) { start_ = key; }
 
-    /// Takes the failure of a key's value. `limit` is in bytes; one failure is kept whatever its size.
-    void note(std::string_view key, Failure&& failure, std::size_t limit);
+    /// Adds the failure of a key's value. `limit` is in bytes; one failure is kept whatever its size.
+    void add(std::string_view key, Failure&& failure, std::size_t limit);
 
-    /// The key occurs again.
-    void forget(std::string_view key);
+    /// Called when the key occurs again.
+    void remove(std::string_view key);
 
-    /// What to report of the map with this number in the document.
+    /// The failure to report, of the map with this number in the document.
     std::optional<Failure> takeFirst(std::size_t map);
 
   private:
     using Failures = std::map<std::string, Failure, std::less<>>;
 
-    void erase(Failures::iterator place);
+    void erase(Failures::iterator position);
 
     Failures failures_;
     std::size_t size_ = 0;           ///< Of all failures, in bytes.

@@ -12,8 +12,8 @@ namespace kinovane::json {
 
 namespace {
 
-/// A number as digits × 10^exponent, where the digits neither begin nor end with 0. No digits: the number is
-/// 0. A view of the number's text, because a text may be as long as a document.
+/// A number as digits × 10^exponent, where the digits neither begin nor end with 0; without digits it is 0.
+/// The digits are a view of the number's text, because that may be as long as a document.
 struct Decimal {
     bool negative = false;
     std::string_view digits; ///< May hold the decimal point.
@@ -21,8 +21,8 @@ struct Decimal {
     std::int64_t exponent = 0;
 };
 
-/// Well within 64 bits, so that sums with the length of a text cannot overflow. No text has enough digits to
-/// make up for such an exponent.
+/// Small enough that adding the length of a text cannot overflow 64 bits, and so large that no text has
+/// enough digits to balance it.
 constexpr std::int64_t largestExponent = std::numeric_limits<std::int64_t>::max() / 4;
 
 /// The value of an exponent's text, whatever its length.
@@ -49,7 +49,7 @@ Decimal decimalOf(std::string_view text) {
     const bool pointInside = first < point && point < last;
     decimal.digits = mantissa.substr(first, last + 1 - first);
     decimal.digitCount = decimal.digits.size() - (pointInside ? 1 : 0);
-    // The place of the last digit, counted from the decimal point.
+    // The position of the last digit, counted from the decimal point.
     decimal.exponent =
         static_cast<std::int64_t>(point) - static_cast<std::int64_t>(last) - (last < point ? 1 : 0);
     if (mark < text.size())
@@ -57,7 +57,7 @@ Decimal decimalOf(std::string_view text) {
     return decimal;
 }
 
-/// How many digits the number has before the decimal point; none or less when it is smaller than 1.
+/// How many digits the number has before the decimal point; 0 or less when it is smaller than 1.
 std::int64_t wholeDigits(const Decimal& decimal) {
     return static_cast<std::int64_t>(decimal.digitCount) + decimal.exponent;
 }
@@ -91,7 +91,7 @@ std::optional<double> realValue(std::string_view text) {
     const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error == std::errc())
         return value;
-    // Out of range at one end or the other; only the size of the number tells which.
+    // Too large or too small, which from_chars does not distinguish.
     const Decimal decimal = decimalOf(text);
     if (!decimal.digits.empty() && wholeDigits(decimal) > 0)
         return std::nullopt;

@@ -2,12 +2,15 @@
 
 #include "common/json/parser.hpp"
 
+#include <cstddef>
+
 #include <boost/json/basic_parser_impl.hpp>
 
 #include <kinovane/json.hpp>
 
-#include "common/json/failure.hpp"
-#include "common/utf8.hpp"
+#include "common/json/syntax_error.hpp"
+#include "common/json/token_buffer.hpp"
+#include "common/json/value_builder.hpp"
 
 namespace kinovane::json {
 
@@ -16,6 +19,104 @@ namespace {
 namespace bj = boost::json;
 
 constexpr std::size_t maxDepth = 512;
+
+/// Passes the events of Boost.JSON's parser to a ValueBuilder. The constants, names and signatures are those
+/// that boost::json::basic_parser requires; a handler that returns false stops the parser.
+class EventHandler {
+  public:
+    using Error = bj::error_code;
+    using View = bj::string_view;
+
+    static constexpr std::size_t max_array_size = SIZE_MAX;
+    static constexpr std::size_t max_object_size = SIZE_MAX;
+    static constexpr std::size_t max_string_size = SIZE_MAX;
+    static constexpr std::size_t max_key_size = SIZE_MAX;
+
+    EventHandler(void* target, const Shape& shape, CheckResults* results)
+        : builder_(target, shape, results) {}
+
+    ValueBuilder& builder() { return builder_; }
+    const ValueBuilder& builder() const { return builder_; }
+
+    bool on_document_begin(Error& /*error*/) { return true; }
+    bool on_document_end(Error& /*error*/) { return true; }
+
+    bool on_object_begin(Error& error) {
+        builder_.beginObject();
+        return proceed(error);
+    }
+    bool on_object_end(std::size_t /*count*/, Error& /*error*/) {
+        builder_.end();
+        return true;
+    }
+    bool on_array_begin(Error& error) {
+        builder_.beginList();
+        return proceed(error);
+    }
+    bool on_array_end(std::size_t /*count*/, Error& /*error*/) {
+        builder_.end();
+        return true;
+    }
+
+    bool on_key_part(View part, std::size_t /*size*/, Error& /*error*/) { return append(part); }
+    bool on_key(View lastPart, std::size_t /*size*/, Error& error) {
+        builder_.key(join(lastPart));
+        return endToken(error);
+    }
+    bool on_string_part(View part, std::size_t /*size*/, Error& /*error*/) { return append(part); }
+    bool on_string(View lastPart, std::size_t /*size*/, Error& error) {
+        builder_.string(join(lastPart));
+        return endToken(error);
+    }
+
+    // Boost.JSON's own conversion is not exact, so only the number's text is used.
+    bool on_number_part(View part, Error& /*error*/) { return append(part); }
+    bool on_int64(std::int64_t /*value*/, View lastPart, Error& error) { return onNumber(lastPart, error); }
+    bool on_uint64(std::uint64_t /*value*/, View lastPart, Error& error) { return onNumber(lastPart, error); }
+    bool on_double(double /*value*/, View lastPart, Error& error) { return onNumber(lastPart, error); }
+
+    bool on_bool(bool value, Error& error) {
+        builder_.boolean(value);
+        return proceed(error);
+    }
+    bool on_null(Error& error) {
+        builder_.null();
+        return proceed(error);
+    }
+
+    bool on_comment_part(View /*part*/, Error& /*error*/) { return true; }
+    bool on_comment(View /*lastPart*/, Error& /*error*/) { return true; }
+
+  private:
+    bool append(View part) {
+        if (!builder_.skipping())
+            token_.append({part.data(), part.size()});
+        return true;
+    }
+
+    std::string_view join(View lastPart) { return token_.join({lastPart.data(), lastPart.size()}); }
+
+    bool onNumber(View lastPart, Error& error) {
+        builder_.number(join(lastPart));
+        return endToken(error);
+    }
+
+    bool endToken(Error& error) {
+        token_.clear();
+        return proceed(error);
+    }
+
+    /// Stops the parser when the values take too much memory.
+    bool proceed(Error& error) const {
+        if (!builder_.memoryExceeded())
+            return true;
+        error = bj::error::array_too_large; // The parser requires an error; no code examines which.
+        return false;
+    }
+
+    ValueBuilder builder_;
+    TokenBuffer token_;
+};
 
 std::string_view describe(bj::error_code code) {
     switch (static_cast<bj::error>(code.value())) {
@@ -34,34 +135,6 @@ std::string_view describe(bj::error_code code) {
     }
 }
 
-/// Whether the end of a document's beginning stands inside a string.
-bool endsInString(std::string_view beginning) {
-    bool inString = false;
-    for (std::size_t position = 0; position < beginning.size(); ++position)
-        if (beginning[position] == '"')
-            inString = !inString;
-        else if (inString && beginning[position] == '\\')
-            ++position;
-    return inString;
-}
-
-/// The parser points at the beginning of a string that is not UTF-8; a user wants the place itself.
-std::optional<std::size_t> encodingFault(std::string_view document, std::size_t from) {
-    const bool inString = endsInString(document.substr(0, from));
-    const auto plain = [](char byte) {
-        return byte != '"' && byte != '\\' && static_cast<unsigned char>(byte) >= 0x20;
-    };
-    if (!inString && from < document.size() && sequenceLength(document, from) == 0)
-        return from;
-    while (inString && from < document.size() && plain(document[from])) {
-        const std::size_t length = sequenceLength(document, from);
-        if (length == 0)
-            return from;
-        from += length;
-    }
-    return std::nullopt;
-}
-
 [[noreturn]] void throwSyntaxError(std::string_view document, std::size_t offset, std::string_view what) {
     throw JSONDecodingError({}, syntaxMessage(document, offset, what));
 }
@@ -74,25 +147,39 @@ bj::parse_options options() {
 
 } // namespace
 
-Parser::Parser(void* target, const Shape& shape) : parser_(options(), target, shape) {}
+// On the heap, because Boost.JSON's parser uses its own address as the end of a chunk to mark an incomplete
+// token: a chunk must never really end there, as it could if both were on the stack.
+struct Parser::Implementation {
+    Implementation(void* target, const Shape& shape, CheckResults* results)
+        : parser(options(), target, shape, results) {}
 
-Parser::Parser(void* target, const Shape& shape, Survey& survey)
-    : parser_(options(), target, shape, survey) {}
+    std::size_t write(std::string_view text, bool more, bj::error_code& error) {
+        return parser.write_some(more, text.data(), text.size(), error);
+    }
 
-std::size_t Parser::take(std::string_view chunk, bool more, bj::error_code& error) {
-    return parser_.write_some(more, chunk.data(), chunk.size(), error);
-}
+    ValueBuilder& builder() { return parser.handler().builder(); }
 
-bool Parser::takeWhole(std::string_view document) {
-    receiver().setDocumentSize(document.size());
+    bj::basic_parser<EventHandler> parser;
+};
+
+Parser::Parser(void* target, const Shape& shape)
+    : implementation_(std::make_unique<Implementation>(target, shape, nullptr)) {}
+
+Parser::Parser(void* target, const Shape& shape, CheckResults& results)
+    : implementation_(std::make_unique<Implementation>(target, shape, &results)) {}
+
+Parser::~Parser() = default;
+
+bool Parser::parse(std::string_view document) {
+    implementation_->builder().setDocumentSize(document.size());
     bj::error_code error;
-    const std::size_t end = take(document, false, error);
-    if (receiver().exceeded())
+    const std::size_t end = implementation_->write(document, false, error);
+    if (implementation_->builder().memoryExceeded())
         return false;
     if (error) {
         if (error == bj::error::syntax)
-            if (const auto fault = encodingFault(document, end))
-                throwSyntaxError(document, *fault, "the text is not UTF-8");
+            if (const auto offset = invalidUTF8At(document, end))
+                throwSyntaxError(document, *offset, "the text is not UTF-8");
         throwSyntaxError(document, end, describe(error));
     }
     if (end < document.size())
@@ -100,13 +187,25 @@ bool Parser::takeWhole(std::string_view document) {
     return true;
 }
 
-std::optional<Failure::Undecided> Parser::conclude() const {
-    const std::optional<Failure>& failure = parser_.handler().failure();
+bool Parser::parseChunk(std::string_view chunk, std::uint64_t documentSize) {
+    implementation_->builder().setDocumentSize(documentSize);
+    bj::error_code error;
+    return implementation_->write(chunk, true, error) == chunk.size() && !error;
+}
+
+bool Parser::parseEnd() {
+    bj::error_code error;
+    implementation_->write({}, false, error);
+    return !error;
+}
+
+std::optional<UncheckedKeys> Parser::finish() const {
+    const std::optional<Failure>& failure = implementation_->builder().failure();
     if (!failure)
         return std::nullopt;
-    if (!failure->undecided)
+    if (!failure->uncheckedKeys)
         throw JSONDecodingError(failure->path, failure->message());
-    return failure->undecided;
+    return failure->uncheckedKeys;
 }
 
 } // namespace kinovane::json

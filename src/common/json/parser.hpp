@@ -2,38 +2,50 @@
 
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <optional>
 #include <string_view>
 
-#include <boost/json/basic_parser.hpp>
-
-#include "common/json/receiver.hpp"
+#include "common/json/check_results.hpp"
+#include "common/json/failure.hpp"
+#include "common/json/shape.hpp"
 
 namespace kinovane::json {
 
-/// Boost.JSON's parser with a receiver of its events.
+/// Parses one document and builds its value. The parsing is done by Boost.JSON, which only the source
+/// includes.
 class Parser {
   public:
+    /// Stores the values in `target`, and stops when they would take too much memory.
     Parser(void* target, const Shape& shape);
-    Parser(void* target, const Shape& shape, Survey& survey);
 
-    /// Takes a chunk of the document and returns how much of it was used: less than all when the document has
-    /// ended, when the receiver stopped, or when `error` says what is wrong.
-    std::size_t take(std::string_view chunk, bool more, boost::json::error_code& error);
+    /// When `target` is null, only checks the values, and fills `results`. Otherwise stores the values by the
+    /// results of the check, without a limit on memory.
+    Parser(void* target, const Shape& shape, CheckResults& results);
 
-    /// Takes a whole document. Returns false when the receiver stopped. Throws JSONDecodingError when the
-    /// document is not valid JSON.
-    bool takeWhole(std::string_view document);
+    Parser(const Parser&) = delete;
+    Parser& operator=(const Parser&) = delete;
+    ~Parser();
 
-    /// After the end of a document: throws JSONDecodingError when a value is wrong. Gives the map for which
-    /// that is undecided.
-    std::optional<Failure::Undecided> conclude() const;
+    /// Parses a whole document. Returns false when its values would take too much memory. Throws
+    /// JSONDecodingError when the document is not valid JSON.
+    bool parse(std::string_view document);
 
-    Receiver& receiver() { return parser_.handler(); }
+    /// Parses the next chunk of a document that has at least `documentSize` bytes. Returns false when the
+    /// document is not valid JSON, or its values would take too much memory.
+    bool parseChunk(std::string_view chunk, std::uint64_t documentSize);
+
+    /// Ends a document that was parsed in chunks. Returns false when it is not complete.
+    bool parseEnd();
+
+    /// Called after the end of a document. Throws JSONDecodingError when a value is wrong. Returns the keys
+    /// that another pass has to check.
+    std::optional<UncheckedKeys> finish() const;
 
   private:
-    boost::json::basic_parser<Receiver> parser_;
+    struct Implementation;
+    std::unique_ptr<Implementation> implementation_;
 };
 
 } // namespace kinovane::json

@@ -11,8 +11,8 @@
 
 #include "common/json/table.hpp"
 
-/// What the decoder knows of a type while it runs: made from the record tables at compile time, so that one
-/// decoder serves all records.
+/// A description of a type for the decoder, made at compile time from the record tables, so that one decoder
+/// serves all records.
 namespace kinovane::json {
 
 enum class Kind : std::uint8_t { text, integer, real, boolean, list, map, record };
@@ -25,35 +25,35 @@ struct Shape {
     /// Empties the value and frees all its memory.
     void (*reset)(void* value) = nullptr;
 
-    /// Of a list's or a map's values.
+    /// The shape of a list's or a map's values.
     const Shape* element = nullptr;
     /// How many bytes a list, or a map, allocates for each value.
     std::size_t elementSize = 0;
-    /// Adds an empty element to a list and gives its address.
+    /// Adds an empty element to a list and returns its address.
     void* (*append)(void* list) = nullptr;
     void (*reserve)(void* list, std::size_t capacity) = nullptr;
-    /// Adds an empty value to a map, or empties the one that is there, and gives its address.
-    void* (*enter)(void* map, std::string_view key) = nullptr;
+    /// Adds an empty value to a map, or empties the one with an equal key, and returns its address.
+    void* (*insert)(void* map, std::string_view key) = nullptr;
 
     std::span<const Row> rows;
     std::uint64_t requiredRows = 0; ///< One bit a row.
 
-    /// A record that is read through another form of itself has these two.
+    /// Only of a record with a form: makes an empty form, and makes the record of a filled one.
     std::shared_ptr<void> (*makeForm)() = nullptr;
     void (*takeForm)(void* form, void* record) = nullptr;
 };
 
-/// One member of a record.
+/// A row of a record's table: one member.
 struct Row {
     std::string_view key;
     const Shape* shape = nullptr;
     bool required = true;
-    void* (*open)(void* record) = nullptr; ///< The address of the member's value, present from now on.
+    void* (*open)(void* record) = nullptr; ///< Makes an optional member present; the address of its value.
     void (*clear)(void* record) = nullptr; ///< Makes the member empty or absent.
 };
 
-/// Specialised for a record whose document is laid out otherwise than the record itself: `Form` is the record
-/// that mirrors the document, and `static Record make(Form&&)` derives the one from the other.
+/// Specialised for a record that differs from its document: `Form` is a record with the members of the
+/// document, and `static Record make(Form&&)` converts it.
 template <class Record>
 struct DecodedThrough;
 
@@ -144,11 +144,11 @@ consteval Shape makeShape() {
         result.element = &shape<typename T::mapped_type>;
         // A node has three links and a colour beside the value.
         result.elementSize = sizeof(typename T::value_type) + 4 * sizeof(void*);
-        result.enter = [](void* map, std::string_view key) -> void* {
-            auto [place, added] = static_cast<T*>(map)->try_emplace(std::string(key));
+        result.insert = [](void* map, std::string_view key) -> void* {
+            auto [entry, added] = static_cast<T*>(map)->try_emplace(std::string(key));
             if (!added)
-                place->second = typename T::mapped_type();
-            return std::addressof(place->second);
+                entry->second = typename T::mapped_type();
+            return std::addressof(entry->second);
         };
     } else if constexpr (HasForm<T>) {
         using Form = typename DecodedThrough<T>::Form;

@@ -15,8 +15,8 @@ namespace kinovane::json {
 
 namespace {
 
-/// For each byte: 0 when it stands as it is, the character of its short escape, 'u' for a numbered escape, or
-/// 'm' for the first byte of a sequence of several.
+/// For each byte: 0 when it is written as it is, the character of its short escape, 'u' for a numbered
+/// escape, or 'm' for the first byte of a sequence of several.
 constexpr std::array<char, 256> byteClasses = [] {
     std::array<char, 256> classes{};
     for (std::size_t byte = 0; byte < 0x20; ++byte)
@@ -33,13 +33,13 @@ constexpr std::array<char, 256> byteClasses = [] {
     return classes;
 }();
 
-/// How much of `text` from `position` on stands as it is: no control character, quote or backslash, and
-/// nothing beyond ASCII.
+/// How many bytes of `text` from `position` on are written as they are: ASCII characters other than control
+/// characters, quotes and backslashes.
 std::size_t plainLength(std::string_view text, std::size_t position) noexcept {
     std::size_t end = position;
     if constexpr (std::endian::native == std::endian::little) {
-        // Eight bytes at once. A byte has its high bit set in one of the four when it does not stand as it
-        // is; above the lowest such byte the answer may be wrong, but only the lowest is looked at.
+        // Eight bytes at once. One of the four words has the high bit of a byte set when that byte is not
+        // written as it is. Above the lowest such byte a borrow may set others, but only the lowest is used.
         constexpr std::uint64_t each = 0x0101010101010101U;
         constexpr std::uint64_t highBits = 0x80 * each;
         for (; end + sizeof(std::uint64_t) <= text.size(); end += sizeof(std::uint64_t)) {

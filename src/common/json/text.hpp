@@ -7,11 +7,11 @@
 
 #include "common/text_buffer.hpp"
 
-/// Plain values as JSON text, appended to a growing document.
+/// Appends plain values to a document as JSON text.
 namespace kinovane::json {
 
-/// Appends the text in quotes. Only what JSON requires is escaped, so "/" and characters beyond ASCII stand
-/// as they are. Returns false when the text is not UTF-8; what was appended is then of no use.
+/// Appends the text in quotes. Only what JSON requires is escaped, so "/" and characters beyond ASCII are
+/// written as they are. Returns false when the text is not UTF-8; the document is then incomplete.
 [[nodiscard]] bool appendString(TextBuffer& document, std::string_view text);
 
 void appendInteger(TextBuffer& document, std::int64_t value);

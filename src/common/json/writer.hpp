@@ -22,8 +22,7 @@
 
 namespace kinovane::json {
 
-/// Writes a record as text that only grows, member by member in the order that the format wants, without a
-/// tree.
+/// Writes a record as JSON text, member by member in the order of the format, without building a tree first.
 template <JSONFormat format>
 class Writer {
   public:
@@ -37,8 +36,7 @@ class Writer {
   private:
     static constexpr bool pretty = format == JSONFormat::pretty;
 
-    /// The way from the whole document to the value being written; a path is made of it only when something
-    /// fails.
+    /// The position of the value being written. Its path is built only when something fails.
     struct Cursor {
         const Cursor* outer;
         std::string_view key;
@@ -51,20 +49,16 @@ class Writer {
         std::array<std::size_t, fieldCount<R>> order{};
         std::iota(order.begin(), order.end(), std::size_t{0});
         if constexpr (pretty) {
-            const auto keys = std::apply(
-                [](const auto&... row) { return std::array<std::string_view, fieldCount<R>>{row.key...}; },
-                Table<R>::fields);
             std::sort(order.begin(), order.end(),
-                      [&](std::size_t left, std::size_t right) { return keys[left] < keys[right]; });
+                      [](std::size_t left, std::size_t right) { return keys<R>[left] < keys<R>[right]; });
         }
         return order;
     }
 
-    /// A member's key as it stands in the document, quotes and colon included. Keys hold nothing to be
-    /// escaped.
+    /// A member's key with quotes and colon. No key of a table needs escaping.
     template <std::size_t index, class R>
     static consteval auto keyText() {
-        constexpr std::string_view key = std::get<index>(Table<R>::fields).key;
+        constexpr std::string_view key = keys<R>[index];
         constexpr std::string_view end = pretty ? "\": " : "\":";
         std::array<char, 1 + key.size() + end.size()> text{'"'};
         std::copy(key.begin(), key.end(), text.begin() + 1);
@@ -167,7 +161,7 @@ class Writer {
         first_ = false;
     }
 
-    /// A comma where one is due, the end of the line and the next one's indentation, in one piece.
+    /// Appends the comma, if one is needed, the line break and the indentation.
     void newLine(bool comma) {
         static constexpr std::string_view beginning = ",\n                    ";
         static constexpr std::size_t mostSpaces = beginning.size() - 2;
@@ -181,18 +175,18 @@ class Writer {
         Failure failure(": " + std::string(what));
         for (; cursor != nullptr; cursor = cursor->outer)
             if (cursor->inList)
-                failure.within(cursor->index);
+                failure.prependIndex(cursor->index);
             else
-                failure.within(cursor->key);
+                failure.prependKey(cursor->key);
         throw JSONEncodingError(failure.path, failure.message());
     }
 
     TextBuffer document_;
     std::size_t depth_ = 0;
-    bool first_ = true; ///< Nothing stands in the innermost bracket yet.
+    bool first_ = true; ///< The innermost object or list is still empty.
 };
 
-/// The document of a record. Throws JSONEncodingError.
+/// The document of a record, in chunks. Throws JSONEncodingError.
 template <class T>
 TextBuffer write(const T& value, JSONFormat format) {
     const auto writeWith = [&](auto writer) {
@@ -203,7 +197,7 @@ TextBuffer write(const T& value, JSONFormat format) {
                                         : writeWith(Writer<JSONFormat::compact>());
 }
 
-/// The same in one piece.
+/// The document of a record. Throws JSONEncodingError.
 template <class T>
 std::string encode(const T& value, JSONFormat format) {
     return write(value, format).join();

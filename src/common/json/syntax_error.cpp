@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "common/json/syntax_error.hpp"
+
+#include <algorithm>
+
+#include "common/utf8.hpp"
+
+namespace kinovane::json {
+
+namespace {
+
+/// Whether a document that ends after `beginning` ends inside a string.
+bool endsInString(std::string_view beginning) {
+    bool inString = false;
+    for (std::size_t position = 0; position < beginning.size(); ++position)
+        if (beginning[position] == '"')
+            inString = !inString;
+        else if (inString && beginning[position] == '\\')
+            ++position;
+    return inString;
+}
+
+} // namespace
+
+std::string syntaxMessage(std::string_view document, std::size_t offset, std::string_view what) {
+    const std::string_view before = document.substr(0, std::min(offset, document.size()));
+    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+    const std::size_t lineStart = before.rfind('\n') + 1; // npos + 1 is 0
+    const auto column = 1 + std::count_if(before.begin() + static_cast<std::ptrdiff_t>(lineStart),
+                                          before.end(), [](char byte) { return (byte & '\xC0') != '\x80'; });
+    std::string message = "line " + std::to_string(line) + ", column " + std::to_string(column) + ": ";
+    message += what;
+    return message;
+}
+
+std::optional<std::size_t> invalidUTF8At(std::string_view document, std::size_t offset) {
+    // Inside a string, Boost.JSON stops at the beginning of a run of characters that holds the wrong byte.
+    const bool inString = endsInString(document.substr(0, offset));
+    const auto plain = [](char byte) {
+        return byte != '"' && byte != '\\' && static_cast<unsigned char>(byte) >= 0x20;
+    };
+    if (!inString && offset < document.size() && sequenceLength(document, offset) == 0)
+        return offset;
+    while (inString && offset < document.size() && plain(document[offset])) {
+        const std::size_t length = sequenceLength(document, offset);
+        if (length == 0)
+            return offset;
+        offset += length;
+    }
+    return std::nullopt;
+}
+
+} // namespace kinovane::json

@@ -30,7 +30,7 @@ struct Row {
     std::string document;
 };
 
-TEST(JSONChunks, GiveTheSameRecordAsTheWholeText) {
+TEST(JSONDecoder, DecodesADocumentInChunks) {
     const Row rows[] = {
         {"a plain document", std::string(fullSceneText)},
         {"a document with a byte-order mark", "\xEF\xBB\xBF" + std::string(fullSceneText)},
@@ -48,14 +48,14 @@ TEST(JSONChunks, GiveTheSameRecordAsTheWholeText) {
     }
 }
 
-TEST(JSONChunks, JoinAValueThatIsSplit) {
+TEST(JSONDecoder, JoinsAStringThatIsSplitBetweenChunks) {
     const std::string text(200'000, 'k');
     std::string value;
     EXPECT_TRUE(json::decodeInto(&value, json::shapeOf<std::string>(), chunksOf('"' + text + '"', 1000), 0));
     EXPECT_EQ(value, text);
 }
 
-TEST(JSONChunks, LeaveTheValueEmptyWhenTheWholeTextIsNeeded) {
+TEST(JSONDecoder, LeavesTheValueEmptyWhenItNeedsTheWholeText) {
     std::string smallElements = "[0";
     for (int element = 0; element < 100'000; ++element)
         smallElements += ",0";
@@ -75,7 +75,7 @@ TEST(JSONChunks, LeaveTheValueEmptyWhenTheWholeTextIsNeeded) {
     }
 }
 
-TEST(JSONChunks, ReportAWrongValue) {
+TEST(JSONDecoder, ReportsAWrongValueInAChunk) {
     Integers integers;
     try {
         static_cast<void>(json::decodeInto(&integers, json::shapeOf<Integers>(), chunksOf("[1,true]", 3), 0));
@@ -86,7 +86,7 @@ TEST(JSONChunks, ReportAWrongValue) {
     }
 }
 
-TEST(JSONChunks, PassOnTheErrorOfTheirSource) {
+TEST(JSONDecoder, PassesOnAnErrorOfReadingAChunk) {
     Integers integers;
     const auto fail = [](std::span<std::byte>) -> std::size_t {
         throw std::system_error(make_error_code(std::errc::io_error));

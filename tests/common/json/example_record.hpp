@@ -17,7 +17,7 @@
 
 namespace kinovane::test {
 
-/// A member of a list.
+/// An element of a list.
 struct Prop {
     std::string name;
     std::int64_t count = 0;
@@ -25,7 +25,7 @@ struct Prop {
     bool operator==(const Prop&) const = default;
 };
 
-/// A record with a member of every sort.
+/// A record with a member of every type.
 struct Scene {
     std::string title;
     std::int64_t take = 0;
@@ -48,40 +48,40 @@ inline constexpr std::string_view fullSceneText =
     R"({"title":"Quay","take":2,"length":1.5,"night":true,"props":[{"name":"lamp","count":7}],)"
     R"("extras":{"sailors":3},"star":{"name":"ferry","count":1},"note":"fog"})";
 
-/// What a failed reading says of a document.
-struct Refusal {
+/// The texts of a JSONDecodingError or JSONEncodingError.
+struct ErrorTexts {
     std::string path;
     std::string message;
 
-    bool operator==(const Refusal&) const = default;
+    bool operator==(const ErrorTexts&) const = default;
 };
 
-inline std::ostream& operator<<(std::ostream& stream, const Refusal& refusal) {
-    return stream << '"' << refusal.message << "\" at \"" << refusal.path << '"';
+inline std::ostream& operator<<(std::ostream& stream, const ErrorTexts& texts) {
+    return stream << '"' << texts.message << "\" at \"" << texts.path << '"';
 }
 
-/// The document as it is read when storing its values directly would take too much memory.
+/// Decodes a document in two passes, as if its values took too much memory.
 template <class T>
-T checkedAndDecoded(std::string_view document) {
+T decodeInTwoPasses(std::string_view document) {
     T value{};
     json::checkAndDecodeInto(&value, json::shapeOf<T>(), document);
     return value;
 }
 
-/// What is said of a document, which must be the same in both forms of reading.
+/// The error of decoding a document, which must be the same in one pass and in two.
 template <class T>
-std::optional<Refusal> refusalOf(std::string_view document) {
-    const auto refusal = [&](T (*read)(std::string_view)) -> std::optional<Refusal> {
+std::optional<ErrorTexts> decodingErrorOf(std::string_view document) {
+    const auto errorOf = [&](T (*decode)(std::string_view)) -> std::optional<ErrorTexts> {
         try {
-            static_cast<void>(read(document));
+            static_cast<void>(decode(document));
             return std::nullopt;
         } catch (const JSONDecodingError& error) {
-            return Refusal{error.path(), error.what()};
+            return ErrorTexts{error.path(), error.what()};
         }
     };
-    const std::optional<Refusal> direct = refusal(json::decode<T>);
-    EXPECT_EQ(refusal(checkedAndDecoded<T>), direct);
-    return direct;
+    const std::optional<ErrorTexts> inOnePass = errorOf(json::decode<T>);
+    EXPECT_EQ(errorOf(decodeInTwoPasses<T>), inOnePass);
+    return inOnePass;
 }
 
 } // namespace kinovane::test

@@ -3,11 +3,9 @@
 #include "common/json/number.hpp"
 
 #include <bit>
-#include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <optional>
-#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -25,7 +23,7 @@ struct IntegerRow {
     std::int64_t value;
 };
 
-TEST(JSONNumber, AWholeNumberIsAnIntegerHoweverItIsWritten) {
+TEST(JSONNumber, ReadsAWholeNumberInAnyNotationAsAnInteger) {
     const IntegerRow rows[] = {
         {"5", 5},
         {"5.0", 5},
@@ -61,40 +59,40 @@ TEST(JSONNumber, AWholeNumberIsAnIntegerHoweverItIsWritten) {
     }
 }
 
-struct RefusalRow {
+struct ErrorRow {
     std::string text;
     std::string message;
 };
 
-TEST(JSONNumber, WhatIsNoIntegerIsRefused) {
-    const std::string fraction = "expected an integer, found ";
-    const std::string tooLarge = "expected an integer that fits 64 bits, found ";
-    const RefusalRow rows[] = {
-        {"5.5", fraction + "5.5"},
-        {"1e-1", fraction + "1e-1"},
-        {"-0.5", fraction + "-0.5"},
-        {"1e-400", fraction + "1e-400"},
-        {"9007199254740992.5", fraction + "9007199254740992.5"},
-        {"9223372036854775807.5", fraction + "9223372036854775807.5"},
-        {"1." + std::string(400, '0') + "1", fraction + "1." + std::string(38, '0') + "…"},
-        {"9223372036854775808", tooLarge + "9223372036854775808"},
-        {"-9223372036854775809", tooLarge + "-9223372036854775809"},
-        {"9223372036854775808.0", tooLarge + "9223372036854775808.0"},
-        {"18446744073709551615", tooLarge + "18446744073709551615"},
-        {"1e19", tooLarge + "1e19"},
-        {"1e400", tooLarge + "1e400"},
-        {"-1e999999999", tooLarge + "-1e999999999"},
-        {std::string(400, '9'), tooLarge + std::string(40, '9') + "…"},
-        {"true", fraction + "true"},
-        {"false", fraction + "false"},
-        {"null", fraction + "null"},
-        {"\"5\"", fraction + "a string"},
-        {"[5]", fraction + "a list"},
-        {"{}", fraction + "an object"},
+TEST(JSONNumber, RefusesWhatIsNoInteger) {
+    const ErrorRow rows[] = {
+        {"5.5", "expected an integer, found 5.5"},
+        {"1e-1", "expected an integer, found 1e-1"},
+        {"-0.5", "expected an integer, found -0.5"},
+        {"1e-400", "expected an integer, found 1e-400"},
+        {"9007199254740992.5", "expected an integer, found 9007199254740992.5"},
+        {"9223372036854775807.5", "expected an integer, found 9223372036854775807.5"},
+        {"1." + std::string(400, '0') + "1",
+         "expected an integer, found 1.00000000000000000000000000000000000000…"},
+        {"9223372036854775808", "expected an integer that fits 64 bits, found 9223372036854775808"},
+        {"-9223372036854775809", "expected an integer that fits 64 bits, found -9223372036854775809"},
+        {"9223372036854775808.0", "expected an integer that fits 64 bits, found 9223372036854775808.0"},
+        {"18446744073709551615", "expected an integer that fits 64 bits, found 18446744073709551615"},
+        {"1e19", "expected an integer that fits 64 bits, found 1e19"},
+        {"1e400", "expected an integer that fits 64 bits, found 1e400"},
+        {"-1e999999999", "expected an integer that fits 64 bits, found -1e999999999"},
+        {std::string(400, '9'),
+         "expected an integer that fits 64 bits, found 9999999999999999999999999999999999999999…"},
+        {"true", "expected an integer, found true"},
+        {"false", "expected an integer, found false"},
+        {"null", "expected an integer, found null"},
+        {"\"5\"", "expected an integer, found a string"},
+        {"[5]", "expected an integer, found a list"},
+        {"{}", "expected an integer, found an object"},
     };
-    for (const RefusalRow& row : rows) {
+    for (const ErrorRow& row : rows) {
         SCOPED_TRACE(row.text);
-        EXPECT_EQ(refusalOf<std::int64_t>(row.text), (Refusal{"", row.message}));
+        EXPECT_EQ(decodingErrorOf<std::int64_t>(row.text), (ErrorTexts{"", row.message}));
     }
 }
 
@@ -103,7 +101,7 @@ struct RealRow {
     double value;
 };
 
-TEST(JSONNumber, ARealIsTheNearestDouble) {
+TEST(JSONNumber, ReadsARealAsTheNearestDouble) {
     const RealRow rows[] = {
         {"0.1", 0.1},
         {"5", 5.0},
@@ -134,24 +132,24 @@ TEST(JSONNumber, ARealIsTheNearestDouble) {
     }
 }
 
-TEST(JSONNumber, WhatIsNoDoubleIsRefused) {
-    const std::string tooLarge = "expected a number that fits a double, found ";
-    const RefusalRow rows[] = {
-        {"1e309", tooLarge + "1e309"},
-        {"-1e309", tooLarge + "-1e309"},
-        {"1e400", tooLarge + "1e400"},
-        {"1e999999999", tooLarge + "1e999999999"},
-        {"1.7976931348623159e308", tooLarge + "1.7976931348623159e308"},
-        {std::string(400, '1'), tooLarge + std::string(40, '1') + "…"},
+TEST(JSONNumber, RefusesWhatIsNoDouble) {
+    const ErrorRow rows[] = {
+        {"1e309", "expected a number that fits a double, found 1e309"},
+        {"-1e309", "expected a number that fits a double, found -1e309"},
+        {"1e400", "expected a number that fits a double, found 1e400"},
+        {"1e999999999", "expected a number that fits a double, found 1e999999999"},
+        {"1.7976931348623159e308", "expected a number that fits a double, found 1.7976931348623159e308"},
+        {std::string(400, '1'),
+         "expected a number that fits a double, found 1111111111111111111111111111111111111111…"},
         {"true", "expected a number, found true"},
         {"null", "expected a number, found null"},
         {"\"0.1\"", "expected a number, found a string"},
         {"[]", "expected a number, found a list"},
         {"{}", "expected a number, found an object"},
     };
-    for (const RefusalRow& row : rows) {
+    for (const ErrorRow& row : rows) {
         SCOPED_TRACE(row.text);
-        EXPECT_EQ(refusalOf<double>(row.text), (Refusal{"", row.message}));
+        EXPECT_EQ(decodingErrorOf<double>(row.text), (ErrorTexts{"", row.message}));
     }
 }
 
@@ -162,8 +160,8 @@ struct LongExponentRow {
     std::optional<double> real;
 };
 
-// Boost.JSON 1.81 refuses these exponents itself; later versions hand them over.
-TEST(JSONNumber, AnExponentMayHaveAnyLength) {
+// Boost.JSON 1.81 refuses these exponents itself; later versions pass them on.
+TEST(JSONNumber, AcceptsAnExponentOfAnyLength) {
     constexpr auto none = json::NumberFault::none;
     constexpr auto fraction = json::NumberFault::fraction;
     constexpr auto tooLarge = json::NumberFault::tooLarge;
@@ -205,55 +203,6 @@ TEST(JSONNumber, AnExponentMayHaveAnyLength) {
         ASSERT_EQ(real.has_value(), row.real.has_value());
         if (real)
             EXPECT_EQ(std::bit_cast<std::uint64_t>(*real), std::bit_cast<std::uint64_t>(*row.real));
-    }
-}
-
-/// A number's text: any digits, perhaps a fraction, perhaps an exponent.
-std::string anyNumber(std::mt19937_64& random) {
-    const auto below = [&](std::uint64_t end) { return random() % end; };
-    const auto digits = [&](std::uint64_t count) {
-        std::string text;
-        for (; count > 0; --count)
-            text += static_cast<char>('0' + below(10));
-        return text;
-    };
-    std::string text = below(2) == 0 ? "-" : "";
-    text += static_cast<char>('1' + below(9));
-    text += digits(below(25));
-    if (below(3) != 0)
-        text += "." + digits(1 + below(30));
-    if (below(3) != 0)
-        text += "e" + std::to_string(static_cast<int>(below(700)) - 350);
-    return text;
-}
-
-TEST(JSONNumber, RealsAgreeWithTheCLibraryToTheLastBit) {
-    std::mt19937_64 random(18);
-    int tooLarge = 0;
-    for (int attempt = 0; attempt < 100'000; ++attempt) {
-        const std::string text = anyNumber(random);
-        const double expected = std::strtod(text.c_str(), nullptr);
-        const std::optional<double> real = json::realValue(text);
-        ASSERT_EQ(real.has_value(), std::isfinite(expected)) << text;
-        if (!real) {
-            ++tooLarge;
-            continue;
-        }
-        ASSERT_EQ(std::bit_cast<std::uint64_t>(*real), std::bit_cast<std::uint64_t>(expected)) << text;
-    }
-    EXPECT_GT(tooLarge, 1000);
-}
-
-TEST(JSONNumber, EveryIntegerSurvivesItsDecimalForms) {
-    std::mt19937_64 random(7);
-    for (int attempt = 0; attempt < 20'000; ++attempt) {
-        const auto value = std::bit_cast<std::int64_t>(random() >> (random() % 64));
-        const std::string text = std::to_string(attempt % 2 == 0 || value == least ? value : -value);
-        const std::int64_t expected = std::strtoll(text.c_str(), nullptr, 10);
-        ASSERT_EQ(json::integerValue(text).value, expected) << text;
-        ASSERT_EQ(json::integerValue(text + ".00").value, expected) << text;
-        ASSERT_EQ(json::integerValue(text + "000e-3").value, expected) << text;
-        ASSERT_EQ(json::integerValue(text + ".5").fault, json::NumberFault::fraction) << text;
     }
 }
 

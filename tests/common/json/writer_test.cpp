@@ -20,13 +20,13 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(JSONWriter, CompactHasNoWhiteSpaceAndTheDeclaredOrder) {
+TEST(JSONWriter, WritesCompactTextInDeclaredOrder) {
     EXPECT_EQ(json::encode(fullScene(), JSONFormat::compact), fullSceneText);
     EXPECT_EQ(json::encode(Scene{}, JSONFormat::compact),
               R"({"title":"","take":0,"length":0,"night":false,"props":[],"extras":{}})");
 }
 
-TEST(JSONWriter, PrettyIsIndentedAndSorted) {
+TEST(JSONWriter, WritesPrettyTextIndentedAndSorted) {
     Scene scene = fullScene();
     scene.props.push_back({"rope", 1});
     scene.extras = {{"b", 1}, {"a", 2}, {"B", 3}, {"é", 4}};
@@ -67,9 +67,26 @@ TEST(JSONWriter, PrettyIsIndentedAndSorted) {
 })");
 }
 
-TEST(JSONWriter, WhatIsWrittenReadsBackEqual) {
+TEST(JSONWriter, WritesWhatReadsBackEqual) {
     for (const JSONFormat format : {JSONFormat::compact, JSONFormat::pretty})
         EXPECT_TRUE(json::decode<Scene>(json::encode(fullScene(), format)) == fullScene());
+}
+
+// Deeper than the spaces that the writer appends at once.
+TEST(JSONWriter, IndentsManyLevels) {
+    using Levels4 =
+        std::map<std::string, std::map<std::string, std::map<std::string, std::map<std::string, Prop>>>>;
+    using Levels8 =
+        std::map<std::string, std::map<std::string, std::map<std::string, std::map<std::string, Levels4>>>>;
+    using Levels12 =
+        std::map<std::string, std::map<std::string, std::map<std::string, std::map<std::string, Levels8>>>>;
+    Levels12 levels;
+    levels["a"]["b"]["c"]["d"]["e"]["f"]["g"]["h"]["i"]["j"]["k"]["l"] = {"lamp", 7};
+    const std::string text = json::encode(levels, JSONFormat::pretty);
+    EXPECT_NE(
+        text.find("\n" + std::string(24, ' ') + "\"l\": {\n" + std::string(26, ' ') + "\"count\": 7,\n"),
+        std::string::npos)
+        << text;
 }
 
 struct TextRow {
@@ -78,7 +95,7 @@ struct TextRow {
     std::string written;
 };
 
-TEST(JSONWriter, OnlyWhatMustBeEscapedIs) {
+TEST(JSONWriter, EscapesOnlyWhatJSONRequires) {
     const TextRow rows[] = {
         {"nothing", "", R"("")"},
         {"a slash", "a/b", R"("a/b")"},
@@ -96,7 +113,7 @@ TEST(JSONWriter, OnlyWhatMustBeEscapedIs) {
     }
 }
 
-TEST(JSONWriter, EveryASCIICharacterReadsBack) {
+TEST(JSONWriter, WritesEveryASCIICharacter) {
     std::string text;
     for (int character = 0; character < 0x80; ++character)
         text += static_cast<char>(character);
@@ -108,7 +125,7 @@ struct RealRow {
     const char* written;
 };
 
-TEST(JSONWriter, RealsTakeTheShortestForm) {
+TEST(JSONWriter, WritesRealsInTheShortestForm) {
     const RealRow rows[] = {
         {5.0, "5"},         {0.0, "0"},     {-0.0, "-0"},
         {0.1, "0.1"},       {-2.5, "-2.5"}, {1.0 / 3, "0.3333333333333333"},
@@ -121,7 +138,7 @@ TEST(JSONWriter, RealsTakeTheShortestForm) {
               "-9223372036854775808");
 }
 
-TEST(JSONWriter, EveryFiniteRealReadsBackToTheLastBit) {
+TEST(JSONWriter, WritesEveryFiniteRealExactly) {
     std::mt19937_64 random(3);
     for (int attempt = 0; attempt < 100'000; ++attempt) {
         const double value = std::bit_cast<double>(random());
@@ -134,33 +151,41 @@ TEST(JSONWriter, EveryFiniteRealReadsBackToTheLastBit) {
     }
 }
 
-struct RefusalRow {
+struct ErrorRow {
     const char* sentence;
     void (*spoil)(Scene&);
-    Refusal refusal;
+    ErrorTexts texts;
 };
 
-TEST(JSONWriter, RefusesWhatJSONCannotCarry) {
-    const std::string notFinite = ": the number is not finite";
-    const std::string notUTF8 = ": the text is not UTF-8";
-    const RefusalRow rows[] = {
-        {"not a number", [](Scene& scene) { scene.length = std::nan(""); }, {"length", "length" + notFinite}},
-        {"infinity", [](Scene& scene) { scene.length = HUGE_VAL; }, {"length", "length" + notFinite}},
-        {"minus infinity", [](Scene& scene) { scene.length = -HUGE_VAL; }, {"length", "length" + notFinite}},
-        {"a text", [](Scene& scene) { scene.title = "a\xFF"; }, {"title", "title" + notUTF8}},
-        {"a text cut short", [](Scene& scene) { scene.title = "\xE2\x82"; }, {"title", "title" + notUTF8}},
-        {"in an optional", [](Scene& scene) { scene.note = "\xC0\x80"; }, {"note", "note" + notUTF8}},
+TEST(JSONWriter, RefusesWhatJSONCannotHold) {
+    const ErrorRow rows[] = {
+        {"not a number",
+         [](Scene& scene) { scene.length = std::nan(""); },
+         {"length", "length: the number is not finite"}},
+        {"infinity",
+         [](Scene& scene) { scene.length = HUGE_VAL; },
+         {"length", "length: the number is not finite"}},
+        {"minus infinity",
+         [](Scene& scene) { scene.length = -HUGE_VAL; },
+         {"length", "length: the number is not finite"}},
+        {"a text", [](Scene& scene) { scene.title = "a\xFF"; }, {"title", "title: the text is not UTF-8"}},
+        {"a text cut short",
+         [](Scene& scene) { scene.title = "\xE2\x82"; },
+         {"title", "title: the text is not UTF-8"}},
+        {"in an optional",
+         [](Scene& scene) { scene.note = "\xC0\x80"; },
+         {"note", "note: the text is not UTF-8"}},
         {"in a nested record",
          [](Scene& scene) { scene.star->name = "\xFF"; },
-         {"star.name", "star.name" + notUTF8}},
+         {"star.name", "star.name: the text is not UTF-8"}},
         {"in a list",
          [](Scene& scene) { scene.props.push_back({"\xED\xA0\x80", 1}); },
-         {"props[1].name", "props[1].name" + notUTF8}},
+         {"props[1].name", "props[1].name: the text is not UTF-8"}},
         {"a key of a map",
          [](Scene& scene) { scene.extras["\xFF"] = 1; },
          {"extras", "extras: a key is not UTF-8"}},
     };
-    for (const RefusalRow& row : rows) {
+    for (const ErrorRow& row : rows) {
         SCOPED_TRACE(row.sentence);
         Scene scene = fullScene();
         row.spoil(scene);
@@ -168,21 +193,21 @@ TEST(JSONWriter, RefusesWhatJSONCannotCarry) {
             try {
                 FAIL() << "was written: " << json::encode(scene, format);
             } catch (const JSONEncodingError& error) {
-                EXPECT_EQ((Refusal{error.path(), error.what()}), row.refusal);
+                EXPECT_EQ((ErrorTexts{error.path(), error.what()}), row.texts);
             }
         }
     }
 }
 
-/// Writes decimals with a comma, and thousands with a point.
+/// Decimal commas, and points between thousands.
 class CommaNumbers : public std::numpunct<char> {
     char do_decimal_point() const override { return ','; }
     char do_thousands_sep() const override { return '.'; }
     std::string do_grouping() const override { return "\3"; }
 };
 
-/// Numbers are written as some countries write them, in the C++ library and, where the system has such a
-/// locale, in the C library too.
+/// Sets the global locale to one with a decimal comma, in the C++ library and, where the system has one, in
+/// the C library too.
 class CommaLocale {
   public:
     CommaLocale() : cxx_(std::locale::global(std::locale(std::locale::classic(), new CommaNumbers))) {
@@ -202,11 +227,11 @@ class CommaLocale {
     std::locale cxx_;
 };
 
-TEST(JSONWriter, NumbersDoNotDependOnTheLocale) {
+TEST(JSONWriter, IgnoresTheLocale) {
     const CommaLocale locale;
     std::ostringstream stream;
     stream << 1234.5;
-    ASSERT_EQ(stream.str(), "1.234,5"); // The locale is in force.
+    ASSERT_EQ(stream.str(), "1.234,5"); // The locale is in effect.
     testing::Test::RecordProperty("decimalPointOfC", std::localeconv()->decimal_point);
 
     Scene scene = fullScene();

@@ -18,27 +18,27 @@
 
 namespace kinovane::fuzz {
 
-/// What a JSONDecodingError tells.
-struct Refusal {
+/// The texts of a JSONDecodingError.
+struct ErrorTexts {
     std::string path;
     std::string message;
 
-    /// Only a syntax error has a line and a column; a document that is no object has no path either.
+    /// The path is empty also when the document is not an object.
     bool isSyntaxError() const { return path.empty() && message.starts_with("line "); }
 
-    bool operator==(const Refusal&) const = default;
+    bool operator==(const ErrorTexts&) const = default;
 };
 
-/// The record that a document holds, or why it was refused.
+/// The record that a document holds, or the error of decoding it.
 template <class Record>
-using Outcome = std::variant<Record, Refusal>;
+using Outcome = std::variant<Record, ErrorTexts>;
 
-inline Refusal refusalOf(const JSONDecodingError& error) {
-    Refusal refusal{error.path(), error.what()};
-    promise(!refusal.message.empty(), "an error has a message");
-    promise(isLegible(refusal.message), "a message is legible", refusal.message);
-    promise(refusal.message.starts_with(refusal.path), "a message begins with the path", refusal.message);
-    return refusal;
+inline ErrorTexts textsOf(const JSONDecodingError& error) {
+    ErrorTexts texts{error.path(), error.what()};
+    promise(!texts.message.empty(), "an error has a message");
+    promise(isLegible(texts.message), "a message is legible", texts.message);
+    promise(texts.message.starts_with(texts.path), "a message begins with the path", texts.message);
+    return texts;
 }
 
 /// Decodes a document, which throws nothing but JSONDecodingError.
@@ -47,7 +47,7 @@ Outcome<Record> decode(std::string_view document) {
     try {
         return decodeJSON<Record>(document);
     } catch (const JSONDecodingError& error) {
-        return refusalOf(error);
+        return textsOf(error);
     } catch (const std::exception& error) {
         promise(false, "decoding throws nothing but JSONDecodingError", error.what());
         throw;
@@ -60,7 +60,7 @@ Outcome<Record> decodeWithinMemory(std::string_view document) {
     std::optional<Outcome<Record>> outcome;
     const std::size_t peak = test::peakBytesOf([&] { outcome = decode<Record>(document); });
     constexpr std::size_t smallest = std::size_t{32} << 10U;
-    if (std::holds_alternative<Refusal>(*outcome))
+    if (std::holds_alternative<ErrorTexts>(*outcome))
         promise(peak < smallest + 8 * document.size(), "a document that is refused takes little memory",
                 document);
     else

@@ -53,7 +53,7 @@ Outcome<Record> outcomeOf(Decode decode) {
         decode(&record, json::shapeOf<Record>());
         return record;
     } catch (const JSONDecodingError& error) {
-        return refusalOf(error);
+        return textsOf(error);
     }
 }
 

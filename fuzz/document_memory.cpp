@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Long documents made of short inputs: a part of the input is repeated. Memory in proportion to a document's
-// size shows only in documents that are much longer than what a fuzzer tries.
+// Long documents made of short inputs, by repeating a part of the input: decoding takes memory in proportion
+// to the size of a document, which shows only in documents much longer than the inputs of a fuzzer.
 
 #include <cstddef>
 #include <string>
@@ -22,12 +22,12 @@ using Documents = RecordChoice<FilmProject, FilmProductionPlan, FilmTreatment, F
                                FilmProductionShot, VistrelHandoff, VistrelHandoffShot, FilmStatusResponse,
                                PiAgentLaunchSpec, QuexRunAgentStatus>;
 
-constexpr std::size_t longEnough = std::size_t{32} << 10U;
+constexpr std::size_t documentSize = std::size_t{32} << 10U;
 
-/// `part` again and again; every "#" in it is the number of the repetition, so that keys can differ.
+/// Repeats `part`. Every "#" in it becomes the number of the repetition, so that keys can differ.
 std::string repeated(std::string_view part) {
     std::string text;
-    for (std::size_t number = 0; text.size() < longEnough; ++number)
+    for (std::size_t number = 0; text.size() < documentSize; ++number)
         for (const char character : part)
             if (character == '#')
                 text += std::to_string(number);
@@ -36,7 +36,7 @@ std::string repeated(std::string_view part) {
     return text;
 }
 
-struct Read {
+struct DecodeRepeated {
     std::size_t begin;
     std::size_t length;
 
@@ -60,8 +60,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kinovane::fuzz;
     if (size < 3)
         return 0;
-    // Three bytes say where the repeated part begins and how long it is.
-    const Read read{data[0] * std::size_t{256} + data[1], data[2]};
-    Documents::apply(textOf(data, size).substr(3), read);
+    // The first three bytes choose where the repeated part begins and how long it is.
+    const DecodeRepeated decode{data[0] * std::size_t{256} + data[1], data[2]};
+    Documents::apply(textOf(data, size).substr(3), decode);
     return 0;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Every record of the workspace's documents and of the handoff: whatever a file holds, it is read or refused
-// with a message that a person can read.
+// Every record of the workspace's documents and of the handoff: any text is decoded, or refused with a
+// legible message.
 
 #include <algorithm>
 #include <type_traits>
@@ -23,8 +23,8 @@ using Documents =
                  FilmDialogueLine, FilmSoundEffect, FilmTreatment, VistrelHandoff, VistrelHandoffSource,
                  VistrelHandoffProject, VistrelHandoffShot, VistrelHandoffAsset>;
 
-/// What a snapshot answers about a project without touching the disk.
-void askSnapshot(const FilmProject& project) {
+/// Checks the member functions of a snapshot that do not read the disk.
+void checkSnapshot(const FilmProject& project) {
     FilmWorkspaceSnapshot snapshot;
     snapshot.root = "/film";
     snapshot.project = project;
@@ -41,13 +41,13 @@ void askSnapshot(const FilmProject& project) {
     }
 }
 
-struct Read {
+struct Decode {
     template <class Record>
     void operator()(std::string_view document) const {
         const auto outcome = decodeWithinMemory<Record>(document);
         if constexpr (std::is_same_v<Record, FilmProject>)
             if (const auto* project = std::get_if<FilmProject>(&outcome))
-                askSnapshot(*project);
+                checkSnapshot(*project);
     }
 };
 
@@ -56,6 +56,6 @@ struct Read {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kinovane::fuzz;
-    Documents::apply(textOf(data, size), Read());
+    Documents::apply(textOf(data, size), Decode());
     return 0;
 }

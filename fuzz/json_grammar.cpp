@@ -10,14 +10,15 @@ namespace kinovane::fuzz {
 
 namespace {
 
-constexpr int deepest = 512;
+constexpr int maxDepth = 512;
 
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
 
-/// One function for each rule of the grammar; each takes what it stands for and tells whether it was there.
-class Grammar {
+/// A recursive-descent parser with one function for each rule of the grammar. Each function consumes its rule
+/// from the front of the text and returns whether it was there.
+class GrammarParser {
   public:
-    explicit Grammar(std::string_view text) : rest_(text) {}
+    explicit GrammarParser(std::string_view text) : rest_(text) {}
 
     bool longExponent() const { return longExponent_; }
 
@@ -32,22 +33,23 @@ class Grammar {
   private:
     bool value(int depth) {
         if (next('{'))
-            return depth < deepest && members('}', [&] { return member(depth + 1); });
+            return depth < maxDepth && members('}', [&] { return member(depth + 1); });
         if (next('['))
-            return depth < deepest && members(']', [&] { return value(depth + 1); });
+            return depth < maxDepth && members(']', [&] { return value(depth + 1); });
         if (next('"'))
             return string();
         return word("true") || word("false") || word("null") || number();
     }
 
-    template <class One>
-    bool members(char end, One one) {
+    /// The members of an object, or the elements of a list, after the opening bracket.
+    template <class Element>
+    bool members(char end, Element element) {
         space();
         if (next(end))
             return true;
         do {
             space();
-            if (!one())
+            if (!element())
                 return false;
             space();
         } while (next(','));
@@ -100,7 +102,7 @@ class Grammar {
         return false;
     }
 
-    /// Four hexadecimal digits; negative when they are not there.
+    /// The value of four hexadecimal digits; negative when they are not there.
     long hexUnit() {
         long unit = 0;
         for (int digit = 0; digit < 4; ++digit) {
@@ -160,16 +162,16 @@ class Grammar {
 
 } // namespace
 
-Reading readByGrammar(std::string_view text) {
+GrammarResult parseByGrammar(std::string_view text) {
     if (text.starts_with("\xEF\xBB\xBF"))
         text.remove_prefix(3);
-    Grammar grammar(text);
-    Reading reading;
-    reading.valid = grammar.document();
-    reading.longExponent = grammar.longExponent();
+    GrammarParser parser(text);
+    GrammarResult result;
+    result.valid = parser.document();
+    result.longExponent = parser.longExponent();
     const std::size_t first = text.find_first_not_of(" \t\n\r");
-    reading.isObject = reading.valid && text[first] == '{';
-    return reading;
+    result.isObject = result.valid && text[first] == '{';
+    return result;
 }
 
 } // namespace kinovane::fuzz

@@ -6,15 +6,16 @@
 
 namespace kinovane::fuzz {
 
-/// What a text is by the grammar of JSON (RFC 8259), and by what this library refuses besides: text that is
-/// not UTF-8, escapes that stand for no character, and more than 512 levels.
-struct Reading {
+/// What the grammar of JSON (RFC 8259) says of a text. Not valid are also texts that the library refuses for
+/// other reasons: they are not UTF-8, have an escape for half a surrogate pair, or more than 512 levels.
+struct GrammarResult {
     bool valid = false;
-    bool isObject = false;     ///< Only of a valid text.
-    bool longExponent = false; ///< A number has an exponent of more than nine digits, which may be refused.
+    bool isObject = false; ///< Only of a valid text.
+    bool longExponent =
+        false; ///< A number has an exponent of more than nine digits, which Boost.JSON may refuse.
 };
 
-/// A byte-order mark at the start is skipped. Shares nothing with the library.
-Reading readByGrammar(std::string_view text);
+/// Skips a byte-order mark at the start. Shares no code with the library.
+GrammarResult parseByGrammar(std::string_view text);
 
 } // namespace kinovane::fuzz

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Every record that can be written: what was read is written, and what was written reads back as the same.
+// Every record with a writing form: a decoded record is encoded, and decoding that gives an equal record.
 
 #include <kinovane/agent_runtime.hpp>
 #include <kinovane/handoff.hpp>
@@ -15,7 +15,7 @@
 namespace kinovane::fuzz {
 namespace {
 
-using Written =
+using WritableRecords =
     RecordChoice<FilmApproval, FilmDepartmentTask, FilmShotState, FilmReviewRequest, FilmJob,
                  FilmProductionConfiguration, FilmModelConfiguration, FilmArtifact, FilmProof, FilmIssue,
                  FilmProductionPlan, FilmTarget, FilmCastMember, FilmLocation, FilmProductionShot,
@@ -24,20 +24,19 @@ using Written =
                  FilmStatusResponse, FilmVistrelExportReceipt, PiAgentLaunchSpec, QuexRunAgentModel,
                  QuexRunAgentPi, QuexRunAgentStatus>;
 
-/// Records are compared by value. That is safe, because no number that is unequal to itself comes out of
-/// reading: JSON cannot say NaN, and what is too large for a double is refused. A lost sign of 0, which
-/// comparing would not see, shows in the written bytes.
+/// Records can be compared by value, because decoding never gives a NaN: JSON has none, and a number that is
+/// too large for a double is refused. The sign of 0, which comparing ignores, shows in the encoded bytes.
 template <class Record>
-void writeAndReadBack(const Record& record, JSONFormat format) {
+void checkRoundTrip(const Record& record, JSONFormat format) {
     const std::string document = encodeJSON(record, format);
-    const Reading reading = readByGrammar(document);
-    promise(reading.valid && reading.isObject, "what is written is JSON", document);
-    const Record again = decodeJSON<Record>(document);
-    promise(again == record, "what is written reads back equal", document);
-    promise(encodeJSON(again, format) == document, "writing again gives the same bytes", document);
+    const GrammarResult grammar = parseByGrammar(document);
+    promise(grammar.valid && grammar.isObject, "an encoded record is a JSON object", document);
+    const Record decoded = decodeJSON<Record>(document);
+    promise(decoded == record, "an encoded record is decoded as an equal one", document);
+    promise(encodeJSON(decoded, format) == document, "encoding it again gives the same bytes", document);
 }
 
-struct ReadAndWrite {
+struct CheckRoundTrips {
     template <class Record>
     void operator()(std::string_view document) const {
         const auto outcome = decodeWithinMemory<Record>(document);
@@ -45,10 +44,10 @@ struct ReadAndWrite {
         if (record == nullptr)
             return;
         try {
-            writeAndReadBack(*record, JSONFormat::compact);
-            writeAndReadBack(*record, JSONFormat::pretty);
+            checkRoundTrip(*record, JSONFormat::compact);
+            checkRoundTrip(*record, JSONFormat::pretty);
         } catch (const std::exception& error) {
-            promise(false, "what was read can be written and read again", error.what());
+            promise(false, "a decoded record can be encoded and decoded again", error.what());
         }
     }
 };
@@ -58,6 +57,6 @@ struct ReadAndWrite {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kinovane::fuzz;
-    Written::apply(textOf(data, size), ReadAndWrite());
+    WritableRecords::apply(textOf(data, size), CheckRoundTrips());
     return 0;
 }

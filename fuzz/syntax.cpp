@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What is JSON and what is not: the reader and an independent grammar agree on every text.
+// Whether a text is valid JSON: the decoder and an independent parser agree on every text.
 
 #include <algorithm>
 #include <charconv>
@@ -15,9 +15,9 @@
 namespace kinovane::fuzz {
 namespace {
 
-/// Takes a number and the text after it from the front of a message.
-std::size_t takeNumber(std::string_view& message, std::string_view before) {
-    promise(message.starts_with(before), "a syntax error tells line and column", message);
+/// Removes `before` and the number after it from the front of a message; returns the number.
+std::size_t removeNumber(std::string_view& message, std::string_view before) {
+    promise(message.starts_with(before), "a syntax error has line and column", message);
     message.remove_prefix(before.size());
     std::size_t number = 0;
     const auto [end, error] = std::from_chars(message.data(), message.data() + message.size(), number);
@@ -26,40 +26,39 @@ std::size_t takeNumber(std::string_view& message, std::string_view before) {
     return number;
 }
 
-/// The line exists, and the column is one of its characters or just after them.
-void checkPlace(std::string_view text, const Refusal& refusal) {
-    std::string_view message = refusal.message;
-    const std::size_t line = takeNumber(message, "line ");
-    const std::size_t column = takeNumber(message, ", column ");
-    promise(message.starts_with(": ") && message.size() > 2, "a syntax error says what is wrong", message);
+/// The line exists, and the column is that of one of its characters or just after them.
+void checkPosition(std::string_view text, const ErrorTexts& error) {
+    std::string_view message = error.message;
+    const std::size_t line = removeNumber(message, "line ");
+    const std::size_t column = removeNumber(message, ", column ");
+    promise(message.starts_with(": ") && message.size() > 2, "a syntax error has a description", message);
     for (std::size_t above = 1; above < line; ++above) {
         const std::size_t lineEnd = text.find('\n');
-        promise(lineEnd != std::string_view::npos, "a syntax error is on a line of the text",
-                refusal.message);
+        promise(lineEnd != std::string_view::npos, "a syntax error is on a line of the text", error.message);
         text.remove_prefix(lineEnd + 1);
     }
     promise(column <= text.substr(0, text.find('\n')).size() + 1, "a syntax error is in a column of its line",
-            refusal.message);
+            error.message);
 }
 
 /// Every field of this record is optional, so any object is one unless a field's value is wrong.
 void compare(std::string_view text) {
-    const Reading reading = readByGrammar(text);
+    const GrammarResult grammar = parseByGrammar(text);
     const auto outcome = decodeWithinMemory<FilmTarget>(text);
-    const auto* refusal = std::get_if<Refusal>(&outcome);
-    const bool syntaxError = refusal != nullptr && refusal->isSyntaxError();
+    const auto* error = std::get_if<ErrorTexts>(&outcome);
+    const bool syntaxError = error != nullptr && error->isSyntaxError();
     if (syntaxError)
-        checkPlace(text, *refusal);
-    if (reading.longExponent)
+        checkPosition(text, *error);
+    if (grammar.longExponent)
         return;
-    promise(syntaxError == !reading.valid,
-            reading.valid ? "JSON is no syntax error" : "what is not JSON is a syntax error", text);
-    if (reading.valid && !reading.isObject)
-        promise(refusal != nullptr && refusal->path.empty() &&
-                    refusal->message.starts_with("expected an object, found "),
+    promise(syntaxError == !grammar.valid,
+            grammar.valid ? "valid JSON is no syntax error" : "invalid JSON is a syntax error", text);
+    if (grammar.valid && !grammar.isObject)
+        promise(error != nullptr && error->path.empty() &&
+                    error->message.starts_with("expected an object, found "),
                 "a record is an object", text);
-    if (reading.isObject)
-        promise(refusal == nullptr || !refusal->path.empty(), "a wrong value of an object has a place", text);
+    if (grammar.isObject)
+        promise(error == nullptr || !error->path.empty(), "a wrong value in an object has a path", text);
 }
 
 } // namespace

@@ -12,7 +12,7 @@
 
 #include <kinovane/export.hpp>
 
-/// The one shape of this library's error classes.
+/// The base class of FilmProjectError, FilmToolError and VistrelHandoffError.
 namespace kinovane {
 
 namespace detail {
@@ -23,31 +23,34 @@ inline constexpr bool isCaseOf<Value, std::variant<Cases...>> =
     std::same_as<Value, std::variant<Cases...>> || (std::same_as<Value, Cases> || ...);
 } // namespace detail
 
-/// An exception that is one of several named cases, each with its payload. `Cases` holds a struct for every
-/// case, `using Case = std::variant<…>` over them in declared order, and `static std::string describe(const
-/// Case&)`.
+/// An exception that is one of several named cases, each with a payload. `Cases` contains one struct for each
+/// case, `using Case = std::variant<…>` with these structs in declared order, and
+/// `static std::string describe(const Case&)`.
 ///
-/// A case is tested with `std::get_if<Error::someCase>(&error.value())`. Two errors are equal when they are
-/// the same case with equal payloads. Copies share one immutable state, so copying never throws and a copy
-/// may be read from any thread.
+/// To throw:   `throw FilmProjectError(FilmProjectError::missingProject{location});`
+/// To examine: `if (const auto* missing = std::get_if<FilmProjectError::missingProject>(&error.value()))`
+///
+/// Two errors are equal when they are the same case with equal payloads. Copies share one immutable state:
+/// copying never throws, moving is copying, and an error may be read from several threads at once.
 template <class Cases>
 class KINOVANE_EXPORT CaseError : public std::exception, public Cases {
   public:
     using Case = typename Cases::Case;
 
-    /// From any case, or from a ready variant of them.
+    /// Converts from any of the cases, and from the variant.
     template <class Value>
         requires detail::isCaseOf<std::remove_cvref_t<Value>, Case>
-    CaseError(Value&& value) // NOLINT(google-explicit-constructor): a case is an error wherever one is wanted
+    CaseError(Value&& value) // NOLINT(google-explicit-constructor): each case converts to the error
         : CaseError(Case(std::forward<Value>(value)), Described{}) {}
 
     CaseError(const CaseError&) noexcept = default;
     CaseError& operator=(const CaseError&) noexcept = default;
     ~CaseError() override = default;
 
+    /// The case and its payload; valid as long as this error or a copy of it.
     const Case& value() const noexcept { return state_->value; }
 
-    /// The text to show to a user.
+    /// The message for users, in English. The same text as `what`.
     std::string errorDescription() const { return state_->description; }
 
     const char* what() const noexcept override { return state_->description.c_str(); }

@@ -11,39 +11,46 @@
 #include <kinovane/export.hpp>
 #include <kinovane/json.hpp>
 
-/// film-project.json: the state of one film project, written by the film tool after every step.
+/// The records of film-project.json, the state file of a film project. The film tool writes it after every
+/// step; the library only reads it.
 ///
-/// Every record is a plain aggregate. A member has the name of its JSON key; optional members are absent when
-/// the key is missing or null, and all other keys are required. Time stamps are opaque text, as the film tool
-/// wrote them. Records are independent values: copy, move and share them between threads as you would a
-/// std::string.
+/// Every record is a plain aggregate whose members have the names of their JSON keys. A std::optional member
+/// is absent when its key is missing or null. All other keys are required, except those of FilmBrief, and
+/// decodeJSON throws JSONDecodingError when one is missing or has a value of another type. Unknown keys are
+/// ignored. encodeJSON leaves out the keys of absent members. Time stamps, status words and phase words are
+/// text exactly as the film tool wrote it, and are not interpreted.
+///
+/// Records own their data. Different objects may be used from different threads, and one object may be read
+/// from several threads at once.
 namespace kinovane {
 
-/// The creative brief. Read only. In the document each value may stand in the nested objects "target" and
-/// "creative" or under a flat key; the nested one wins, and an absent list is empty.
+/// The creative brief: what the film is meant to be. It can be read but not written. In the document, a value
+/// is found under a flat key or in one of the nested objects "target" and "creative"; the nested value takes
+/// precedence. Every key is optional, and a list that is missing is empty.
 struct KINOVANE_EXPORT FilmBrief {
-    std::optional<std::string> audience;
-    std::optional<std::string> genre;
-    std::optional<std::string> tone;
-    std::optional<std::string> rating;
-    std::optional<std::string> language;
-    std::optional<std::string> platform;
-    std::optional<std::string> usage;
+    std::optional<std::string> audience; ///< target.audience, else audience
+    std::optional<std::string> genre;    ///< creative.genre, else genre
+    std::optional<std::string> tone;     ///< creative.tone, else tone
+    std::optional<std::string> rating;   ///< target.rating, else rating
+    std::optional<std::string> language; ///< target.language, else language
+    std::optional<std::string> platform; ///< target.platform, else platform
+    std::optional<std::string> usage;    ///< target.usage, else usage
+    /// In seconds: target.durationSeconds, else targetDurationSeconds.
     std::optional<double> targetDurationSeconds;
-    std::vector<std::string> mustHaves;
-    std::vector<std::string> exclusions;
-    std::vector<std::string> references;
-    std::vector<std::string> openQuestions;
+    std::vector<std::string> mustHaves;     ///< creative.mustHaves, else mustHaves
+    std::vector<std::string> exclusions;    ///< creative.exclusions, else exclusions
+    std::vector<std::string> references;    ///< creative.references, else references
+    std::vector<std::string> openQuestions; ///< openQuestions
 
     bool operator==(const FilmBrief&) const = default;
 };
 
-/// One human approval gate. The gate's name is its key in FilmProject::approvals.
+/// One human approval gate. The name of the gate is its key in FilmProject::approvals.
 struct KINOVANE_EXPORT FilmApproval {
     std::string status;
     std::optional<std::string> summary;
-    std::optional<std::string> requestedAt;
-    std::optional<std::string> approvedAt;
+    std::optional<std::string> requestedAt; ///< Time stamp.
+    std::optional<std::string> approvedAt;  ///< Time stamp.
     std::optional<std::string> approvedBy;
     std::optional<std::string> note;
 
@@ -55,7 +62,7 @@ struct KINOVANE_EXPORT FilmDepartmentTask {
     std::string id;
     std::string role;
     std::string phase;
-    std::vector<std::string> dependsOn; ///< Ids of other tasks; they are not checked to exist.
+    std::vector<std::string> dependsOn; ///< Ids of other tasks, which need not exist.
     bool synthesis = false;
     std::string status;
     std::int64_t attempts = 0;
@@ -63,26 +70,26 @@ struct KINOVANE_EXPORT FilmDepartmentTask {
     bool operator==(const FilmDepartmentTask&) const = default;
 };
 
-/// Where the production of one shot stands.
+/// The production state of one shot.
 struct KINOVANE_EXPORT FilmShotState {
-    std::string id;
+    std::string id; ///< Of the shot.
     std::optional<std::string> status;
-    std::optional<std::int64_t> take;
-    std::optional<std::int64_t> selectedCandidate;
+    std::optional<std::int64_t> take;              ///< The number of the current take.
+    std::optional<std::int64_t> selectedCandidate; ///< The index of the chosen candidate.
 
     bool operator==(const FilmShotState&) const = default;
 };
 
-/// A review note recorded against a shot.
+/// A review note on a shot.
 struct KINOVANE_EXPORT FilmReviewRequest {
-    std::string shotId;
+    std::string shotId; ///< Need not be the id of an existing shot.
     std::string note;
     std::string status;
-    std::string recordedAt;
-    std::optional<std::string> appliedAt;
-    std::optional<std::int64_t> archivedTake;
+    std::string recordedAt;                   ///< Time stamp.
+    std::optional<std::string> appliedAt;     ///< Time stamp.
+    std::optional<std::int64_t> archivedTake; ///< The number of a take.
 
-    /// The shot's id and the time of recording, joined by ":".
+    /// The identity of the request: `shotId` and `recordedAt`, joined by ":".
     std::string id() const;
 
     bool operator==(const FilmReviewRequest&) const = default;
@@ -105,15 +112,15 @@ struct KINOVANE_EXPORT FilmModelConfiguration {
     std::string imageShot;
     std::string video;
     std::string visionInspector;
-    std::string speechAsr;
-    std::string speechTts;
-    std::string sfx;
+    std::string speechAsr; ///< Speech recognition.
+    std::string speechTts; ///< Speech synthesis.
+    std::string sfx;       ///< Sound effects.
     std::string music;
 
     bool operator==(const FilmModelConfiguration&) const = default;
 };
 
-/// The settings of the production.
+/// The production settings.
 struct KINOVANE_EXPORT FilmProductionConfiguration {
     std::string mode;
     std::int64_t takesPerShot = 0;
@@ -127,24 +134,23 @@ struct KINOVANE_EXPORT FilmProductionConfiguration {
     bool operator==(const FilmProductionConfiguration&) const = default;
 };
 
-/// One produced file, as the film tool recorded it.
+/// One file that the film tool produced, as it was recorded. Nothing in it is checked against the file.
 struct KINOVANE_EXPORT FilmArtifact {
-    std::int64_t bytes = 0;  ///< Size of the file in bytes, as recorded.
-    std::string contentType; ///< Media type, such as "video/mp4".
-    std::string createdAt;
-    std::string kind; ///< Such as "shot-clip" or "delivery-master"; any text is accepted.
-    std::string path; ///< Absolute when it begins with "/", otherwise relative to the workspace's directory.
-    std::string
-        sha256; ///< Recorded digest: "sha256:" and 64 lowercase hexadecimal digits in a sound project.
+    std::int64_t bytes = 0;  ///< The size of the file in bytes.
+    std::string contentType; ///< The media type, such as "video/mp4".
+    std::string createdAt;   ///< Time stamp.
+    std::string kind;        ///< Such as "shot-clip" or "delivery-master"; may be any text.
+    std::string path;   ///< Absolute when it begins with "/", otherwise relative to the workspace directory.
+    std::string sha256; ///< The digest: "sha256:" and 64 lowercase hexadecimal digits; may be any text.
     std::string source; ///< What produced the file.
 
-    /// Kind, path and digest, joined by ":".
+    /// The identity of the artifact: `kind`, `path` and `sha256`, joined by ":".
     std::string id() const;
 
     bool operator==(const FilmArtifact&) const = default;
 };
 
-/// Completion of the ten production steps.
+/// Whether each of the ten production steps is complete.
 struct KINOVANE_EXPORT FilmProof {
     bool creation = false;
     bool clips = false;
@@ -157,7 +163,7 @@ struct KINOVANE_EXPORT FilmProof {
     bool humanReview = false;
     bool delivery = false;
 
-    /// How many of the ten steps are complete.
+    /// The number of complete steps, 0 to 10.
     int completedCount() const noexcept;
 
     bool operator==(const FilmProof&) const = default;
@@ -168,32 +174,32 @@ struct KINOVANE_EXPORT FilmIssue {
     std::string code;
     std::string message;
     bool blocking = false;
-    std::optional<std::string> recordedAt;
+    std::optional<std::string> recordedAt; ///< Time stamp.
 
-    /// The code.
+    /// The identity of the issue: its `code`. The reference is valid as long as this object.
     const std::string& id() const noexcept;
 
     bool operator==(const FilmIssue&) const = default;
 };
 
-/// The whole of film-project.json. Read only.
+/// The whole of film-project.json. It can be read but not written.
 struct KINOVANE_EXPORT FilmProject {
-    std::string contractVersion;
+    std::string contractVersion; ///< FilmProjectLoader accepts "quexrun/film-project.v1" only.
     std::string projectId;
     std::string title;
-    std::string idea;
-    std::string createdAt;
-    std::string updatedAt;
+    std::string idea;      ///< The user's idea for the film, in free text.
+    std::string createdAt; ///< Time stamp.
+    std::string updatedAt; ///< Time stamp of the last change.
     std::string status;
     std::string phase;
     FilmBrief brief;
-    std::map<std::string, FilmApproval> approvals; ///< By gate name.
+    std::map<std::string, FilmApproval> approvals; ///< By the name of the gate.
     std::vector<FilmDepartmentTask> departments;
     std::vector<FilmShotState> shots;
     std::vector<FilmReviewRequest> reviewRequests;
     std::vector<FilmJob> jobs;
     FilmProductionConfiguration production;
-    std::vector<FilmArtifact> artifacts; ///< In the order in which the film tool recorded them.
+    std::vector<FilmArtifact> artifacts; ///< Every file produced, in the order of recording.
     FilmProof proof;
     std::vector<FilmIssue> issues;
 

@@ -10,26 +10,32 @@
 #include <kinovane/export.hpp>
 #include <kinovane/json.hpp>
 
-/// production-plan.json: the film, shot by shot, written by the film tool.
+/// The records of production-plan.json, the plan of a film, shot by shot. The film tool writes it; the
+/// library only reads it. FilmCastMember, FilmLocation, FilmDialogueLine and FilmSoundEffect are also parts
+/// of the handoff document (handoff.hpp), which the library writes.
 ///
-/// Every record is a plain aggregate. A member has the name of its JSON key; optional members are absent when
-/// the key is missing or null, and all other keys are required. Time stamps are opaque text, as the film tool
-/// wrote them. Records are independent values: copy, move and share them between threads as you would a
-/// std::string.
+/// Every record is a plain aggregate whose members have the names of their JSON keys. A std::optional member
+/// is absent when its key is missing or null. All other keys are required, and decodeJSON throws
+/// JSONDecodingError when one is missing or has a value of another type. Unknown keys are ignored. encodeJSON
+/// leaves out the keys of absent members. Time stamps and
+/// status words are text exactly as the film tool wrote it, and are not interpreted.
+///
+/// Records own their data. Different objects may be used from different threads, and one object may be read
+/// from several threads at once.
 namespace kinovane {
 
-/// What is to be delivered.
+/// The format in which the film is delivered.
 struct KINOVANE_EXPORT FilmTarget {
-    std::optional<std::string> aspectRatio;
+    std::optional<std::string> aspectRatio; ///< As text.
     std::optional<std::string> audience;
     std::optional<double> durationSeconds;
-    std::optional<std::int64_t> fps;
-    std::optional<std::int64_t> height; ///< Pixels.
+    std::optional<std::int64_t> fps;    ///< Frames per second.
+    std::optional<std::int64_t> height; ///< Of a frame, in pixels.
     std::optional<std::string> language;
     std::optional<std::string> platform;
     std::optional<std::string> rating;
     std::optional<std::string> usage;
-    std::optional<std::int64_t> width; ///< Pixels.
+    std::optional<std::int64_t> width; ///< Of a frame, in pixels.
 
     bool operator==(const FilmTarget&) const = default;
 };
@@ -38,31 +44,31 @@ struct KINOVANE_EXPORT FilmTarget {
 struct KINOVANE_EXPORT FilmCastMember {
     std::string id;
     std::string name;
-    std::string visual;
+    std::string visual; ///< The description from which images are generated.
     std::string wardrobe;
     std::string voice;
-    std::optional<std::int64_t> seed;
+    std::optional<std::int64_t> seed; ///< Generation seed.
 
     bool operator==(const FilmCastMember&) const = default;
 };
 
-/// A set of the film.
+/// A set of the film. Not a location in the file system.
 struct KINOVANE_EXPORT FilmLocation {
     std::string id;
     std::string name;
-    std::string visual;
-    std::string ambience;
-    std::optional<std::int64_t> seed;
+    std::string visual;               ///< The description from which images are generated.
+    std::string ambience;             ///< The description of the ambient sound.
+    std::optional<std::int64_t> seed; ///< Generation seed.
 
     bool operator==(const FilmLocation&) const = default;
 };
 
 /// A spoken line of a shot.
 struct KINOVANE_EXPORT FilmDialogueLine {
-    std::string speaker;
+    std::string speaker; ///< The id or the name of a cast member.
     std::string text;
     double startSeconds = 0; ///< From the start of the shot.
-    std::string delivery;
+    std::string delivery;    ///< How the line is spoken.
 
     bool operator==(const FilmDialogueLine&) const = default;
 };
@@ -72,45 +78,45 @@ struct KINOVANE_EXPORT FilmSoundEffect {
     std::string prompt;
     double startSeconds = 0; ///< From the start of the shot.
     double durationSeconds = 0;
-    double levelDb = 0; ///< Decibels.
-    std::int64_t seed = 0;
+    double levelDb = 0;    ///< The level in decibels.
+    std::int64_t seed = 0; ///< Generation seed.
 
     bool operator==(const FilmSoundEffect&) const = default;
 };
 
-/// A shot of the plan. Its place in the film is its position in FilmProductionPlan::shots.
+/// A shot of the plan. Its order in the film is its position in FilmProductionPlan::shots.
 struct KINOVANE_EXPORT FilmProductionShot {
     std::string id;
-    std::string purpose;
-    std::string framePrompt; ///< For the still key frame.
-    std::string prompt;      ///< For the moving clip.
-    double durationSeconds = 0;
-    std::int64_t seed = 0;
-    std::vector<std::string> characters; ///< Ids of cast members.
-    std::string location;                ///< Id of a location.
+    std::string purpose;                 ///< What the shot contributes to the story.
+    std::string framePrompt;             ///< The prompt for the still key frame.
+    std::string prompt;                  ///< The prompt for the moving clip.
+    double durationSeconds = 0;          ///< The length of the shot.
+    std::int64_t seed = 0;               ///< Generation seed.
+    std::vector<std::string> characters; ///< Ids of FilmCastMember records, which need not exist.
+    std::string location;                ///< The id of a FilmLocation, which need not exist.
     std::vector<FilmDialogueLine> dialogue;
     std::vector<FilmSoundEffect> soundEffects;
-    std::string transition; ///< Into the next shot.
+    std::string transition; ///< The transition into the next shot.
     std::string status;
-    std::int64_t take = 0;
-    std::optional<std::int64_t> selectedCandidate;
-    std::optional<std::int64_t> selectedSeed;
+    std::int64_t take = 0;                         ///< The number of the current take.
+    std::optional<std::int64_t> selectedCandidate; ///< The index of the chosen candidate.
+    std::optional<std::int64_t> selectedSeed;      ///< The generation seed of the chosen candidate.
 
     bool operator==(const FilmProductionShot&) const = default;
 };
 
 /// The whole of production-plan.json.
 struct KINOVANE_EXPORT FilmProductionPlan {
-    std::string contractVersion; ///< Kept as read; no value is required.
-    std::string projectId;
+    std::string contractVersion; ///< May be any text.
+    std::string projectId;       ///< Of the project that the plan belongs to.
     std::string title;
-    std::string createdAt;
+    std::string createdAt; ///< Time stamp.
     FilmTarget target;
-    std::string scorePrompt;
+    std::string scorePrompt; ///< The prompt for the music.
     std::vector<FilmCastMember> cast;
     std::vector<FilmLocation> locations;
-    std::vector<FilmProductionShot> shots; ///< In film order.
-    double plannedDurationSeconds = 0;
+    std::vector<FilmProductionShot> shots; ///< In the order of the film.
+    double plannedDurationSeconds = 0;     ///< The planned running time.
 
     bool operator==(const FilmProductionPlan&) const = default;
 };

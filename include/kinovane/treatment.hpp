@@ -8,23 +8,26 @@
 #include <kinovane/export.hpp>
 #include <kinovane/json.hpp>
 
-/// treatment.json: the film in prose, written by the film tool.
+/// The record of treatment.json, the outline of a film in prose. The film tool writes it; the library only
+/// reads it.
 ///
-/// Every record is a plain aggregate. A member has the name of its JSON key; optional members are absent when
-/// the key is missing or null, and all other keys are required. Time stamps are opaque text, as the film tool
-/// wrote them. Records are independent values: copy, move and share them between threads as you would a
-/// std::string.
+/// The record is a plain aggregate whose members have the names of their JSON keys. Every key is required,
+/// and decodeJSON throws JSONDecodingError when one is missing or has a value of another type. Unknown keys
+/// are ignored.
+///
+/// A record owns its data. Different objects may be used from different threads, and one object may be read
+/// from several threads at once.
 namespace kinovane {
 
 /// The whole of treatment.json.
 struct KINOVANE_EXPORT FilmTreatment {
-    std::string title;
-    std::string logline;
-    std::string synopsis;
+    std::string title;    ///< Of the film.
+    std::string logline;  ///< The film in one sentence.
+    std::string synopsis; ///< The story.
     std::string theme;
-    std::vector<std::string> beats;
-    std::string visualLanguage;
-    std::string soundLanguage;
+    std::vector<std::string> beats; ///< The story beats, in order.
+    std::string visualLanguage;     ///< The visual style.
+    std::string soundLanguage;      ///< The sound style.
 
     bool operator==(const FilmTreatment&) const = default;
 };

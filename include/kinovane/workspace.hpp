@@ -14,31 +14,37 @@
 #include <kinovane/production_plan.hpp>
 #include <kinovane/treatment.hpp>
 
-/// A film workspace on disk: the loader that turns the location of a run manifest into one immutable snapshot
-/// of the workspace's documents.
+/// Loading a film workspace. A workspace is a directory that contains a run manifest (usually "run.json"),
+/// the documents "film-project.json" and, optionally, "production-plan.json" and "treatment.json", and the
+/// produced files. The film tool writes them; FilmProjectLoader reads the documents into a
+/// FilmWorkspaceSnapshot.
 namespace kinovane {
 
-/// A film workspace as it was when it was loaded. Owns its documents, holds no open file, and never changes;
-/// load again to see what the film tool has done since. May be shared between threads.
+/// The documents of a workspace at the time of loading. Owns its data and keeps no file open. It is not
+/// updated when the film tool changes the documents; load again for their current state. May be read from
+/// several threads at once.
 struct KINOVANE_EXPORT FilmWorkspaceSnapshot {
-    std::filesystem::path root;        ///< The directory that holds the run manifest; absolute.
-    std::filesystem::path runManifest; ///< Absolute, without "." and "..".
+    std::filesystem::path root;        ///< The directory of the run manifest; absolute.
+    std::filesystem::path runManifest; ///< Absolute, without "." and ".." components.
     FilmProject project;
     std::optional<FilmProductionPlan> productionPlan; ///< Absent when there is no production-plan.json.
     std::optional<FilmTreatment> treatment;           ///< Absent when there is no treatment.json.
 
-    /// Where the artifact's file lies: its path as it stands when absolute, otherwise below `root`. Does not
-    /// touch the disk and does not check that the place lies inside `root`; never open what it names as part
-    /// of a publish. Keeps every byte: a NUL byte in `root` or the path, where the operating system would cut
-    /// it, and an empty `root`, below which nothing lies, are for the caller to refuse.
+    /// The location of the artifact's file: its path when that is absolute, otherwise its path appended to
+    /// `root`. Does not access the disk.
+    ///
+    /// The result is not checked, and may be outside `root`: do not publish the file that it names. The
+    /// caller must also refuse an empty `root` (the result is then relative) and a NUL byte in the result, at
+    /// which the operating system would truncate it.
     std::filesystem::path artifactURL(const FilmArtifact& artifact) const;
 
-    /// The artifact of this kind that the project lists last, if any.
+    /// The last artifact of this kind in `project.artifacts`, if any. Time stamps are not compared.
     std::optional<FilmArtifact> latestArtifact(std::string_view kind) const;
 
-    /// The best finished cut whose file exists now: the latest "delivery-master", else the latest
-    /// "final-master", else the latest "rough-cut". A cut whose existence the file system does not confirm,
-    /// such as one in a directory that may not be searched, is passed over. Looks at the disk at each call.
+    /// The location of the best cut whose file exists: that of the latest "delivery-master", else of the
+    /// latest "final-master", else of the latest "rough-cut". Accesses the disk at each call. A cut counts as
+    /// missing when the file system does not tell whether it exists, as in a directory without search
+    /// permission.
     std::optional<std::filesystem::path> playableCutURL() const;
 
     bool operator==(const FilmWorkspaceSnapshot&) const = default;
@@ -46,31 +52,31 @@ struct KINOVANE_EXPORT FilmWorkspaceSnapshot {
 
 /// The cases of FilmProjectError.
 struct KINOVANE_EXPORT FilmProjectErrorCases {
-    /// Nothing exists at the run manifest's (standardised) location.
+    /// The run manifest does not exist.
     struct missingRunManifest {
-        std::filesystem::path location;
+        std::filesystem::path location; ///< The standardized location of the run manifest.
         bool operator==(const missingRunManifest&) const = default;
     };
-    /// The run manifest's directory holds no film-project.json.
+    /// The directory of the run manifest contains no film-project.json.
     struct missingProject {
-        std::filesystem::path location; ///< Where film-project.json was expected.
+        std::filesystem::path location; ///< The expected location of film-project.json.
         bool operator==(const missingProject&) const = default;
     };
-    /// film-project.json follows another contract than this library reads.
+    /// The contractVersion of film-project.json is not "quexrun/film-project.v1".
     struct unsupportedContract {
-        std::string identifier; ///< As found in the document.
+        std::string identifier; ///< The contractVersion in the document.
         bool operator==(const unsupportedContract&) const = default;
     };
-    /// A document of the workspace cannot be read, or does not hold what it should.
+    /// One of the three documents cannot be read, is not valid JSON, or does not contain the record.
     struct invalidProject {
-        std::string description; ///< Begins with the document's file name.
+        std::string description; ///< The file name and the reason: "treatment.json: title is missing".
         bool operator==(const invalidProject&) const = default;
     };
     using Case = std::variant<missingRunManifest, missingProject, unsupportedContract, invalidProject>;
     static std::string describe(const Case& value);
 };
 
-/// Why a workspace could not be loaded.
+/// The reason why a workspace could not be loaded.
 class KINOVANE_EXPORT FilmProjectError final : public CaseError<FilmProjectErrorCases> {
   public:
     using CaseError::CaseError;
@@ -81,11 +87,12 @@ class KINOVANE_EXPORT FilmProjectError final : public CaseError<FilmProjectError
 
 namespace FilmProjectLoader {
 
-/// Loads the workspace of a run manifest ("run.json", whose existence alone counts): "film-project.json" and,
-/// where they exist, "production-plan.json" and "treatment.json" beside it.
+/// Loads the workspace of a run manifest: "film-project.json" and, where they exist, "production-plan.json"
+/// and "treatment.json" in its directory. The run manifest itself must exist and is not opened. A relative
+/// location is resolved against the working directory.
 ///
-/// Throws FilmProjectError. Blocks on file input, so call it off the interface thread; several calls may run
-/// at once.
+/// Throws FilmProjectError for the first failure in this order: the run manifest, the project, its contract,
+/// the plan, the treatment. Blocks while it reads the files. May be called from several threads at once.
 KINOVANE_EXPORT FilmWorkspaceSnapshot load(const std::filesystem::path& runManifest);
 
 } // namespace FilmProjectLoader

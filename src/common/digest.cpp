@@ -16,34 +16,35 @@ namespace kinovane {
 
 namespace {
 
-// The digest library fails here only when it is out of memory.
-void require(int succeeded) {
-    if (succeeded != 1)
+/// Checks the result of a libcrypto call that fails only when it is out of memory.
+void check(int result) {
+    if (result != 1)
         throw std::bad_alloc();
 }
 
-/// Held while the algorithm is fetched. Never destroyed, because it is used at exit.
-std::mutex& fetching() {
+/// Locked while the algorithm is fetched. Never destroyed, because it is used at exit.
+std::mutex& fetchMutex() {
     static auto& mutex = *new std::mutex;
     return mutex;
 }
 
-/// Registered to run at exit before libcrypto's own clean-up, which must not begin in the middle of a fetch.
-void awaitFetch() { const std::lock_guard lock(fetching()); }
+/// Waits for a fetch in progress. Runs at exit, before libcrypto's own clean-up, which must not begin during
+/// a fetch.
+void awaitFetch() { const std::lock_guard lock(fetchMutex()); }
 
-/// Fetches SHA-256 from a library context of its own. At exit libcrypto frees the default context, and a
-/// worker thread may still be computing a digest at that moment. Nothing frees this one.
+/// Fetches SHA-256 from a separate library context, which is never freed. libcrypto frees the default context
+/// at exit, when a worker thread may still be computing a digest.
 EVP_MD* fetchAlgorithm() {
-    const std::lock_guard lock(fetching());
+    const std::lock_guard lock(fetchMutex());
     [[maybe_unused]] static const int registered = std::atexit(awaitFetch);
-    // The clean-up at exit is not registered, unless the application uses libcrypto itself and did so before.
-    // Nothing else is decided here: the application's own configuration of libcrypto stays possible.
+    // Keeps libcrypto from registering its clean-up at exit, unless the application has already initialised
+    // libcrypto. Leaves all other settings of libcrypto to the application.
     if (OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr) != 1)
         throw std::runtime_error("libcrypto cannot be used any more, because the process is exiting");
     static OSSL_LIB_CTX* const context = OSSL_LIB_CTX_new();
     if (context == nullptr)
         throw std::bad_alloc();
-    ERR_set_mark(); // The application's errors stay as they are.
+    ERR_set_mark(); // Keeps the errors that the application has not read yet.
     EVP_MD* const algorithm = EVP_MD_fetch(context, "SHA2-256", nullptr);
     const bool outOfMemory =
         algorithm == nullptr && ERR_GET_REASON(ERR_peek_last_error()) == ERR_R_MALLOC_FAILURE;
@@ -55,8 +56,8 @@ EVP_MD* fetchAlgorithm() {
     return algorithm;
 }
 
-/// The algorithm is fetched once: looking it up costs as much as digesting a small file. After a failure the
-/// next call tries again.
+/// Fetches the algorithm once, because a fetch takes as long as the digest of a small file. After a failure
+/// the next call tries again.
 const EVP_MD* algorithm() {
     static const EVP_MD* const fetched = fetchAlgorithm();
     return fetched;
@@ -73,7 +74,7 @@ Digest::~Digest() { EVP_MD_CTX_free(context_); }
 
 void Digest::update(std::span<const std::byte> bytes) {
     begin();
-    require(EVP_DigestUpdate(context_, bytes.data(), bytes.size()));
+    check(EVP_DigestUpdate(context_, bytes.data(), bytes.size()));
 }
 
 std::string Digest::finish() {
@@ -81,7 +82,7 @@ std::string Digest::finish() {
     std::array<unsigned char, 32> value{};
     unsigned size = 0;
     begin();
-    require(EVP_DigestFinal_ex(context_, value.data(), &size));
+    check(EVP_DigestFinal_ex(context_, value.data(), &size));
     begun_ = false;
     std::string text = "sha256:";
     static_assert(sizeof("sha256:") == prefixLength + 1);
@@ -96,7 +97,7 @@ std::string Digest::finish() {
 void Digest::begin() {
     if (begun_)
         return;
-    require(EVP_DigestInit_ex2(context_, algorithm_, nullptr));
+    check(EVP_DigestInit_ex2(context_, algorithm_, nullptr));
     begun_ = true;
 }
 

@@ -11,10 +11,9 @@ struct evp_md_st;
 
 namespace kinovane {
 
-/// Computes SHA-256 digests, one after the other, as digest text: "sha256:" and 64 lowercase hexadecimal
-/// digits. Not to be shared between threads. Throws std::bad_alloc when it is out of memory, and
-/// std::runtime_error when the digest library of this machine has no SHA-256. It also works while the process
-/// exits, in threads that are still running then.
+/// Computes SHA-256 digests, one after the other, as text: "sha256:" and 64 lowercase hexadecimal digits.
+/// Not thread-safe: use one object for each thread. Also usable in threads that are still running while the
+/// process exits. Throws std::bad_alloc, and std::runtime_error when libcrypto has no SHA-256.
 class Digest {
   public:
     Digest();
@@ -24,20 +23,21 @@ class Digest {
 
     void update(std::span<const std::byte> bytes);
 
-    /// The digest of all bytes since the last call; begins a new digest.
+    /// The digest of all bytes since construction or the last `finish` or `restart`. The next `update` begins
+    /// a new digest.
     std::string finish();
 
-    /// Forgets the bytes so far.
+    /// Discards the bytes of the digest in progress.
     void restart() noexcept { begun_ = false; }
 
-    static constexpr std::size_t prefixLength = 7; ///< Of "sha256:".
+    static constexpr std::size_t prefixLength = 7; ///< The length of "sha256:".
 
   private:
     void begin();
 
     const evp_md_st* algorithm_;
     evp_md_ctx_st* context_;
-    bool begun_ = false; ///< The context is ready for more bytes of the digest at hand.
+    bool begun_ = false; ///< A digest is in progress.
 };
 
 /// The digest text of bytes in memory.

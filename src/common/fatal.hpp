@@ -6,8 +6,8 @@
 
 namespace kinovane {
 
-/// Ends the process after writing one line to standard error. Only for what a sound workspace cannot produce,
-/// where going on would publish something wrong.
+/// Writes the message and a line end to standard error, and calls std::abort. Only for conditions that cannot
+/// occur with a valid workspace, where continuing would publish wrong data.
 [[noreturn]] void fatalStop(std::string_view message) noexcept;
 
 } // namespace kinovane

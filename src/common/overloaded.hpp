@@ -4,7 +4,7 @@
 
 namespace kinovane {
 
-/// One visitor out of a lambda for each alternative.
+/// A visitor for std::visit, made of one lambda for each alternative of the variant.
 template <class... Lambdas>
 struct Overloaded : Lambdas... {
     using Lambdas::operator()...;

@@ -11,15 +11,15 @@ namespace {
 
 using Byte = unsigned char;
 
-/// What may follow a leading byte: how many bytes, and the limits of the first of them. The limits are what
-/// rules out overlong forms, surrogates and numbers beyond U+10FFFF.
-struct Lead {
-    std::size_t following = 0;
+/// The continuation bytes that a leading byte requires: their number, and the range of the first of them. The
+/// range excludes overlong forms, surrogates and code points above U+10FFFF.
+struct Continuation {
+    std::size_t count = 0;
     Byte lowest = 0x80;
     Byte highest = 0xBF;
 };
 
-Lead leadOf(Byte byte) noexcept {
+Continuation continuationOf(Byte byte) noexcept {
     if (byte >= 0xC2 && byte <= 0xDF)
         return {1};
     if (byte >= 0xE0 && byte <= 0xEF)
@@ -29,10 +29,10 @@ Lead leadOf(Byte byte) noexcept {
     return {};
 }
 
-/// How many bytes from `position` on belong together, and whether they are a whole sequence.
+/// A well-formed sequence, or the maximal subpart of an ill-formed one.
 struct Sequence {
     std::size_t length = 1;
-    bool whole = false;
+    bool wellFormed = false;
 };
 
 Sequence sequenceAt(std::string_view text, std::size_t position) noexcept {
@@ -40,13 +40,13 @@ Sequence sequenceAt(std::string_view text, std::size_t position) noexcept {
     const Byte first = byteAt(position);
     if (first < 0x80)
         return {1, true};
-    const Lead lead = leadOf(first);
-    if (lead.following == 0)
+    const Continuation continuation = continuationOf(first);
+    if (continuation.count == 0)
         return {1, false};
     std::size_t length = 1;
-    Byte lowest = lead.lowest;
-    Byte highest = lead.highest;
-    while (length <= lead.following) {
+    Byte lowest = continuation.lowest;
+    Byte highest = continuation.highest;
+    while (length <= continuation.count) {
         if (position + length == text.size() || byteAt(position + length) < lowest ||
             byteAt(position + length) > highest)
             return {length, false};
@@ -57,7 +57,7 @@ Sequence sequenceAt(std::string_view text, std::size_t position) noexcept {
     return {length, true};
 }
 
-/// The length of the longest beginning of `text` from `position` on that is UTF-8.
+/// The number of bytes from `position` on up to the first ill-formed sequence.
 std::size_t wellFormedLength(std::string_view text, std::size_t position) noexcept {
     const std::size_t start = position;
     while (position < text.size()) {
@@ -76,7 +76,7 @@ std::size_t wellFormedLength(std::string_view text, std::size_t position) noexce
 
 std::size_t sequenceLength(std::string_view text, std::size_t position) noexcept {
     const Sequence sequence = sequenceAt(text, position);
-    return sequence.whole ? sequence.length : 0;
+    return sequence.wellFormed ? sequence.length : 0;
 }
 
 std::size_t asciiLength(std::string_view text, std::size_t position) noexcept {

@@ -12,8 +12,8 @@
 #include "common/json/shape.hpp"
 #include "common/json/table.hpp"
 
-/// How the brief is laid out in film-project.json: every value under a flat key, or in one of two nested
-/// objects.
+/// The JSON form of FilmBrief in film-project.json. A value is found under a flat key or in one of the nested
+/// objects "target" and "creative", whose value takes precedence.
 namespace kinovane {
 
 struct BriefForm {
@@ -36,7 +36,7 @@ struct BriefForm {
         Texts references;
     };
 
-    // The nested objects come first, so that what is wrong in them is reported first.
+    // Declared first, so that an error in a nested object is reported before one in a flat key.
     std::optional<Target> target;
     std::optional<Creative> creative;
     Text audience;

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include <algorithm>
+#include <iterator>
+
 #include <kinovane/film_project.hpp>
 
 #include "common/json/instances.hpp"
@@ -15,10 +18,10 @@ std::string FilmArtifact::id() const { return kind + ":" + path + ":" + sha256; 
 const std::string& FilmIssue::id() const noexcept { return code; }
 
 int FilmProof::completedCount() const noexcept {
-    int count = 0;
-    std::apply([&](const auto&... step) { ((count += this->*step.member ? 1 : 0), ...); },
-               json::Table<FilmProof>::fields);
-    return count;
+    const bool steps[] = {creation, clips,      assembly, dialogue,    sound,
+                          captions, inspection, review,   humanReview, delivery};
+    static_assert(sizeof(steps) == sizeof(FilmProof), "every step is counted");
+    return static_cast<int>(std::count(std::begin(steps), std::end(steps), true));
 }
 
 KINOVANE_JSON_READABLE(FilmProject)

@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::string_view supportedContract = "quexrun/film-project.v1";
 
-/// Reads one document; whatever goes wrong becomes one description that begins with the document's name.
+/// Reads one document. Every failure becomes an invalidProject whose description begins with the file's name.
 template <class Document>
 Document read(const fs::path& location) {
     const auto invalid = [&](const std::string& why) {
@@ -41,12 +41,12 @@ Document read(const fs::path& location) {
 
 template <class Document>
 std::optional<Document> readIfPresent(const fs::path& location) {
-    if (!somethingExistsAt(location))
+    if (!mayExist(location))
         return std::nullopt;
     return read<Document>(location);
 }
 
-/// A location that the file system cannot even be asked about is one where nothing exists.
+/// The standardized location. One that cannot be standardized is used as given, and is then reported missing.
 fs::path standardizedOrAsGiven(const fs::path& location) {
     try {
         return standardized(location);
@@ -59,12 +59,12 @@ fs::path standardizedOrAsGiven(const fs::path& location) {
 
 FilmWorkspaceSnapshot FilmProjectLoader::load(const fs::path& runManifest) {
     const fs::path manifest = standardizedOrAsGiven(runManifest);
-    if (!somethingExistsAt(manifest))
+    if (!mayExist(manifest))
         throw FilmProjectError(FilmProjectError::missingRunManifest{manifest});
 
     const fs::path root = manifest.parent_path();
     const fs::path projectLocation = root / "film-project.json";
-    if (!somethingExistsAt(projectLocation))
+    if (!mayExist(projectLocation))
         throw FilmProjectError(FilmProjectError::missingProject{projectLocation});
 
     auto project = read<FilmProject>(projectLocation);

@@ -6,7 +6,7 @@
 
 #include "common/json/table.hpp"
 
-/// The JSON keys of film-project.json. Four of its records also appear in the film tool's replies.
+/// The JSON keys of film-project.json. Some of its records also appear in the film tool's replies.
 namespace kinovane::json {
 
 template <>

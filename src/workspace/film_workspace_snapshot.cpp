@@ -10,7 +10,7 @@
 namespace kinovane {
 
 std::filesystem::path FilmWorkspaceSnapshot::artifactURL(const FilmArtifact& artifact) const {
-    return root / artifact.path; // An absolute path replaces the root.
+    return root / artifact.path; // Operator / returns an absolute right operand unchanged.
 }
 
 std::optional<FilmArtifact> FilmWorkspaceSnapshot::latestArtifact(std::string_view kind) const {
@@ -28,7 +28,7 @@ std::optional<std::filesystem::path> FilmWorkspaceSnapshot::playableCutURL() con
         if (const auto artifact = latestArtifact(kind)) {
             std::filesystem::path location = artifactURL(*artifact);
             if (root.empty() && location.is_relative())
-                continue; // The working directory is not meant.
+                continue; // It would be looked up below the working directory.
             if (isKnownToExist(location))
                 return location;
         }

@@ -6,8 +6,8 @@
 
 #include "common/json/table.hpp"
 
-/// The JSON keys of production-plan.json. Four of the plan's records also appear in the
-/// handoff.
+/// The JSON keys of production-plan.json. FilmCastMember, FilmLocation, FilmDialogueLine and FilmSoundEffect
+/// also appear in the handoff document.
 namespace kinovane::json {
 
 template <>

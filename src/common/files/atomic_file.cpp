@@ -23,24 +23,24 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int longestLinkChain = 40;
-constexpr int namesToTry = 100;
-/// Without the set-user-ID and set-group-ID bits: with them, the owner of the directory could make this
-/// process create a program that runs with its rights.
+constexpr int maximumLinks = 40;
+constexpr int maximumAttempts = 100;
+/// Excludes the set-user-ID and set-group-ID bits: with them, the owner of the old file could make this user
+/// create a program that runs with this user's permissions.
 constexpr mode_t permissionBits = 0777;
-constexpr mode_t writingByOthers = 0022;
+constexpr mode_t groupAndOthersWrite = 0022;
 constexpr mode_t ownerOnly = 0600;
 
 [[noreturn]] void fail(const char* what, const fs::path& location, int error) {
     throw fs::filesystem_error(what, location, std::error_code(error, std::generic_category()));
 }
 
-/// Where the file itself lies: the location, or what the links there lead to.
-fs::path finalLocation(fs::path location) {
-    for (int link = 0; link < longestLinkChain; ++link) {
+/// The location with a symbolic link at its end resolved, also when the last link leads to no file.
+fs::path resolveLinks(fs::path location) {
+    for (int link = 0; link < maximumLinks; ++link) {
         std::error_code error;
         const fs::file_status status = fs::symlink_status(location, error);
-        // Taken for no link, one that could not be looked at would be replaced, or refused as a device is.
+        // A link whose status cannot be read must not be mistaken for a file, and replaced.
         if (error && status.type() != fs::file_type::not_found)
             fail("cannot write", location, error.value());
         if (!fs::is_symlink(status))
@@ -50,17 +50,17 @@ fs::path finalLocation(fs::path location) {
     fail("cannot write", location, ELOOP);
 }
 
-int flushToDisk(int descriptor) {
+int syncToDisk(int descriptor) {
 #ifdef F_FULLFSYNC
-    // Here fsync stops at the drive's own cache; file systems without F_FULLFSYNC take the plain one.
+    // On macOS, fsync does not flush the drive's cache. Not every file system supports F_FULLFSYNC.
     if (::fcntl(descriptor, F_FULLFSYNC) == 0)
         return 0;
 #endif
     return static_cast<int>(retryInterrupted([&] { return ::fsync(descriptor); }));
 }
 
-/// A directory that may be written but not listed cannot be opened for reading; it still serves to name its
-/// files.
+/// Opens a directory for the *at functions. One that may be written but not listed cannot be opened for
+/// reading, but O_PATH needs no read permission.
 Descriptor openDirectory(const fs::path& directory) {
     const auto open = [&](int flags) {
         return openAboveStandard([&] { return ::open(directory.c_str(), flags | O_DIRECTORY | O_CLOEXEC); });
@@ -73,7 +73,7 @@ Descriptor openDirectory(const fs::path& directory) {
     return descriptor;
 }
 
-/// Of its own length: the target's name may already be as long as a name can be.
+/// Not derived from the target's name, which may already have the maximum length.
 std::string temporaryName(std::random_device& random) {
     std::array<char, 40> name{};
     std::snprintf(name.data(), name.size(), ".kinovane-%08x%08x.tmp", random(), random());
@@ -83,30 +83,30 @@ std::string temporaryName(std::random_device& random) {
 } // namespace
 
 AtomicFile::AtomicFile(const fs::path& location) {
-    // Some C++ libraries take it for the working directory.
+    // Checked first: some C++ libraries make it the working directory.
     if (location.empty())
         fail("cannot write, because the location is empty", location, EINVAL);
     if (holdsNUL(location.native()))
         fail("cannot write", location, EINVAL);
-    target_ = finalLocation(fs::absolute(location));
+    target_ = resolveLinks(fs::absolute(location));
     if (!target_.has_filename() || target_.filename() == "." || target_.filename() == "..")
         fail("cannot write", location, EISDIR);
     directory_ = openDirectory(target_.parent_path());
     if (!directory_)
         fail("cannot write", target_, errno);
-    findOldMode();
-    create(); // The last step: the destructor does not run when this constructor throws.
+    examineOldFile();
+    createTemporaryFile(); // Last, because the destructor does not run when the constructor throws.
 }
 
 AtomicFile::~AtomicFile() {
-    if (!name_.empty())
-        ::unlinkat(directory_.get(), name_.c_str(), 0);
+    if (!temporaryName_.empty())
+        ::unlinkat(directory_.get(), temporaryName_.c_str(), 0);
 }
 
-void AtomicFile::findOldMode() {
+void AtomicFile::examineOldFile() {
     struct stat old{};
     if (::fstatat(directory_.get(), target_.filename().c_str(), &old, AT_SYMLINK_NOFOLLOW) != 0) {
-        // Taken for none, an old file that could not be examined would lose its mode.
+        // Any other error must not be mistaken for a missing file: the mode of the old file would be lost.
         if (errno != ENOENT)
             fail("cannot write", target_, errno);
         return;
@@ -118,21 +118,21 @@ void AtomicFile::findOldMode() {
     oldGroup_ = old.st_gid;
 }
 
-void AtomicFile::create() {
-    // A replacement is its owner's alone until its content is complete and its mode is set.
+void AtomicFile::createTemporaryFile() {
+    // Until its content is complete and its mode is set, only the owner may open a replacement.
     const mode_t mode = oldMode_ ? *oldMode_ & ownerOnly : mode_t{0666};
-    // Reserved first, because what is created under one of these numbers would be written to at once.
+    // Not openAboveStandard, which may call `openat` twice and so create two files.
     const ReservedStandardDescriptors reserved;
     if (reserved.error() != 0)
         fail("cannot create a temporary file beside", target_, reserved.error());
     std::random_device random;
-    for (int attempt = 0; attempt < namesToTry; ++attempt) {
-        // Before the file is there: a failure to allocate must not leave it behind.
-        name_ = temporaryName(random);
-        // Also for reading, because the file's own mode may not allow to open it for that.
+    for (int attempt = 0; attempt < maximumAttempts; ++attempt) {
+        // Assigned before the file is created: if the allocation failed afterwards, the file would be left.
+        temporaryName_ = temporaryName(random);
+        // O_RDWR for `read`: the final mode may not allow to open the file for reading.
         constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
-        file_ = Descriptor(
-            retryInterrupted([&] { return ::openat(directory_.get(), name_.c_str(), flags, mode); }));
+        file_ = Descriptor(retryInterrupted(
+            [&] { return ::openat(directory_.get(), temporaryName_.c_str(), flags, mode); }));
         if (file_)
             return;
         if (errno != EEXIST)
@@ -153,19 +153,19 @@ void AtomicFile::write(std::string_view content) {
 
 void AtomicFile::flush() {
     setMode();
-    if (flushToDisk(file_.get()) != 0)
+    if (syncToDisk(file_.get()) != 0)
         fail("cannot write", target_, errno);
 }
 
 void AtomicFile::setMode() {
     if (!oldMode_)
         return;
-    struct stat own{};
-    if (::fstat(file_.get(), &own) != 0)
+    struct stat status{};
+    if (::fstat(file_.get(), &status) != 0)
         fail("cannot examine", target_, errno);
-    // A right to write that the old owner had given is not the new owner's to give.
-    const bool sameOwner = own.st_uid == oldOwner_ && own.st_gid == oldGroup_;
-    if (::fchmod(file_.get(), sameOwner ? *oldMode_ : *oldMode_ & ~writingByOthers) != 0)
+    // With another owner, these permissions would let the old owner write to this user's file.
+    const bool sameOwner = status.st_uid == oldOwner_ && status.st_gid == oldGroup_;
+    if (::fchmod(file_.get(), sameOwner ? *oldMode_ : *oldMode_ & ~groupAndOthersWrite) != 0)
         fail("cannot set the mode of", target_, errno);
 }
 
@@ -180,15 +180,15 @@ std::size_t AtomicFile::read(std::span<std::byte> buffer) {
 
 void AtomicFile::replaceTarget() {
     const fs::path name = target_.filename();
-    // Some file systems report a full disk only here. The descriptor is gone either way, so there is no
-    // second attempt.
+    // Some file systems report a full disk only at `close`. It is not repeated after EINTR, because the
+    // descriptor is closed all the same.
     if (::close(file_.release()) != 0 && errno != EINTR)
         fail("cannot write", target_, errno);
-    if (::renameat(directory_.get(), name_.c_str(), directory_.get(), name.c_str()) != 0)
+    if (::renameat(directory_.get(), temporaryName_.c_str(), directory_.get(), name.c_str()) != 0)
         fail("cannot replace", target_, errno);
-    name_.clear();
-    // EINVAL: the file system cannot flush directories. EBADF: this one may not be opened for that.
-    if (flushToDisk(directory_.get()) != 0 && errno != EINVAL && errno != EBADF)
+    temporaryName_.clear();
+    // EINVAL: the file system cannot sync directories. EBADF: the directory was opened with O_PATH.
+    if (syncToDisk(directory_.get()) != 0 && errno != EINVAL && errno != EBADF)
         fail("cannot make durable", target_, errno);
 }
 

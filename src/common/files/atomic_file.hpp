@@ -15,22 +15,26 @@
 
 namespace kinovane {
 
-/// A new file that is written beside its target and then takes the target's place: write, flush, read back if
-/// needed, replace, in this order. Unless it has replaced the target, it is removed by the destructor.
+/// Replaces a file atomically: the content goes to a temporary file in the same directory, which is then
+/// renamed to the target. Call `write`, `flush`, if needed `read`, and `replaceTarget`, in this order. The
+/// destructor removes the temporary file unless it has replaced the target.
 ///
-/// Atomic: a reader of the location finds the complete old file or the complete new one, also after a crash
-/// of this process. Durable: when `replaceTarget` returns, the content and its name have been handed to the
-/// disk, on file systems that honour `fsync`. Kept: the nine permission bits of an old file (a new one gets
-/// 0666 less the umask) and a link at the location, whose target is replaced. When the owner or the group
-/// changes, because another user replaces the file, group and others lose the right to write. Not promised:
-/// owner, access lists, extended attributes and hard links of the old file, and anything on a network file
-/// system that does not keep the promises of rename.
+/// Atomic: a reader finds the complete old file or the complete new one, also after a crash of this process.
 ///
-/// Every function throws std::filesystem::filesystem_error. The old file is then untouched, except as said at
-/// `replaceTarget`.
+/// Durable: when `replaceTarget` returns, `fsync` has been called for the content and for the directory.
+///
+/// Kept: the nine permission bits of the old file (a new one gets 0666 less the umask). When the new file has
+/// another owner or group, because another user replaces the file, group and others lose write permission. A
+/// symbolic link is followed: the file that it leads to is replaced, the link stays.
+///
+/// Not guaranteed: owner, access control lists, extended attributes and hard links of the old file, and
+/// anything on network file systems on which `rename` is not atomic.
+///
+/// Every function throws std::filesystem::filesystem_error. The old file is then unchanged, except where
+/// `replaceTarget` documents otherwise.
 class AtomicFile {
   public:
-    /// Creates the new file, which is empty. Nothing is made but this file: its directory has to exist.
+    /// Creates the empty temporary file. The directory must exist.
     explicit AtomicFile(const std::filesystem::path& location);
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
@@ -39,28 +43,28 @@ class AtomicFile {
     /// Appends to the content.
     void write(std::string_view content);
 
-    /// Gives the file its mode and hands the content to the disk.
+    /// Sets the permission bits and calls `fsync`.
     void flush();
 
-    /// Reads the content back, from the beginning on, and returns how much was read; 0 at the end. Needs no
-    /// right to open the file, which its mode may deny.
+    /// Reads the written content, starting at its beginning, into `buffer`. Returns the number of bytes; 0 at
+    /// the end. Works also when the permission bits would not allow to open the file for reading.
     std::size_t read(std::span<std::byte> buffer);
 
-    /// Puts the file in the target's place. Called once, after `flush`. When an error is thrown because the
-    /// directory could not be flushed, the last step, the new file is in place all the same.
+    /// Closes the temporary file, renames it to the target, and calls `fsync` for the directory. Call it
+    /// once, after `flush`. When the last of these steps fails, the target has already been replaced.
     void replaceTarget();
 
   private:
-    void findOldMode();
-    void create();
+    void examineOldFile();
+    void createTemporaryFile();
     void setMode();
 
-    std::filesystem::path target_; ///< Behind any links.
+    std::filesystem::path target_; ///< With symbolic links resolved.
     Descriptor directory_;
-    std::optional<mode_t> oldMode_; ///< Of the old file, when there is one,
+    std::optional<mode_t> oldMode_; ///< Absent when there is no old file.
     uid_t oldOwner_ = 0;
     gid_t oldGroup_ = 0;
-    std::string name_; ///< In the directory; empty when there is nothing to remove.
+    std::string temporaryName_; ///< In the directory; empty when there is nothing to remove.
     Descriptor file_;
     off_t readPosition_ = 0;
 };

@@ -16,9 +16,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// What a link leads to; anything else, and a link that goes round in circles, as it is. To take a link for
-/// anything else because it cannot be read would lead to another place.
-fs::path targetOf(fs::path location) {
+/// The target of a symbolic link. Any other file, a missing one and a link in a loop are returned unchanged.
+/// A link that cannot be read is an error: without its target, ".." would lead to another directory.
+fs::path linkTarget(fs::path location) {
     if (holdsNUL(location.native()))
         return location;
     std::error_code error;
@@ -45,7 +45,7 @@ fs::path WorkingDirectory::absolute(const fs::path& location) const {
     if (error_)
         throw fs::filesystem_error("getcwd", location, error_);
     std::string_view rest = location.native();
-    // With every slash behind the dot: one that is left would make the rest an absolute path.
+    // Together with all slashes after the dot: a remaining slash would make the rest an absolute path.
     while (rest.starts_with("./"))
         rest.remove_prefix(std::min(rest.find_first_not_of('/', 1), rest.size()));
     return rest.empty() || rest == "." ? path_ : path_ / rest;
@@ -58,14 +58,14 @@ fs::path absoluteLocation(const fs::path& location) {
 fs::path standardized(const fs::path& location) {
     const fs::path absolute = absoluteLocation(location);
     fs::path result = absolute.root_path();
-    for (const fs::path& piece : absolute.relative_path()) {
-        if (piece.empty() || piece == ".")
+    for (const fs::path& component : absolute.relative_path()) {
+        if (component.empty() || component == ".")
             continue;
-        if (piece != "..") {
-            result /= piece;
+        if (component != "..") {
+            result /= component;
             continue;
         }
-        result = targetOf(std::move(result)).parent_path();
+        result = linkTarget(std::move(result)).parent_path();
     }
     return result;
 }
@@ -78,7 +78,7 @@ std::string pathText(const fs::path& location) {
     }
 }
 
-bool somethingExistsAt(const fs::path& location) noexcept {
+bool mayExist(const fs::path& location) noexcept {
     struct stat status{};
     if (holdsNUL(location.native()))
         return false;

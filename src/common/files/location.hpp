@@ -9,19 +9,18 @@
 
 namespace kinovane {
 
-/// Whether the text holds a NUL byte, where the operating system would cut it.
+/// Whether the text contains a NUL byte, at which the operating system would truncate it.
 inline bool holdsNUL(std::string_view text) noexcept { return text.find('\0') != std::string_view::npos; }
 
-/// The working directory of the moment at which it was made. A relative location given to a call thus keeps
-/// its meaning when the application changes its directory before a worker thread uses the location.
+/// The working directory at the time of construction. Asynchronous operations store one, so that a relative
+/// location keeps its meaning when the application changes its working directory meanwhile.
 class WorkingDirectory {
   public:
     WorkingDirectory();
 
-    /// The location, absolute: a relative one is below this directory, without the "./" in front. Anything
-    /// else stays as it is given, and an empty location stays empty, because it names nothing. Throws
-    /// std::filesystem::filesystem_error when the location is relative and the working directory could not be
-    /// read.
+    /// Makes a relative location absolute: appends it, without leading "./", to this directory. Absolute and
+    /// empty locations are returned unchanged. Throws std::filesystem::filesystem_error when the location is
+    /// relative and the working directory could not be determined.
     std::filesystem::path absolute(const std::filesystem::path& location) const;
 
   private:
@@ -29,28 +28,27 @@ class WorkingDirectory {
     std::filesystem::path path_;
 };
 
-/// The same with the working directory of this moment.
+/// The same for the current working directory.
 std::filesystem::path absoluteLocation(const std::filesystem::path& location);
 
-/// An absolute location without "." and ".." pieces. A ".." goes to where the file system would go: behind a
-/// link that is the parent of the link's target, and only otherwise the component before it is dropped. An
-/// empty location stays empty. Throws std::filesystem::filesystem_error when the working directory or a link
-/// cannot be read.
+/// The absolute location without "." and ".." components. A ".." after a symbolic link leads to the parent of
+/// the link's target, as in the file system; other links are not resolved. An empty location stays empty.
+/// Throws std::filesystem::filesystem_error when the working directory or a link cannot be read.
 std::filesystem::path standardized(const std::filesystem::path& location);
 
-/// The text of a location as a program is told it: absolute, so that it is never taken for an option. Without
-/// a working directory a relative one stays as it is.
+/// The location as an argument for an external program: absolute, so that it cannot be mistaken for an
+/// option. A relative one is returned unchanged when the working directory cannot be determined.
 std::string pathText(const std::filesystem::path& location);
 
-/// Whether something exists at the location, links followed. What the file system refuses to tell counts as
-/// existing, so that the attempt to read it reports the reason.
-bool somethingExistsAt(const std::filesystem::path& location) noexcept;
+/// Whether a file of any kind may exist at the location, links followed. True also when the file system does
+/// not tell (for example EACCES), so that the attempt to read the file reports the reason.
+bool mayExist(const std::filesystem::path& location) noexcept;
 
-/// Whether the file system confirms that something exists at the location, links followed. What it refuses to
-/// tell does not count.
+/// Whether a file of any kind is known to exist at the location, links followed. False also when the file
+/// system does not tell.
 bool isKnownToExist(const std::filesystem::path& location) noexcept;
 
-/// Whether the location is a regular file that the current user may execute.
+/// Whether the location is that of a regular file, links followed, that the current user may execute.
 bool isExecutableFile(const std::filesystem::path& location) noexcept;
 
 } // namespace kinovane

@@ -43,10 +43,10 @@ struct Row {
     std::string expected;
 };
 
-TEST_F(FileLocation, StandardizedHasNoDots) {
+TEST_F(FileLocation, HasNoDotComponentsWhenStandardized) {
     const std::string top = directory_.path().string();
     const Row rows[] = {
-        {"nothing to do", top + "/films/ferry/run.json", top + "/films/ferry/run.json"},
+        {"no dots", top + "/films/ferry/run.json", top + "/films/ferry/run.json"},
         {"single dots", top + "/./films/././ferry/run.json", top + "/films/ferry/run.json"},
         {"double dots", top + "/films/other/../ferry/run.json", top + "/films/ferry/run.json"},
         {"several double dots", top + "/films/ferry/x/y/../../run.json", top + "/films/ferry/run.json"},
@@ -57,16 +57,16 @@ TEST_F(FileLocation, StandardizedHasNoDots) {
         {"names that begin with dots", top + "/.films/..ferry/...", top + "/.films/..ferry/..."},
         {"above the root", "/../../x", "/x"},
         {"the root", "/", "/"},
-        {"the root, the long way", "/x/..", "/"},
-        {"a link stays when nothing goes back behind it", top + "/films/link/run.json",
+        {"the root, from below", "/x/..", "/"},
+        {"a link that no double dots follow stays", top + "/films/link/run.json",
          top + "/films/link/run.json"},
-        {"back behind a link", top + "/films/link/../run.json", top + "/disk/a/run.json"},
-        {"back behind a link twice", top + "/films/link/../../run.json", top + "/disk/run.json"},
-        {"back behind an absolute link", top + "/absolute/../run.json", top + "/disk/run.json"},
-        {"back to a link", top + "/films/link/b/../run.json", top + "/films/link/run.json"},
-        {"back behind nothing", top + "/nothing/../run.json", top + "/run.json"},
-        {"back behind a name with a NUL byte", top + "/absolute\0x/../run.json"s, top + "/run.json"},
-        {"back behind a link to itself", top + "/circle/../run.json", top + "/run.json"},
+        {"double dots after a link", top + "/films/link/../run.json", top + "/disk/a/run.json"},
+        {"double dots twice after a link", top + "/films/link/../../run.json", top + "/disk/run.json"},
+        {"double dots after an absolute link", top + "/absolute/../run.json", top + "/disk/run.json"},
+        {"double dots that lead back to a link", top + "/films/link/b/../run.json", top + "/films/link/run.json"},
+        {"double dots after a missing directory", top + "/nothing/../run.json", top + "/run.json"},
+        {"double dots after a name with a NUL byte", top + "/absolute\0x/../run.json"s, top + "/run.json"},
+        {"double dots after a link to itself", top + "/circle/../run.json", top + "/run.json"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
@@ -74,14 +74,14 @@ TEST_F(FileLocation, StandardizedHasNoDots) {
     }
 }
 
-TEST_F(FileLocation, StandardizedIsWhereTheFileSystemWouldGo) {
+TEST_F(FileLocation, NamesTheSameFileWhenStandardized) {
     directory_.write("disk/a/run.json", "found");
     const fs::path given = directory_ / "films/link/../run.json";
     EXPECT_EQ(contentOf(given), "found");
     EXPECT_TRUE(fs::equivalent(given, standardized(given)));
 }
 
-TEST_F(FileLocation, RelativeLocationsAreBelowTheWorkingDirectory) {
+TEST_F(FileLocation, IsBelowTheWorkingDirectoryWhenRelative) {
     const fs::path before = fs::current_path();
     fs::current_path(directory_ / "films");
     const std::string top = directory_.path().string();
@@ -98,7 +98,7 @@ TEST_F(FileLocation, RelativeLocationsAreBelowTheWorkingDirectory) {
     fs::current_path(before);
 }
 
-TEST_F(FileLocation, AbsoluteLocationsAreMadeInOneManner) {
+TEST_F(FileLocation, LosesOnlyLeadingDotsWhenMadeAbsolute) {
     const fs::path before = fs::current_path();
     fs::current_path(directory_ / "films");
     const WorkingDirectory films;
@@ -107,21 +107,21 @@ TEST_F(FileLocation, AbsoluteLocationsAreMadeInOneManner) {
         {"an absolute one stays as it is", "/./films//../run.json/", "/./films//../run.json/"},
         {"a name", "run.json", here + "/run.json"},
         {"what looks like an option", "--run.json", here + "/--run.json"},
-        {"a tilde is a letter", "~/run.json", here + "/~/run.json"},
+        {"a tilde has no meaning", "~/run.json", here + "/~/run.json"},
         {"a dot in front is dropped", "./run.json", here + "/run.json"},
-        {"with all slashes behind it", ".//run.json", here + "/run.json"},
+        {"a dot in front is dropped with all its slashes", ".//run.json", here + "/run.json"},
         {"several dots in front are dropped", "././/./run.json", here + "/run.json"},
         {"a dot inside stays", "a/./run.json", here + "/a/./run.json"},
         {"double dots stay", "../run.json", here + "/../run.json"},
-        {"double dots behind a dot stay", "./../run.json", here + "/../run.json"},
-        {"a hidden file is no dot", ".run.json", here + "/.run.json"},
+        {"double dots after a dot stay", "./../run.json", here + "/../run.json"},
+        {"a hidden file keeps its dot", ".run.json", here + "/.run.json"},
         {"a slash at the end stays", "a/", here + "/a/"},
         {"the directory itself", ".", here},
         {"the directory itself with a slash", "./", here},
         {"the directory itself with two slashes", ".//", here},
         {"the directory itself twice", "./.", here},
-        {"an empty one stays empty", "", ""},
-        {"a NUL byte is passed over", "a\0b"s, here + "/a\0b"s},
+        {"an empty location stays empty", "", ""},
+        {"a NUL byte stays", "a\0b"s, here + "/a\0b"s},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
@@ -136,70 +136,70 @@ TEST_F(FileLocation, AbsoluteLocationsAreMadeInOneManner) {
 }
 
 // In a process of its own, because its working directory is removed.
-TEST_F(FileLocation, WithoutAWorkingDirectoryOnlyAbsoluteLocationsAreKnown) {
+TEST_F(FileLocation, StaysRelativeWithoutAWorkingDirectory) {
     EXPECT_EQ(inForkedProcess([&] {
                   fs::create_directory(directory_ / "gone");
                   fs::current_path(directory_ / "gone");
                   fs::remove(directory_ / "gone");
-                  std::string told = absoluteLocation("/a").string() + absoluteLocation("").string() +
-                                     pathText("./b") + standardized("").string();
+                  std::string result = absoluteLocation("/a").string() + absoluteLocation("").string() +
+                                       pathText("./b") + standardized("").string();
                   try {
-                      told += absoluteLocation("b").string();
+                      result += absoluteLocation("b").string();
                   } catch (const fs::filesystem_error& error) {
-                      told += " " + error.code().message() + " " + error.path1().string();
+                      result += " " + error.code().message() + " " + error.path1().string();
                   }
-                  return told;
+                  return result;
               }),
               "/a./b No such file or directory b");
 }
 
-struct AnswerRow {
+struct ExistenceRow {
     const char* sentence;
     fs::path location;
     bool exists;
     bool executable;
 };
 
-TEST_F(FileLocation, TellsWhatExistsAndWhatCanBeStarted) {
+TEST_F(FileLocation, IsExaminedForExistenceAndExecutability) {
     directory_.write("document", "");
-    const AnswerRow rows[] = {
+    const ExistenceRow rows[] = {
         {"a program", directory_ / "program", true, true},
         {"a link to a program", directory_ / "toProgram", true, true},
         {"a file that is no program", directory_ / "document", true, false},
         {"a directory", directory_ / "films", true, false},
         {"a FIFO that may be executed", directory_ / "fifo", true, false},
         {"a device", "/dev/null", true, false},
-        {"nothing", directory_ / "nothing", false, false},
-        {"no name", "", false, false},
-        {"below nothing", directory_ / "no/thing", false, false},
-        {"below a file", directory_ / "program/thing", false, false},
-        {"a link that leads nowhere", directory_ / "dangling", false, false},
+        {"a missing file", directory_ / "nothing", false, false},
+        {"an empty location", "", false, false},
+        {"a file in a missing directory", directory_ / "no/thing", false, false},
+        {"a file as a directory", directory_ / "program/thing", false, false},
+        {"a broken link", directory_ / "dangling", false, false},
         {"a link to itself", directory_ / "circle", false, false},
         {"a name that is too long", directory_ / std::string(300, 'n'), false, false},
-        {"a NUL byte behind a program's name", directory_ / "program\0x"s, false, false},
+        {"a NUL byte after the name of a program", directory_ / "program\0x"s, false, false},
     };
-    for (const AnswerRow& row : rows) {
+    for (const ExistenceRow& row : rows) {
         SCOPED_TRACE(row.sentence);
-        EXPECT_EQ(somethingExistsAt(row.location), row.exists);
+        EXPECT_EQ(mayExist(row.location), row.exists);
         EXPECT_EQ(isKnownToExist(row.location), row.exists);
         EXPECT_EQ(isExecutableFile(row.location), row.executable);
     }
 }
 
-TEST_F(FileLocation, AnOrdinaryUserIsToldWhatThatUserMayDo) {
+TEST_F(FileLocation, IsExaminedWithThePermissionsOfAnOrdinaryUser) {
     fs::permissions(directory_.path(), fs::perms::all);
     fs::permissions(directory_ / "films", fs::perms::none);
     directory_.write("mine", "");
     fs::permissions(directory_ / "mine", fs::perms::owner_all);
     const auto ask = [](const fs::path& location) {
         return asOrdinaryUser([&] {
-            return std::string(somethingExistsAt(location) ? "exists" : "missing") +
+            return std::string(mayExist(location) ? "exists" : "missing") +
                    (isKnownToExist(location) ? ", known" : "") +
                    (isExecutableFile(location) ? ", executable" : "");
         });
     };
     EXPECT_EQ(ask(directory_ / "program"), "exists, known, executable");
-    // Whether it exists is kept secret, so that the attempt to read it is what reports the reason.
+    // The file system does not tell whether it exists; the attempt to read it then reports the reason.
     EXPECT_EQ(ask(directory_ / "films/ferry/run.json"), "exists");
     EXPECT_EQ(ask(directory_ / "films/nothing"), "exists");
     EXPECT_EQ(ask(directory_ / "mine"), ::geteuid() == 0 ? "exists, known" : "exists, known, executable");

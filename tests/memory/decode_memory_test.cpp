@@ -7,15 +7,15 @@
 #include <gtest/gtest.h>
 
 #include "memory/hostile_documents.hpp"
-#include "memory/memory_row.hpp"
+#include "memory/record_types.hpp"
 #include "support/heap_count.hpp"
 
 namespace kinovane::test {
 namespace {
 
-class DecodeMemory : public testing::TestWithParam<MemoryRow> {};
+class DecodeMemory : public testing::TestWithParam<RecordType> {};
 
-// On top of the caller's text.
+// The document itself is not counted.
 TEST_P(DecodeMemory, IsBoundedByTheSizeOfTheDocument) {
     struct Worst {
         double ratio = 0;
@@ -38,7 +38,7 @@ TEST_P(DecodeMemory, IsBoundedByTheSizeOfTheDocument) {
 }
 
 const auto nameOf = [](const auto& info) { return info.param.name; };
-INSTANTIATE_TEST_SUITE_P(Record, DecodeMemory, testing::ValuesIn(memoryRows()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Record, DecodeMemory, testing::ValuesIn(recordTypes()), nameOf);
 
 } // namespace
 } // namespace kinovane::test

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <set>
 
-#include "memory/smallest_documents.hpp"
+#include "memory/document_templates.hpp"
 
 namespace kinovane::test {
 
@@ -17,7 +17,7 @@ using Use = std::function<void(const HostileDocument&)>;
 
 std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
 
-/// A line break as an escape, again and again, which no reader can take as it stands.
+/// A string of escaped line breaks, which a decoder cannot use without unescaping it.
 std::string escapes(std::size_t size) { return quoted(repeatedTo(size, R"(\n)")); }
 
 std::string zeros(std::size_t size) { return repeatedTo(size, "0"); }
@@ -34,13 +34,13 @@ std::string truncated(std::string document) {
     return document;
 }
 
-/// Wrong values under many keys, and then right ones under the same keys but for the last `left`.
-std::string replaced(const Place& place, std::size_t size, std::size_t left) {
-    const Place plain{{}, place.kind, {}, {}, place.elements};
-    std::string wrong = plain.filledWith(place.wrongElement(), size / 2);
+/// A map with wrong values, followed by right values for the same keys, except for the last `left` keys.
+std::string replaced(const DocumentTemplate& target, std::size_t size, std::size_t left) {
+    const DocumentTemplate plain{{}, target.kind, {}, {}, target.elements};
+    std::string wrong = plain.filledWith(target.wrongElement(), size / 2);
     std::string right = wrong;
-    const std::string oldValue = ':' + std::string(place.wrongElement());
-    const std::string newValue = ':' + place.elements.front();
+    const std::string oldValue = ':' + std::string(target.wrongElement());
+    const std::string newValue = ':' + target.elements.front();
     std::size_t kept = right.size() - 1;
     for (; left > 0; --left)
         kept = right.rfind(',', kept - 1);
@@ -53,87 +53,89 @@ std::string replaced(const Place& place, std::size_t size, std::size_t left) {
     }
     text.pop_back();
     wrong.back() = ',';
-    return place.before + wrong + text + '}' + place.after;
+    return target.before + wrong + text + '}' + target.after;
 }
 
-/// The last member of a record that is a text, if any.
+/// The last member of a record that is a string, if any.
 const Row* textOf(const json::Shape& record) {
     const auto row = std::find_if(record.rows.rbegin(), record.rows.rend(),
                                   [](const Row& each) { return each.shape->kind == Kind::text; });
     return row == record.rows.rend() ? nullptr : &*row;
 }
 
-void useListOrMap(const Place& place, const json::Shape& record, std::size_t size, const Use& use) {
+void useListOrMap(const DocumentTemplate& target, const json::Shape& record, std::size_t size,
+                  const Use& use) {
     const auto refused = [&](std::string sentence, std::string text) {
-        use({place.name + ": " + std::move(sentence), std::move(text), false});
+        use({target.name + ": " + std::move(sentence), std::move(text), false});
     };
     const auto accepted = [&](std::string sentence, std::string text) {
-        use({place.name + ": " + std::move(sentence), std::move(text), true});
+        use({target.name + ": " + std::move(sentence), std::move(text), true});
     };
-    for (const std::string& element : place.elements) {
-        const std::string text = place.filledWith(element, size);
+    for (const std::string& element : target.elements) {
+        const std::string text = target.filledWith(element, size);
         accepted("elements " + element, text);
         refused("elements " + element + ", truncated", truncated(text));
     }
-    const std::string& smallest = place.elements.front();
-    const std::string wrong(place.wrongElement());
-    refused("wrong elements", place.filledWith(wrong, size));
-    refused("wrong elements, truncated", truncated(place.filledWith(wrong, size)));
-    refused("the first element is wrong", place.startingWith(wrong, smallest, size));
-    refused("the first element is wrong, truncated", truncated(place.startingWith(wrong, smallest, size)));
-    refused("the last element is wrong", place.endingWith(smallest, wrong, size));
-    refused("nulls", place.filledWith("null", size));
+    const std::string& smallest = target.elements.front();
+    const std::string wrong(target.wrongElement());
+    refused("wrong elements", target.filledWith(wrong, size));
+    refused("wrong elements, truncated", truncated(target.filledWith(wrong, size)));
+    refused("the first element is wrong", target.startingWith(wrong, smallest, size));
+    refused("the first element is wrong, truncated", truncated(target.startingWith(wrong, smallest, size)));
+    refused("the last element is wrong", target.endingWith(smallest, wrong, size));
+    refused("nulls", target.filledWith("null", size));
     refused("many elements and then a long escaped text, truncated",
-            truncated(extended(place.filledWith(smallest, size / 2), "x", escapes(size / 2))));
+            truncated(extended(target.filledWith(smallest, size / 2), "x", escapes(size / 2))));
     if (const Row* row = textOf(record); row != nullptr) {
-        const std::string half = extended(place.filledWith(smallest, size / 2), row->key, escapes(size / 2));
+        const std::string half = extended(target.filledWith(smallest, size / 2), row->key, escapes(size / 2));
         accepted("many elements and then a long escaped text", half);
         refused("the same, truncated", truncated(half));
         refused("many elements and then a long number for a text",
-                extended(place.filledWith(smallest, size / 4), row->key, "1." + zeros(size * 3 / 4)));
+                extended(target.filledWith(smallest, size / 4), row->key, "1." + zeros(size * 3 / 4)));
     }
-    if (place.kind == Kind::map) {
-        accepted("wrong values, all of them replaced", replaced(place, size, 0));
-        refused("wrong values, all but the last replaced", replaced(place, size, 1));
-        refused("wrong values, the second half replaced", replaced(place, size, 20'000));
+    if (target.kind == Kind::map) {
+        accepted("wrong values, all of them replaced", replaced(target, size, 0));
+        refused("wrong values, all but the last replaced", replaced(target, size, 1));
+        refused("wrong values, the second half replaced", replaced(target, size, 20'000));
         const std::string key = quoted(zeros(size));
-        accepted("one long key", place.holding('{' + key + ':' + smallest + '}'));
-        refused("one long key, wrong", place.holding('{' + key + ':' + wrong + '}'));
+        accepted("one long key", target.with('{' + key + ':' + smallest + '}'));
+        refused("one long key, wrong", target.with('{' + key + ':' + wrong + '}'));
         const std::string escaped = escapes(size);
-        refused("one long escaped key, wrong", place.holding('{' + escaped + ':' + wrong + '}'));
+        refused("one long escaped key, wrong", target.with('{' + escaped + ':' + wrong + '}'));
     }
 }
 
-void useValue(const Place& place, std::size_t size, const Use& use) {
+void useValue(const DocumentTemplate& target, std::size_t size, const Use& use) {
     const auto with = [&](std::string sentence, const std::string& value, bool accepted) {
-        use({place.name + ": " + std::move(sentence), place.holding(value), accepted});
-        use({place.name + ": the same, truncated", truncated(place.holding(value)), false});
+        use({target.name + ": " + std::move(sentence), target.with(value), accepted});
+        use({target.name + ": the same, truncated", truncated(target.with(value)), false});
     };
-    if (place.kind == Kind::text) {
+    if (target.kind == Kind::text) {
         with("a long text", quoted(zeros(size)), true);
         with("a long escaped text", escapes(size), true);
     } else {
         with("a long escaped text for another value", escapes(size), false);
     }
-    const bool number = place.kind == Kind::integer || place.kind == Kind::real;
+    const bool number = target.kind == Kind::integer || target.kind == Kind::real;
     with("a number with many digits", "1." + zeros(size), number);
     with("a number with many digits of which the last counts", "1." + zeros(size) + "1",
-         place.kind == Kind::real);
+         target.kind == Kind::real);
     with("a number with many digits before the point", '1' + zeros(size), false);
 }
 
 } // namespace
 
 void forEachHostileDocument(const json::Shape& record, std::size_t size, const Use& use) {
-    std::set<Kind> kinds; // One value of each kind tells enough.
-    for (const Place& place : placesOf(record))
-        if (place.holdsSeveral())
-            useListOrMap(place, record, size, use);
-        else if (kinds.insert(place.kind).second)
-            useValue(place, size, use);
-    for (const Place& place : placesOfIncomplete(record))
-        if (place.holdsSeveral())
-            use({place.name + ": a key is missing", place.filledWith(place.elements.front(), size), false});
+    std::set<Kind> kinds; // One value of each kind is enough.
+    for (const DocumentTemplate& target : templatesOf(record))
+        if (target.isListOrMap())
+            useListOrMap(target, record, size, use);
+        else if (kinds.insert(target.kind).second)
+            useValue(target, size, use);
+    for (const DocumentTemplate& target : incompleteTemplatesOf(record))
+        if (target.isListOrMap())
+            use({target.name + ": a key is missing", target.filledWith(target.elements.front(), size),
+                 false});
 
     const std::string document = smallestDocument(record);
     const std::string brackets = std::string(500, '[') + std::string(500, ']');

@@ -4,34 +4,34 @@
 
 #include <kinovane/workspace.hpp>
 
+#include "memory/document_templates.hpp"
 #include "memory/hostile_documents.hpp"
-#include "memory/memory_row.hpp"
-#include "memory/smallest_documents.hpp"
+#include "memory/record_types.hpp"
 #include "support/heap_count.hpp"
 #include "support/temporary_directory.hpp"
 
 namespace kinovane::test {
 namespace {
 
-struct FileRow {
+struct DocumentFile {
     std::string record;
     std::string file;
 };
 
-void PrintTo(const FileRow& row, std::ostream* stream) { *stream << row.record; }
+void PrintTo(const DocumentFile& row, std::ostream* stream) { *stream << row.record; }
 
 const json::Shape& shapeOf(std::string_view record) {
-    for (const MemoryRow& row : memoryRows())
-        if (row.name == record)
-            return *row.shape;
+    for (const RecordType& type : recordTypes())
+        if (type.name == record)
+            return *type.shape;
     throw std::logic_error("no such record");
 }
 
-/// The document, as one of a project that is supported.
+/// The document with the supported contract version as its contractVersion.
 std::string withContract(std::string document) {
     constexpr std::string_view before = R"("contractVersion":")";
-    if (const std::size_t place = document.find(before); place != std::string::npos)
-        document.insert(place + before.size(), "quexrun/film-project.v1");
+    if (const std::size_t position = document.find(before); position != std::string::npos)
+        document.insert(position + before.size(), "quexrun/film-project.v1");
     return document;
 }
 
@@ -50,7 +50,7 @@ class LoadMemory : public testing::Test {
     TemporaryDirectory directory_;
 };
 
-class LoadMemoryOf : public LoadMemory, public testing::WithParamInterface<FileRow> {};
+class LoadMemoryOf : public LoadMemory, public testing::WithParamInterface<DocumentFile> {};
 
 TEST_P(LoadMemoryOf, IsBoundedByTheSizeOfTheDocument) {
     directory_.write("run.json", "");
@@ -68,8 +68,8 @@ TEST_P(LoadMemoryOf, IsBoundedByTheSizeOfTheDocument) {
     });
 }
 
-// Each element is two bytes, and would be a shot of several hundred.
-TEST_F(LoadMemory, ALongListOfWrongElementsTakesLessThanItsText) {
+// Each element takes two bytes in the document; a decoded shot takes several hundred.
+TEST_F(LoadMemory, IsLittleMoreThanTheTextOfALongListOfWrongElements) {
     directory_.write("run.json", "");
     for (const bool complete : {true, false}) {
         SCOPED_TRACE(complete ? "complete" : "truncated");
@@ -85,9 +85,9 @@ TEST_F(LoadMemory, ALongListOfWrongElementsTakesLessThanItsText) {
 
 const auto nameOf = [](const auto& info) { return info.param.record; };
 INSTANTIATE_TEST_SUITE_P(Document, LoadMemoryOf,
-                         testing::Values(FileRow{"FilmProject", "film-project.json"},
-                                         FileRow{"FilmProductionPlan", "production-plan.json"},
-                                         FileRow{"FilmTreatment", "treatment.json"}),
+                         testing::Values(DocumentFile{"FilmProject", "film-project.json"},
+                                         DocumentFile{"FilmProductionPlan", "production-plan.json"},
+                                         DocumentFile{"FilmTreatment", "treatment.json"}),
                          nameOf);
 
 } // namespace

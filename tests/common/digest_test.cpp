@@ -19,9 +19,9 @@ struct Row {
     const char* digest;
 };
 
-TEST(Digest, KnownTexts) {
+TEST(Digest, MatchesTheKnownDigestOfEachText) {
     const Row rows[] = {
-        {"nothing", "", "sha256:e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
+        {"an empty text", "", "sha256:e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
         {"three letters", "abc", "sha256:ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
         {"more than one block", "abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq",
          "sha256:248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1"},
@@ -34,7 +34,7 @@ TEST(Digest, KnownTexts) {
     }
 }
 
-TEST(Digest, PiecesEqualTheWhole) {
+TEST(Digest, DoesNotDependOnHowTheTextIsDivided) {
     std::string text;
     for (int number = 0; number < 400; ++number)
         text += static_cast<char>(number * 7);
@@ -48,13 +48,13 @@ TEST(Digest, PiecesEqualTheWhole) {
     }
 }
 
-TEST(Digest, OneObjectServesManyTexts) {
+TEST(Digest, ComputesSeveralDigestsWithOneObject) {
     Digest digest;
     digest.update(bytesOf("abc"));
     const std::string first = digest.finish();
     EXPECT_EQ(first, digestText(bytesOf("abc")));
     EXPECT_EQ(digest.finish(), digestText({}));
-    digest.update(bytesOf("given up"));
+    digest.update(bytesOf("discarded"));
     digest.restart();
     digest.update(bytesOf("abc"));
     EXPECT_EQ(digest.finish(), first);

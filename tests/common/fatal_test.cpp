@@ -9,7 +9,7 @@
 namespace kinovane {
 namespace {
 
-TEST(FatalDeathTest, EndsTheProcessAfterOneLine) {
+TEST(FatalStopDeathTest, WritesTheMessageAndAborts) {
     EXPECT_EXIT(fatalStop("two files would be published as one"), testing::KilledBySignal(SIGABRT),
                 "^two files would be published as one\n$");
 }

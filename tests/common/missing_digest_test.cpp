@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// A libcrypto that has no SHA-256. This program defines the function that looks for it.
+// Simulates a libcrypto without SHA-256: this program replaces the function that fetches algorithms.
 
 #include <span>
 #include <stdexcept>
@@ -31,7 +31,7 @@ std::string errorOf(const std::function<void()>& operation) {
     }
 }
 
-TEST(MissingDigest, IsNamedByEveryOperationThatNeedsIt) {
+TEST(MissingSHA256, IsReportedByEveryOperationThatNeedsIt) {
     const FilmWorkspaceSnapshot film = FilmProjectLoader::load(sampleFilm() / "run.json");
     const TemporaryDirectory directory;
     const auto target = directory / "handoff.json";

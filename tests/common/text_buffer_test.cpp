@@ -34,7 +34,7 @@ TEST(TextBuffer, HoldsEverythingThatWasAppended) {
         std::size_t step;
     };
     constexpr Row rows[] = {
-        {"nothing", 0, 1},
+        {"an empty text", 0, 1},
         {"one character", 1, 1},
         {"single characters, over several chunks", 10'000, 1},
         {"exactly one chunk", 1024, 1024},

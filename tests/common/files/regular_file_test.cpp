@@ -22,33 +22,29 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::string_literals;
 
-class RegularFileTest : public testing::Test {
-  protected:
-    fs::path makeFIFO() const {
-        const fs::path location = directory_ / "fifo";
-        EXPECT_EQ(::mkfifo(location.c_str(), 0644), 0);
-        return location;
-    }
+fs::path makeFIFO(const TemporaryDirectory& directory) {
+    const fs::path location = directory / "fifo";
+    EXPECT_EQ(::mkfifo(location.c_str(), 0644), 0);
+    return location;
+}
 
-    fs::path makeSocket() const {
-        const fs::path location = directory_ / "socket";
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        location.native().copy(address.sun_path, sizeof address.sun_path - 1);
-        const Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-        EXPECT_EQ(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-        return location;
-    }
-
-    TemporaryDirectory directory_;
-};
+fs::path makeSocket(const TemporaryDirectory& directory) {
+    const fs::path location = directory / "socket";
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    location.native().copy(address.sun_path, sizeof address.sun_path - 1);
+    const Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    EXPECT_EQ(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    return location;
+}
 
 struct ContentRow {
     const char* sentence;
     std::string content;
 };
 
-TEST_F(RegularFileTest, ReadsTheWholeContent) {
+TEST(RegularFile, ReadsTheWholeContent) {
+    const TemporaryDirectory directory;
     const ContentRow rows[] = {
         {"an empty file", ""},
         {"one byte", "a"},
@@ -57,24 +53,25 @@ TEST_F(RegularFileTest, ReadsTheWholeContent) {
     };
     for (const ContentRow& row : rows) {
         SCOPED_TRACE(row.sentence);
-        const fs::path location = directory_.write("document", row.content);
+        const fs::path location = directory.write("document", row.content);
         EXPECT_EQ(readDocument(location), row.content);
         EXPECT_EQ(RegularFile(location).size(), row.content.size());
-        fs::remove(directory_ / "link");
-        fs::create_symlink("document", directory_ / "link");
-        EXPECT_EQ(readDocument(directory_ / "link"), row.content);
+        fs::remove(directory / "link");
+        fs::create_symlink("document", directory / "link");
+        EXPECT_EQ(readDocument(directory / "link"), row.content);
     }
 }
 
-TEST_F(RegularFileTest, ReadsAFileThatTellsNoSize) {
-    // The kernel's own files say that they are empty.
+TEST(RegularFile, ReadsAFileWithoutASize) {
+    // The size of a file in /proc is 0.
     const fs::path location = "/proc/self/status";
     EXPECT_EQ(RegularFile(location).size(), 0U);
     EXPECT_TRUE(readDocument(location).starts_with("Name:"));
 }
 
-TEST_F(RegularFileTest, ReadsInPieces) {
-    RegularFile file(directory_.write("document", "abcde"));
+TEST(RegularFile, ReadsInChunks) {
+    const TemporaryDirectory directory;
+    RegularFile file(directory.write("document", "abcde"));
     std::array<std::byte, 3> buffer{};
     EXPECT_EQ(file.read(buffer), 3U);
     EXPECT_EQ(buffer[0], std::byte{'a'});
@@ -89,25 +86,26 @@ struct RefusalRow {
     std::errc code;
 };
 
-TEST_F(RegularFileTest, RefusesWhatIsNoFileWithoutWaiting) {
-    fs::create_directory(directory_ / "directory");
-    fs::create_symlink("nowhere", directory_ / "dangling");
-    fs::create_symlink("circle", directory_ / "circle");
-    directory_.write("file", "");
+TEST(RegularFile, RefusesOtherKindsOfFilesWithoutBlocking) {
+    const TemporaryDirectory directory;
+    fs::create_directory(directory / "directory");
+    fs::create_symlink("nowhere", directory / "dangling");
+    fs::create_symlink("circle", directory / "circle");
+    directory.write("file", "");
     const RefusalRow rows[] = {
-        {"nothing", directory_ / "nothing", std::errc::no_such_file_or_directory},
-        {"nothing, in no directory", directory_ / "no/thing", std::errc::no_such_file_or_directory},
-        {"no name", "", std::errc::no_such_file_or_directory},
-        {"a NUL byte in the name", directory_ / "file\0"s, std::errc::no_such_file_or_directory},
-        {"a directory", directory_ / "directory", std::errc::is_a_directory},
-        {"a link that leads nowhere", directory_ / "dangling", std::errc::no_such_file_or_directory},
-        {"a link to itself", directory_ / "circle", std::errc::too_many_symbolic_link_levels},
-        {"a file as a directory", directory_ / "file/document", std::errc::not_a_directory},
-        {"a name that is too long", directory_ / std::string(300, 'n'), std::errc::filename_too_long},
-        {"a FIFO that nobody writes to", makeFIFO(), std::errc::operation_not_supported},
-        {"a socket", makeSocket(), std::errc::operation_not_supported},
-        {"a device without end", "/dev/zero", std::errc::operation_not_supported},
-        {"a device without content", "/dev/null", std::errc::operation_not_supported},
+        {"a missing file", directory / "nothing", std::errc::no_such_file_or_directory},
+        {"a missing directory", directory / "no/thing", std::errc::no_such_file_or_directory},
+        {"an empty location", "", std::errc::no_such_file_or_directory},
+        {"a NUL byte in the name", directory / "file\0"s, std::errc::no_such_file_or_directory},
+        {"a directory", directory / "directory", std::errc::is_a_directory},
+        {"a broken link", directory / "dangling", std::errc::no_such_file_or_directory},
+        {"a link to itself", directory / "circle", std::errc::too_many_symbolic_link_levels},
+        {"a file as a directory", directory / "file/document", std::errc::not_a_directory},
+        {"a name that is too long", directory / std::string(300, 'n'), std::errc::filename_too_long},
+        {"a FIFO without a writer", makeFIFO(directory), std::errc::operation_not_supported},
+        {"a socket", makeSocket(directory), std::errc::operation_not_supported},
+        {"an endless device", "/dev/zero", std::errc::operation_not_supported},
+        {"an empty device", "/dev/null", std::errc::operation_not_supported},
     };
     const ProcessCounts before = countProcess();
     for (const RefusalRow& row : rows) {
@@ -122,7 +120,7 @@ TEST_F(RegularFileTest, RefusesWhatIsNoFileWithoutWaiting) {
     EXPECT_EQ(countProcess().descriptors, before.descriptors);
 }
 
-TEST_F(RegularFileTest, AnEmptyLocationIsNotTheWorkingDirectory) {
+TEST(RegularFile, RefusesAnEmptyLocation) {
     try {
         FAIL() << readDocument("").size() << " bytes were read";
     } catch (const fs::filesystem_error& error) {
@@ -133,9 +131,10 @@ TEST_F(RegularFileTest, AnEmptyLocationIsNotTheWorkingDirectory) {
     }
 }
 
-TEST_F(RegularFileTest, RefusesAFileThatMayNotBeRead) {
-    const fs::path location = directory_.write("document", "{}");
-    fs::permissions(directory_.path(), fs::perms::all);
+TEST(RegularFile, RefusesAFileThatMayNotBeRead) {
+    const TemporaryDirectory directory;
+    const fs::path location = directory.write("document", "{}");
+    fs::permissions(directory.path(), fs::perms::all);
     fs::permissions(location, fs::perms::owner_write);
     const std::string outcome = asOrdinaryUser([&] {
         try {
@@ -147,9 +146,10 @@ TEST_F(RegularFileTest, RefusesAFileThatMayNotBeRead) {
     EXPECT_EQ(outcome, "Permission denied");
 }
 
-TEST_F(RegularFileTest, RefusesAFileLargerThanAnyDocument) {
-    const fs::path location = directory_.write("huge", "");
-    fs::resize_file(location, maximumDocumentSize + 1); // Takes no room on the disk.
+TEST(RegularFile, RefusesADocumentAboveTheMaximumSize) {
+    const TemporaryDirectory directory;
+    const fs::path location = directory.write("huge", "");
+    fs::resize_file(location, maximumDocumentSize + 1); // A sparse file.
     try {
         FAIL() << readDocument(location).size() << " bytes were read";
     } catch (const fs::filesystem_error& error) {
@@ -157,16 +157,17 @@ TEST_F(RegularFileTest, RefusesAFileLargerThanAnyDocument) {
     }
 }
 
-TEST_F(RegularFileTest, ADescriptorOfAnotherKindIsNotTakenForAFile) {
+TEST(RegularFile, RefusesADescriptorOfAnotherKindOfFile) {
+    const TemporaryDirectory directory;
     const auto opened = [](const fs::path& location) {
         return Descriptor(::open(location.c_str(), RegularFile::openFlags));
     };
-    const fs::path file = directory_.write("file", "abc");
+    const fs::path file = directory.write("file", "abc");
     std::optional<RegularFile> regular = RegularFile::from(opened(file), file);
     ASSERT_TRUE(regular);
     EXPECT_EQ(regular->size(), 3U);
-    EXPECT_FALSE(RegularFile::from(opened(directory_.path()), directory_.path()));
-    const fs::path fifo = makeFIFO();
+    EXPECT_FALSE(RegularFile::from(opened(directory.path()), directory.path()));
+    const fs::path fifo = makeFIFO(directory);
     EXPECT_FALSE(RegularFile::from(opened(fifo), fifo));
     EXPECT_THROW(RegularFile(opened(fifo), fifo), fs::filesystem_error);
 }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Descriptors that the library opens, in applications that have closed the standard ones.
-
 #include "common/files/standard_descriptors.hpp"
 
+#include <cerrno>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,87 +15,97 @@
 #include "support/forked_process.hpp"
 
 namespace kinovane::test {
-
 namespace {
 
 struct ClosedRow {
-    std::string sentence;
+    const char* sentence;
     std::vector<int> closed;
 };
 
-class DescriptorNumbers : public testing::TestWithParam<ClosedRow> {
-  protected:
-    /// Runs the job in a process that has closed these descriptors.
-    static std::string withClosed(const std::function<std::string()>& job) {
-        return inForkedProcess([&] {
-            for (const int number : GetParam().closed)
-                ::close(number);
-            return job();
-        });
-    }
+const ClosedRow closedRows[] = {
+    {"all are open", {}},
+    {"standard input is closed", {0}},
+    {"standard output is closed", {1}},
+    {"standard error is closed", {2}},
+    {"input and error are closed", {0, 2}},
+    {"output and error are closed", {1, 2}},
+    {"all are closed", {0, 1, 2}},
 };
 
-std::string openNumbers() {
+/// Runs the job in a process that has closed these descriptors, and returns its text.
+std::string withClosed(const std::vector<int>& closed, const std::function<std::string()>& job) {
+    return inForkedProcess([&] {
+        for (const int number : closed)
+            ::close(number);
+        return job();
+    });
+}
+
+Descriptor openRoot() {
+    return openAboveStandard([] { return ::open("/", O_RDONLY | O_CLOEXEC); });
+}
+
+std::string openStandardDescriptors() {
     std::string open;
-    for (int number = 0; number <= STDERR_FILENO; ++number)
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         if (::fcntl(number, F_GETFD) >= 0)
             open += std::to_string(number);
     return open;
 }
 
-TEST_P(DescriptorNumbers, AnOpenedDescriptorIsNeverAStandardOne) {
-    EXPECT_EQ(
-        withClosed([] {
-            const Descriptor descriptor = openAboveStandard([] { return ::open("/", O_RDONLY | O_CLOEXEC); });
+TEST(OpenAboveStandard, NeverReturnsAStandardDescriptor) {
+    for (const ClosedRow& row : closedRows) {
+        SCOPED_TRACE(row.sentence);
+        const std::string outcome = withClosed(row.closed, [] {
+            const Descriptor descriptor = openRoot();
             return descriptor && !isStandard(descriptor.get()) ? "above" : std::to_string(descriptor.get());
-        }),
-        "above");
+        });
+        EXPECT_EQ(outcome, "above");
+    }
 }
 
-TEST_P(DescriptorNumbers, TheStandardOnesAreAsBeforeAfterwards) {
-    EXPECT_EQ(withClosed([] {
-                  const std::string before = openNumbers();
-                  const Descriptor descriptor =
-                      openAboveStandard([] { return ::open("/", O_RDONLY | O_CLOEXEC); });
-                  return openNumbers() == before ? "as before" : openNumbers();
-              }),
-              "as before");
+TEST(OpenAboveStandard, LeavesTheStandardDescriptorsAsTheyWere) {
+    for (const ClosedRow& row : closedRows) {
+        SCOPED_TRACE(row.sentence);
+        const std::string outcome = withClosed(row.closed, [] {
+            const std::string before = openStandardDescriptors();
+            const Descriptor descriptor = openRoot();
+            const std::string after = openStandardDescriptors();
+            return after == before ? "unchanged" : after;
+        });
+        EXPECT_EQ(outcome, "unchanged");
+    }
 }
 
-TEST_P(DescriptorNumbers, AReservedOneCanNeitherBeReadNorWritten) {
-    EXPECT_EQ(withClosed([] {
-                  const ReservedStandardDescriptors reserved;
-                  std::string wrong;
-                  for (const int number : GetParam().closed) {
-                      char byte = 'x';
-                      if (::write(number, &byte, 1) >= 0 || errno != EBADF)
-                          wrong += "written ";
-                      if (::read(number, &byte, 1) >= 0)
-                          wrong += "read ";
-                  }
-                  return wrong;
-              }),
-              "");
+TEST(OpenAboveStandard, ReportsAFailureInErrno) {
+    for (const ClosedRow& row : closedRows) {
+        SCOPED_TRACE(row.sentence);
+        const std::string outcome = withClosed(row.closed, [] {
+            const Descriptor descriptor = openAboveStandard([] { return ::open("/nowhere", O_RDONLY); });
+            return !descriptor && errno == ENOENT ? "reported" : "lost";
+        });
+        EXPECT_EQ(outcome, "reported");
+    }
 }
 
-TEST_P(DescriptorNumbers, AFailureToOpenIsTheCallersToReport) {
-    EXPECT_EQ(withClosed([] {
-                  const Descriptor descriptor =
-                      openAboveStandard([] { return ::open("/nowhere", O_RDONLY); });
-                  return !descriptor && errno == ENOENT ? "reported" : "lost";
-              }),
-              "reported");
+TEST(ReservedStandardDescriptors, CanBeNeitherReadNorWritten) {
+    for (const ClosedRow& row : closedRows) {
+        SCOPED_TRACE(row.sentence);
+        const std::string outcome = withClosed(row.closed, [&] {
+            const ReservedStandardDescriptors reserved;
+            std::string succeeded;
+            for (const int number : row.closed) {
+                char byte = 'x';
+                if (::write(number, &byte, 1) >= 0 || errno != EBADF)
+                    succeeded += "write ";
+                if (::read(number, &byte, 1) >= 0)
+                    succeeded += "read ";
+            }
+            return succeeded;
+        });
+        EXPECT_EQ(outcome, "");
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(, DescriptorNumbers,
-                         testing::Values(ClosedRow{"all are open", {}}, ClosedRow{"input is closed", {0}},
-                                         ClosedRow{"output is closed", {1}},
-                                         ClosedRow{"errors are closed", {2}},
-                                         ClosedRow{"input and errors are closed", {0, 2}},
-                                         ClosedRow{"output and errors are closed", {1, 2}},
-                                         ClosedRow{"all are closed", {0, 1, 2}}),
-                         [](const auto& row) { return std::to_string(row.index); });
 
 } // namespace
-
 } // namespace kinovane::test

@@ -15,14 +15,14 @@ struct Row {
     FilmBrief brief;
 };
 
-/// A brief of which only these values are given.
+/// An empty brief that `set` has changed.
 FilmBrief briefWith(void (*set)(FilmBrief&)) {
     FilmBrief brief;
     set(brief);
     return brief;
 }
 
-TEST(Brief, ANestedValueWinsOverTheFlatOne) {
+TEST(FilmBrief, PrefersNestedValuesToFlatOnes) {
     const FilmBrief nested{"na", "ng", "nt", "nr", "nl", "np", "nu", 90, {"nm"}, {"ne"}, {"nx"}, {"fo"}};
     const FilmBrief flat{"fa", "fg", "ft", "fr", "fl", "fp", "fu", 60, {"fm"}, {"fe"}, {"fx"}, {"fo"}};
     const Row rows[] = {
@@ -62,13 +62,13 @@ TEST(Brief, ANestedValueWinsOverTheFlatOne) {
         {"a nested list that is empty", R"({"creative":{"mustHaves":[]},"mustHaves":["flat"]})", {}},
         {"a nested list that is null", R"({"creative":{"mustHaves":null},"mustHaves":["flat"]})",
          briefWith([](FilmBrief& brief) { brief.mustHaves = {"flat"}; })},
-        {"a duration of nothing", R"({"target":{"durationSeconds":0},"targetDurationSeconds":60})",
+        {"a nested duration of 0", R"({"target":{"durationSeconds":0},"targetDurationSeconds":60})",
          briefWith([](FilmBrief& brief) { brief.targetDurationSeconds = 0; })},
         {"keys that belong elsewhere",
          R"({"durationSeconds":9,"target":{"genre":1,"openQuestions":5,"targetDurationSeconds":"x"},)"
          R"("creative":{"audience":2,"openQuestions":["x"]}})",
          {}},
-        {"the last of two nested objects wins whole",
+        {"the last of two nested objects replaces the first",
          R"({"target":{"audience":"a","usage":"u"},"target":{"usage":"v"}})",
          briefWith([](FilmBrief& brief) { brief.usage = "v"; })},
     };
@@ -85,7 +85,7 @@ struct RefusalRow {
     const char* message;
 };
 
-TEST(Brief, SaysWhatIsWrongAndWhere) {
+TEST(FilmBrief, ReportsThePathOfAWrongValue) {
     const RefusalRow rows[] = {
         {"the target is a text", R"({"target":"festival"})", "target",
          "target: expected an object, found a string"},
@@ -97,24 +97,25 @@ TEST(Brief, SaysWhatIsWrongAndWhere) {
          "target.durationSeconds: expected a number, found a string"},
         {"a nested list", R"({"creative":{"references":"book"}})", "creative.references",
          "creative.references: expected a list, found a string"},
-        {"in a nested list", R"({"creative":{"exclusions":["rain",null]}})", "creative.exclusions[1]",
-         "creative.exclusions[1]: expected a string, found null"},
+        {"an element of a nested list", R"({"creative":{"exclusions":["rain",null]}})",
+         "creative.exclusions[1]", "creative.exclusions[1]: expected a string, found null"},
         {"a flat value is wrong although a nested one wins", R"({"creative":{"genre":"a"},"genre":5})",
          "genre", "genre: expected a string, found a number"},
-        {"target before creative", R"({"audience":1,"creative":{"genre":1},"target":{"usage":1}})",
-         "target.usage", "target.usage: expected a string, found a number"},
-        {"creative before the flat keys", R"({"audience":1,"creative":{"tone":1}})", "creative.tone",
-         "creative.tone: expected a string, found a number"},
-        {"the flat keys in their order", R"({"openQuestions":1,"usage":1,"genre":1})", "genre",
+        {"target is reported before creative",
+         R"({"audience":1,"creative":{"genre":1},"target":{"usage":1}})", "target.usage",
+         "target.usage: expected a string, found a number"},
+        {"creative is reported before the flat keys", R"({"audience":1,"creative":{"tone":1}})",
+         "creative.tone", "creative.tone: expected a string, found a number"},
+        {"flat keys are reported in declared order", R"({"openQuestions":1,"usage":1,"genre":1})", "genre",
          "genre: expected a string, found a number"},
-        {"a list of the wrong things", R"({"openQuestions":[[]]})", "openQuestions[0]",
+        {"an element of the wrong type", R"({"openQuestions":[[]]})", "openQuestions[0]",
          "openQuestions[0]: expected a string, found a list"},
     };
     for (const RefusalRow& row : rows) {
         SCOPED_TRACE(row.sentence);
         try {
             static_cast<void>(decodeJSON<FilmBrief>(row.document));
-            ADD_FAILURE() << "was read";
+            ADD_FAILURE() << "the document was accepted";
         } catch (const JSONDecodingError& error) {
             EXPECT_EQ(error.path(), row.path);
             EXPECT_STREQ(error.what(), row.message);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include <functional>
 #include <string>
 
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -21,13 +21,11 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::string_literals;
 
-constexpr const char* documents[] = {"film-project.json", "production-plan.json", "treatment.json"};
-
-/// What the error says behind "The film project could not be read: ", or what came instead.
-std::string complaintOf(const fs::path& manifest) {
+/// The description of the invalidProject error, or what happened instead.
+std::string outcomeOfLoading(const fs::path& manifest) {
     try {
         static_cast<void>(FilmProjectLoader::load(manifest));
-        return "was loaded";
+        return "loaded";
     } catch (const FilmProjectError& error) {
         const auto* invalid = std::get_if<FilmProjectError::invalidProject>(&error.value());
         if (invalid == nullptr)
@@ -36,6 +34,72 @@ std::string complaintOf(const fs::path& manifest) {
         return invalid->description;
     }
 }
+
+/// A workspace with all three documents.
+struct CompleteWorkspace {
+    CompleteWorkspace() {
+        directory.write("run.json", "");
+        directory.write("film-project.json", smallestProject());
+        directory.write("production-plan.json", encodeJSON(FilmProductionPlan{}));
+        directory.write("treatment.json", encodeJSON(FilmTreatment{}));
+        EXPECT_EQ(outcome(), "loaded");
+    }
+
+    std::string outcome() const { return outcomeOfLoading(directory / "run.json"); }
+
+    TemporaryDirectory directory;
+};
+
+struct DocumentRow {
+    std::string name;
+    const char* missingKey;
+    const char* truncated;
+    const char* repeated;
+};
+
+const DocumentRow documents[] = {
+    {"film-project.json", "contractVersion is missing", "line 1, column 714: the document ends too early",
+     "line 1, column 715: something follows the end of the document"},
+    {"production-plan.json", "contractVersion is missing", "line 1, column 155: the document ends too early",
+     "line 1, column 156: something follows the end of the document"},
+    {"treatment.json", "title is missing", "line 1, column 100: the document ends too early",
+     "line 1, column 101: something follows the end of the document"},
+};
+
+TEST(BrokenDocument, IsReportedByNameAndReason) {
+    struct Row {
+        const char* sentence;
+        std::string content;
+        const char* reason;
+    };
+    for (const DocumentRow& document : documents) {
+        const CompleteWorkspace workspace;
+        const std::string whole = contentOf(workspace.directory / document.name);
+        const Row rows[] = {
+            {"an empty file", "", "line 1, column 1: the document ends too early"},
+            {"an empty object", "{}", document.missingKey},
+            {"a list", "[]", "expected an object, found a list"},
+            {"the last byte is missing", whole.substr(0, whole.size() - 1), document.truncated},
+            {"the document twice", whole + whole, document.repeated},
+            {"no JSON", "film", "line 1, column 2: this is not valid JSON"},
+            {"not UTF-8", "{\n\"title\":\"Br\xE8mes\"}", "line 2, column 12: the text is not UTF-8"},
+            {"nested too deep", std::string(2'000'000, '['),
+             "line 1, column 513: nested more than 512 levels deep"},
+            {"nested too deep under an unknown key", R"({"x":)" + std::string(512, '['),
+             "line 1, column 517: nested more than 512 levels deep"},
+            {"only NUL bytes", std::string(4096, '\0'), "line 1, column 1: this is not valid JSON"},
+        };
+        for (const Row& row : rows) {
+            SCOPED_TRACE(document.name + ": " + row.sentence);
+            workspace.directory.write(document.name, row.content);
+            EXPECT_EQ(workspace.outcome(), document.name + ": " + row.reason);
+        }
+    }
+}
+
+void makeDirectory(const fs::path& location) { fs::create_directory(location); }
+
+void makeFIFO(const fs::path& location) { EXPECT_EQ(::mkfifo(location.c_str(), 0644), 0); }
 
 void makeSocket(const fs::path& location) {
     sockaddr_un address{};
@@ -46,139 +110,96 @@ void makeSocket(const fs::path& location) {
     ::close(socket);
 }
 
-class BrokenDocument : public testing::TestWithParam<const char*> {
-  protected:
-    void SetUp() override {
-        directory_.write("run.json", "");
-        directory_.write("film-project.json", smallestProject());
-        directory_.write("production-plan.json", encodeJSON(FilmProductionPlan{}));
-        directory_.write("treatment.json", encodeJSON(FilmTreatment{}));
-        ASSERT_EQ(complaint(), "was loaded");
-    }
+void linkToZero(const fs::path& location) { fs::create_symlink("/dev/zero", location); }
 
-    std::string complaint() const { return complaintOf(directory_ / "run.json"); }
+void linkToNull(const fs::path& location) { fs::create_symlink("/dev/null", location); }
 
-    TemporaryDirectory directory_;
-    const std::string name_ = GetParam();
-    const fs::path location_ = directory_ / GetParam();
-};
+void makeLargeFile(const fs::path& location) {
+    const int file = ::open(location.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    EXPECT_EQ(::ftruncate(file, (off_t{256} << 20U) + 1), 0);
+    ::close(file);
+}
 
-struct ContentRow {
-    const char* sentence;
-    std::string content;
-    const char* complaint;
-};
-
-TEST_P(BrokenDocument, WhatItHoldsIsWrong) {
-    const std::string whole = contentOf(location_);
-    const std::string firstKey = name_ == "treatment.json" ? "title" : "contractVersion";
-    const std::string missing = firstKey + " is missing";
-    const std::string cut =
-        "line 1, column " + std::to_string(whole.size()) + ": the document ends too early";
-    const std::string trailing =
-        "line 1, column " + std::to_string(whole.size() + 1) + ": something follows the end of the document";
-    const ContentRow rows[] = {
-        {"nothing", "", "line 1, column 1: the document ends too early"},
-        {"an empty object", "{}", missing.c_str()},
-        {"a list", "[]", "expected an object, found a list"},
-        {"cut short by one byte", whole.substr(0, whole.size() - 1), cut.c_str()},
-        {"twice", whole + whole, trailing.c_str()},
-        {"no JSON", "film", "line 1, column 2: this is not valid JSON"},
-        {"not UTF-8", "{\n\"title\":\"Br\xE8mes\"}", "line 2, column 12: the text is not UTF-8"},
-        {"nested very deep", std::string(2'000'000, '['),
-         "line 1, column 513: nested more than 512 levels deep"},
-        {"nested very deep under an unknown key", R"({"x":)" + std::string(512, '['),
-         "line 1, column 517: nested more than 512 levels deep"},
-        {"only NUL bytes", std::string(4096, '\0'), "line 1, column 1: this is not valid JSON"},
+TEST(BrokenDocument, IsRefusedWhenItIsNotAFileOfModerateSize) {
+    struct Row {
+        const char* sentence;
+        void (*make)(const fs::path& location);
+        const char* reason;
     };
-    for (const ContentRow& row : rows) {
-        SCOPED_TRACE(row.sentence);
-        directory_.write(name_, row.content);
-        EXPECT_EQ(complaint(), name_ + ": " + row.complaint);
-    }
-}
-
-struct PlaceRow {
-    const char* sentence;
-    std::function<void(const fs::path&)> make;
-    const char* complaint;
-};
-
-TEST_P(BrokenDocument, SomethingElseStandsInItsPlace) {
-    const auto notOrdinary = "this is not an ordinary file";
-    const PlaceRow rows[] = {
-        {"a directory", [](const fs::path& place) { fs::create_directory(place); }, "Is a directory"},
-        {"a FIFO that nobody writes to",
-         [](const fs::path& place) { EXPECT_EQ(::mkfifo(place.c_str(), 0644), 0); }, notOrdinary},
-        {"a socket", makeSocket, notOrdinary},
-        {"a device without end", [](const fs::path& place) { fs::create_symlink("/dev/zero", place); },
-         notOrdinary},
-        {"an empty device", [](const fs::path& place) { fs::create_symlink("/dev/null", place); },
-         notOrdinary},
-        {"a file of more than 256 MiB",
-         [this](const fs::path& place) {
-             directory_.write(name_, "");
-             fs::resize_file(place, (std::uintmax_t{256} << 20U) + 1);
-         },
-         "File too large"},
+    const Row rows[] = {
+        {"a directory", makeDirectory, "Is a directory"},
+        {"a FIFO without a writer", makeFIFO, "this is not an ordinary file"},
+        {"a socket", makeSocket, "this is not an ordinary file"},
+        {"an endless device", linkToZero, "this is not an ordinary file"},
+        {"an empty device", linkToNull, "this is not an ordinary file"},
+        {"a file of more than 256 MiB", makeLargeFile, "File too large"},
     };
-    for (const PlaceRow& row : rows) {
-        SCOPED_TRACE(row.sentence);
-        fs::remove(location_);
-        row.make(location_);
-        EXPECT_EQ(complaint(), name_ + ": " + row.complaint);
+    for (const DocumentRow& document : documents) {
+        const CompleteWorkspace workspace;
+        const fs::path location = workspace.directory / document.name;
+        for (const Row& row : rows) {
+            SCOPED_TRACE(document.name + ": " + row.sentence);
+            fs::remove(location);
+            row.make(location);
+            EXPECT_EQ(workspace.outcome(), document.name + ": " + row.reason);
+        }
     }
 }
 
-TEST_P(BrokenDocument, ALinkThatLeadsNowhereIsAnAbsentDocument) {
-    fs::remove(location_);
-    fs::create_symlink("nowhere", location_);
-    if (name_ == "film-project.json") {
-        EXPECT_EQ(complaint(), "another case: No film-project.json exists at " + location_.string() + ".");
-        return;
+TEST(BrokenDocument, IsReportedWhenItMayNotBeRead) {
+    for (const DocumentRow& document : documents) {
+        SCOPED_TRACE(document.name);
+        const CompleteWorkspace workspace;
+        fs::permissions(workspace.directory.path(), fs::perms::all);
+        fs::permissions(workspace.directory / document.name, fs::perms::none);
+        EXPECT_EQ(asOrdinaryUser([&] { return workspace.outcome(); }), document.name + ": Permission denied");
     }
-    const FilmWorkspaceSnapshot snapshot = FilmProjectLoader::load(directory_ / "run.json");
-    EXPECT_EQ(snapshot.productionPlan.has_value(), name_ != "production-plan.json");
-    EXPECT_EQ(snapshot.treatment.has_value(), name_ != "treatment.json");
 }
 
-TEST_P(BrokenDocument, ALinkToADocumentIsFollowed) {
-    fs::create_directory(directory_ / "elsewhere");
-    fs::rename(location_, directory_ / "elsewhere/document");
-    fs::create_symlink("elsewhere/document", location_);
-    EXPECT_EQ(complaint(), "was loaded");
-}
-
-TEST_P(BrokenDocument, ItMayNotBeRead) {
-    fs::permissions(directory_.path(), fs::perms::all);
-    fs::permissions(location_, fs::perms::none);
-    EXPECT_EQ(asOrdinaryUser([this] { return complaint(); }), name_ + ": Permission denied");
-}
-
-INSTANTIATE_TEST_SUITE_P(Each, BrokenDocument, testing::ValuesIn(documents), [](const auto& each) {
-    const std::string name = each.param;
-    return name.substr(0, name.find_first_of("-."));
-});
-
-TEST(BrokenDocuments, TheFirstOneIsReported) {
-    const TemporaryDirectory directory;
-    directory.write("run.json", "");
-    directory.write("film-project.json", smallestProject());
-    directory.write("treatment.json", "{}");
-    directory.write("production-plan.json", "{}");
-    EXPECT_EQ(complaintOf(directory / "run.json"), "production-plan.json: contractVersion is missing");
-    directory.write("film-project.json", "{}");
-    EXPECT_EQ(complaintOf(directory / "run.json"), "film-project.json: contractVersion is missing");
-}
-
-TEST(BrokenDocuments, AWorkspaceThatMayNotBeSearchedSaysSo) {
+TEST(BrokenDocument, IsReportedWhenTheWorkspaceMayNotBeSearched) {
     const TemporaryDirectory directory;
     directory.write("film/run.json", "");
     directory.write("film/film-project.json", smallestProject());
     fs::permissions(directory.path(), fs::perms::all);
     fs::permissions(directory / "film", fs::perms::owner_read);
-    EXPECT_EQ(asOrdinaryUser([&] { return complaintOf(directory / "film/run.json"); }),
+    EXPECT_EQ(asOrdinaryUser([&] { return outcomeOfLoading(directory / "film/run.json"); }),
               "film-project.json: Permission denied");
+}
+
+TEST(BrokenDocument, IsReportedInTheOrderOfReading) {
+    const CompleteWorkspace workspace;
+    workspace.directory.write("treatment.json", "{}");
+    workspace.directory.write("production-plan.json", "{}");
+    EXPECT_EQ(workspace.outcome(), "production-plan.json: contractVersion is missing");
+    workspace.directory.write("film-project.json", "{}");
+    EXPECT_EQ(workspace.outcome(), "film-project.json: contractVersion is missing");
+}
+
+TEST(LinkedDocument, IsRead) {
+    for (const DocumentRow& document : documents) {
+        SCOPED_TRACE(document.name);
+        const CompleteWorkspace workspace;
+        const fs::path location = workspace.directory / document.name;
+        fs::create_directory(workspace.directory / "elsewhere");
+        fs::rename(location, workspace.directory / "elsewhere/document");
+        fs::create_symlink("elsewhere/document", location);
+        EXPECT_EQ(workspace.outcome(), "loaded");
+    }
+}
+
+TEST(LinkedDocument, IsAbsentWhenTheLinkIsBroken) {
+    const CompleteWorkspace workspace;
+    for (const char* const name : {"production-plan.json", "treatment.json"}) {
+        fs::remove(workspace.directory / name);
+        fs::create_symlink("nowhere", workspace.directory / name);
+        const FilmWorkspaceSnapshot film = FilmProjectLoader::load(workspace.directory / "run.json");
+        EXPECT_FALSE(film.productionPlan);
+        EXPECT_EQ(film.treatment.has_value(), name == std::string("production-plan.json"));
+    }
+    const fs::path project = workspace.directory / "film-project.json";
+    fs::remove(project);
+    fs::create_symlink("nowhere", project);
+    EXPECT_EQ(workspace.outcome(), "another case: No film-project.json exists at " + project.string() + ".");
 }
 
 } // namespace

@@ -7,19 +7,12 @@
 #include <kinovane/workspace.hpp>
 
 #include "support/sample_film.hpp"
+#include "workspace/project_text.hpp"
 
 namespace kinovane::test {
 namespace {
 
-std::string projectWith(std::string_view piece, std::string_view replacement) {
-    std::string text = smallestProject();
-    const std::size_t position = text.find(piece);
-    if (position == std::string::npos)
-        throw std::logic_error("no such piece");
-    return text.replace(position, piece.size(), replacement);
-}
-
-TEST(Project, TheSmallestDocumentHasEmptyListsAndAnEmptyBrief) {
+TEST(FilmProject, HasEmptyListsAndAnEmptyBriefInTheSmallestDocument) {
     const auto project = decodeJSON<FilmProject>(smallestProject());
     EXPECT_TRUE(project.brief == FilmBrief{});
     EXPECT_TRUE(project.approvals.empty());
@@ -40,37 +33,37 @@ struct RefusalRow {
     const char* message;
 };
 
-TEST(Project, SaysWhereInTheDocumentSomethingIsWrong) {
+TEST(FilmProject, ReportsThePathOfAWrongValue) {
     const RefusalRow rows[] = {
-        {"no issues", projectWith(R"(,"issues":[])", ""), "issues", "issues is missing"},
+        {"a required list is missing", projectWith(R"(,"issues":[])", ""), "issues", "issues is missing"},
         {"an approval without status", projectWith(R"("approvals":{})", R"("approvals":{"rough-cut":{}})"),
          "approvals.rough-cut.status", "approvals.rough-cut.status is missing"},
         {"an approval that is null", projectWith(R"("approvals":{})", R"("approvals":{"gate":null})"),
          "approvals.gate", "approvals.gate: expected an object, found null"},
-        {"an artifact's size",
+        {"the size of an artifact",
          projectWith(R"("artifacts":[])",
                      R"("artifacts":[{"bytes":1,"contentType":"","createdAt":"","kind":"","path":"",)"
                      R"("sha256":"","source":""},{"bytes":"many"}])"),
          "artifacts[1].bytes", "artifacts[1].bytes: expected an integer, found a string"},
-        {"a task's dependency",
+        {"a dependency of a task",
          projectWith(R"("departments":[])",
                      R"("departments":[{"id":"","role":"","phase":"","dependsOn":["a",7],)"
                      R"("synthesis":true,"status":"","attempts":0}])"),
          "departments[0].dependsOn[1]", "departments[0].dependsOn[1]: expected a string, found a number"},
-        {"a model", projectWith(R"("video":"c",)", ""), "production.models.video",
+        {"a model is missing", projectWith(R"("video":"c",)", ""), "production.models.video",
          "production.models.video is missing"},
-        {"the brief", projectWith(R"("brief":{})", R"("brief":{"target":{"usage":1}})"), "brief.target.usage",
-         "brief.target.usage: expected a string, found a number"},
+        {"a value of the brief", projectWith(R"("brief":{})", R"("brief":{"target":{"usage":1}})"),
+         "brief.target.usage", "brief.target.usage: expected a string, found a number"},
         {"a step of the proof", projectWith(R"("captions":false)", R"("captions":0)"), "proof.captions",
          "proof.captions: expected true or false, found a number"},
-        {"a list and a later step: the list", projectWith(R"("jobs":[])", R"("jobs":[{}])"), "jobs[0].id",
-         "jobs[0].id is missing"},
+        {"the first of two errors in declared order", projectWith(R"("jobs":[])", R"("jobs":[{}])"),
+         "jobs[0].id", "jobs[0].id is missing"},
     };
     for (const RefusalRow& row : rows) {
         SCOPED_TRACE(row.sentence);
         try {
             static_cast<void>(decodeJSON<FilmProject>(row.document));
-            ADD_FAILURE() << "was read";
+            ADD_FAILURE() << "the document was accepted";
         } catch (const JSONDecodingError& error) {
             EXPECT_EQ(error.path(), row.path);
             EXPECT_STREQ(error.what(), row.message);
@@ -78,7 +71,7 @@ TEST(Project, SaysWhereInTheDocumentSomethingIsWrong) {
     }
 }
 
-TEST(Project, IdentitiesAreMadeOfTheirMembers) {
+TEST(FilmProject, HasRecordsWithComputedIdentities) {
     EXPECT_EQ((FilmReviewRequest{"shot-05", "warmer", "applied", "10:06", {}, {}}.id()), "shot-05:10:06");
     EXPECT_EQ((FilmIssue{"late", "m", false, {}}.id()), "late");
     const FilmArtifact artifact{7, "video/mp4", "monday", "shot-clip", "clips/a.mp4", "sha256:00", "camera"};
@@ -90,7 +83,7 @@ TEST(Project, IdentitiesAreMadeOfTheirMembers) {
     EXPECT_EQ(FilmArtifact{}.id(), "::");
 }
 
-TEST(Project, CompletedStepsAreCounted) {
+TEST(FilmProof, CountsTheCompletedSteps) {
     EXPECT_EQ(FilmProof{}.completedCount(), 0);
     EXPECT_EQ((FilmProof{true, true, true, true, true, false, true, true, true, true}.completedCount()), 9);
     EXPECT_EQ((FilmProof{true, true, true, true, true, true, true, true, true, true}.completedCount()), 10);
@@ -106,7 +99,7 @@ TEST(Project, CompletedStepsAreCounted) {
     }
 }
 
-TEST(Project, DuplicatesAndUnknownReferencesAreKept) {
+TEST(FilmProject, KeepsDuplicateIdsAndUnknownReferences) {
     const auto project = decodeJSON<FilmProject>(projectWith(
         R"("shots":[],"reviewRequests":[])",
         R"("shots":[{"id":"a"},{"id":"a"}],"reviewRequests":[{"shotId":"nobody","note":"","status":"",)"
@@ -115,7 +108,7 @@ TEST(Project, DuplicatesAndUnknownReferencesAreKept) {
     EXPECT_EQ(project.reviewRequests.front().shotId, "nobody");
 }
 
-TEST(Plan, TheOrderOfShotsMatters) {
+TEST(FilmProductionPlan, IsEqualOnlyWithTheSameOrderOfShots) {
     FilmProductionPlan plan;
     plan.shots = {shotOf("a", 1), shotOf("b", 2)};
     FilmProductionPlan other;
@@ -124,23 +117,23 @@ TEST(Plan, TheOrderOfShotsMatters) {
     EXPECT_TRUE(plan == FilmProductionPlan(plan));
 }
 
-TEST(Plan, SaysWhereInTheDocumentSomethingIsWrong) {
+TEST(FilmProductionPlan, ReportsThePathOfAWrongValue) {
     FilmProductionPlan plan;
     plan.shots = {shotOf("a", 1), shotOf("b", 2)};
     plan.shots[1].dialogue.push_back({"Noor", "Borrow mine?", 0.5, "softly"});
     std::string document = encodeJSON(plan);
-    const std::string piece = R"("startSeconds":0.5)";
-    document.replace(document.find(piece), piece.size(), R"("startSeconds":null)");
+    const std::string member = R"("startSeconds":0.5)";
+    document.replace(document.find(member), member.size(), R"("startSeconds":null)");
     try {
         static_cast<void>(decodeJSON<FilmProductionPlan>(document));
-        FAIL() << "was read";
+        FAIL() << "the document was accepted";
     } catch (const JSONDecodingError& error) {
         EXPECT_EQ(error.path(), "shots[1].dialogue[0].startSeconds");
         EXPECT_STREQ(error.what(), "shots[1].dialogue[0].startSeconds: expected a number, found null");
     }
 }
 
-TEST(Plan, AnEmptyTargetIsWrittenAsAnEmptyObject) {
+TEST(FilmProductionPlan, WritesAnEmptyTargetAsAnEmptyObject) {
     EXPECT_EQ(encodeJSON(FilmTarget{}), "{}");
     EXPECT_NE(encodeJSON(FilmProductionPlan{}).find(R"("target":{},)"), std::string::npos);
     EXPECT_TRUE(decodeJSON<FilmProductionPlan>(encodeJSON(FilmProductionPlan{})) == FilmProductionPlan{});

@@ -24,16 +24,16 @@ struct LocationRow {
     std::string location;
 };
 
-TEST(Snapshot, AnArtifactLiesBelowTheRootUnlessItsPathIsAbsolute) {
+TEST(FilmWorkspaceSnapshot, ResolvesARelativeArtifactPathAgainstTheRoot) {
     FilmWorkspaceSnapshot snapshot;
     snapshot.root = "/films/ferry";
     const LocationRow rows[] = {
         {"a name", "film.mp4", "/films/ferry/film.mp4"},
-        {"several pieces", "renders/film.mp4", "/films/ferry/renders/film.mp4"},
+        {"several components", "renders/film.mp4", "/films/ferry/renders/film.mp4"},
         {"an absolute path", "/elsewhere/film.mp4", "/elsewhere/film.mp4"},
-        {"the root of everything", "/", "/"},
+        {"the root directory of the file system", "/", "/"},
         {"a directory", "renders/", "/films/ferry/renders/"},
-        {"dots are left alone", "../other/./film.mp4", "/films/ferry/../other/./film.mp4"},
+        {"dots stay", "../other/./film.mp4", "/films/ferry/../other/./film.mp4"},
         {"an absolute path with dots", "/a/../b", "/a/../b"},
         {"a home directory is only a name", "~/film.mp4", "/films/ferry/~/film.mp4"},
         {"odd characters", "a b/é%20?.mp4", "/films/ferry/a b/é%20?.mp4"},
@@ -47,7 +47,7 @@ TEST(Snapshot, AnArtifactLiesBelowTheRootUnlessItsPathIsAbsolute) {
     }
 }
 
-TEST(Snapshot, TheLatestArtifactIsTheLastOneListed) {
+TEST(FilmWorkspaceSnapshot, FindsTheLastListedArtifactOfAKind) {
     WorkspaceMaker workspace;
     workspace.list("shot-clip", "one").createdAt = "2026-12-31";
     workspace.list("poster", "two");
@@ -63,7 +63,7 @@ TEST(Snapshot, TheLatestArtifactIsTheLastOneListed) {
     EXPECT_EQ(WorkspaceMaker().snapshot.latestArtifact("poster"), std::nullopt);
 }
 
-struct Listed {
+struct ListedArtifact {
     const char* kind;
     const char* path;
     bool exists;
@@ -71,11 +71,11 @@ struct Listed {
 
 struct CutRow {
     const char* sentence;
-    std::vector<Listed> artifacts;
-    const char* cut; ///< Relative; nothing when null.
+    std::vector<ListedArtifact> artifacts;
+    const char* cut; ///< Relative; null when there is none.
 };
 
-TEST(Snapshot, TheBestCutThatExistsIsPlayed) {
+TEST(FilmWorkspaceSnapshot, ChoosesTheBestCutThatExists) {
     const CutRow rows[] = {
         {"no artifacts", {}, nullptr},
         {"only other kinds", {{"shot-clip", "a", true}, {"poster", "b", true}}, nullptr},
@@ -91,10 +91,10 @@ TEST(Snapshot, TheBestCutThatExistsIsPlayed) {
         {"all are gone",
          {{"delivery-master", "d", false}, {"final-master", "f", false}, {"rough-cut", "r", false}},
          nullptr},
-        {"an older master does not stand in",
+        {"an older final master is not chosen",
          {{"final-master", "old", true}, {"final-master", "new", false}},
          nullptr},
-        {"an older delivery does not stand in for a master",
+        {"a final master is preferred to an older delivery",
          {{"delivery-master", "old", true}, {"delivery-master", "new", false}, {"final-master", "f", true}},
          "f"},
         {"the later of two", {{"final-master", "old", true}, {"final-master", "new", true}}, "new"},
@@ -103,7 +103,7 @@ TEST(Snapshot, TheBestCutThatExistsIsPlayed) {
     for (const CutRow& row : rows) {
         SCOPED_TRACE(row.sentence);
         WorkspaceMaker workspace;
-        for (const Listed& each : row.artifacts) {
+        for (const ListedArtifact& each : row.artifacts) {
             workspace.list(each.kind, each.path);
             if (each.exists)
                 workspace.directory.write(each.path, "film");
@@ -122,7 +122,7 @@ struct RootRow {
     std::optional<fs::path> cut;
 };
 
-TEST(Snapshot, ACutIsLookedForBelowTheRootAlone) {
+TEST(FilmWorkspaceSnapshot, LooksForCutsOnlyBelowTheRoot) {
     WorkspaceMaker workspace;
     const fs::path film = workspace.directory.write("film/d.mp4", "film");
     const fs::path root = film.parent_path();
@@ -148,14 +148,14 @@ TEST(Snapshot, ACutIsLookedForBelowTheRootAlone) {
     fs::current_path(before);
 }
 
-struct UnknownRow {
+struct PermissionRow {
     const char* sentence;
-    void (*change)(const fs::path& root); ///< What becomes of the delivery "locked/d.mp4".
+    void (*change)(const fs::path& root); ///< Changes the delivery "locked/d.mp4" or its directory.
     const char* cut;
 };
 
-TEST(Snapshot, ACutThatIsNotKnownToExistIsPassedOver) {
-    const UnknownRow rows[] = {
+TEST(FilmWorkspaceSnapshot, SkipsACutThatIsNotKnownToExist) {
+    const PermissionRow rows[] = {
         {"a file that may not be read",
          [](const fs::path& root) { ASSERT_EQ(::chmod((root / "locked/d.mp4").c_str(), 0), 0); },
          "locked/d.mp4"},
@@ -180,7 +180,7 @@ TEST(Snapshot, ACutThatIsNotKnownToExistIsPassedOver) {
          },
          "r.mp4"},
     };
-    for (const UnknownRow& row : rows) {
+    for (const PermissionRow& row : rows) {
         SCOPED_TRACE(row.sentence);
         WorkspaceMaker workspace;
         workspace.add("rough-cut", "r.mp4", "film");
@@ -193,7 +193,7 @@ TEST(Snapshot, ACutThatIsNotKnownToExistIsPassedOver) {
     }
 }
 
-TEST(Snapshot, TheDiskIsLookedAtEachTime) {
+TEST(FilmWorkspaceSnapshot, LooksForCutsAtEachCall) {
     WorkspaceMaker workspace;
     workspace.add("final-master", "f.mp4", "film");
     const fs::path other = workspace.directory.write("elsewhere/d.mp4", "film");
@@ -209,7 +209,7 @@ TEST(Snapshot, TheDiskIsLookedAtEachTime) {
     EXPECT_EQ(workspace.snapshot.playableCutURL(), workspace.directory / "f.mp4");
 }
 
-TEST(Snapshot, IsComparedOverAllItsMembers) {
+TEST(FilmWorkspaceSnapshot, IsEqualOnlyWhenAllMembersAre) {
     const WorkspaceMaker workspace;
     const FilmWorkspaceSnapshot& snapshot = workspace.snapshot;
     EXPECT_TRUE(snapshot == FilmWorkspaceSnapshot(snapshot));
@@ -227,7 +227,7 @@ TEST(Snapshot, IsComparedOverAllItsMembers) {
     }
 }
 
-TEST(SampleFilm, LoadsWithEverythingInIt) {
+TEST(SampleFilm, LoadsWithAllItsRecords) {
     const FilmWorkspaceSnapshot film = FilmProjectLoader::load(sampleFilm() / "run.json");
     EXPECT_EQ(film.root, sampleFilm());
     EXPECT_EQ(film.project.title, "A Lamp for the Late Ferry");

@@ -9,31 +9,6 @@
 namespace kinovane::test {
 namespace {
 
-template <class Record>
-concept Encodable = requires(const Record& record) { encodeJSON(record); };
-template <class Record>
-concept Decodable = requires { decodeJSON<Record>(""); };
-
-template <class... Records>
-constexpr bool readAndWritten = ((Encodable<Records> && Decodable<Records>) && ...);
-template <class... Records>
-constexpr bool plain = (std::is_aggregate_v<Records> && ...);
-
-// The two documents that belong to the film tool alone are never written.
-static_assert(!Encodable<FilmProject> && Decodable<FilmProject>);
-static_assert(!Encodable<FilmBrief> && Decodable<FilmBrief>);
-static_assert(!Encodable<FilmWorkspaceSnapshot> && !Decodable<FilmWorkspaceSnapshot>);
-static_assert(!Encodable<std::string> && !Decodable<std::int64_t>);
-static_assert(readAndWritten<FilmApproval, FilmDepartmentTask, FilmShotState, FilmReviewRequest, FilmJob,
-                             FilmProductionConfiguration, FilmModelConfiguration, FilmArtifact, FilmProof,
-                             FilmIssue, FilmProductionPlan, FilmTarget, FilmCastMember, FilmLocation,
-                             FilmProductionShot, FilmDialogueLine, FilmSoundEffect, FilmTreatment>);
-static_assert(
-    plain<FilmProject, FilmBrief, FilmApproval, FilmDepartmentTask, FilmShotState, FilmReviewRequest, FilmJob,
-          FilmProductionConfiguration, FilmModelConfiguration, FilmArtifact, FilmProof, FilmIssue,
-          FilmProductionPlan, FilmTarget, FilmCastMember, FilmLocation, FilmProductionShot, FilmDialogueLine,
-          FilmSoundEffect, FilmTreatment, FilmWorkspaceSnapshot>);
-
 static_assert(std::is_base_of_v<std::exception, FilmProjectError>);
 static_assert(std::is_nothrow_copy_constructible_v<FilmProjectError>);
 static_assert(std::is_nothrow_copy_assignable_v<FilmProjectError>);
@@ -54,7 +29,7 @@ struct Row {
     const char* description;
 };
 
-TEST(FilmProjectErrors, AreDescribedWordForWord) {
+TEST(FilmProjectError, HasADescriptionForEachCase) {
     const Row rows[] = {
         {"no run manifest", FilmProjectError::missingRunManifest{"/films/Brèmes 1/run.json"},
          "No run.json exists at /films/Brèmes 1/run.json."},
@@ -73,7 +48,7 @@ TEST(FilmProjectErrors, AreDescribedWordForWord) {
     }
 }
 
-TEST(FilmProjectErrors, AreEqualByCaseAndPayload) {
+TEST(FilmProjectError, IsEqualByCaseAndPayload) {
     const FilmProjectError error = FilmProjectError::missingProject{"/a"};
     EXPECT_TRUE(error == FilmProjectError(FilmProjectError::missingProject{"/a"}));
     EXPECT_FALSE(error == FilmProjectError(FilmProjectError::missingProject{"/b"}));
@@ -82,7 +57,7 @@ TEST(FilmProjectErrors, AreEqualByCaseAndPayload) {
                  FilmProjectError(FilmProjectError::invalidProject{"x"}));
 }
 
-TEST(FilmProjectErrors, CopiesKeepCaseAndText) {
+TEST(FilmProjectError, KeepsItsCaseAndTextWhenCopied) {
     FilmProjectError kept = FilmProjectError::invalidProject{"other"};
     try {
         throw FilmProjectError(FilmProjectError::unsupportedContract{"quexrun/film-project.v2"});
@@ -95,10 +70,10 @@ TEST(FilmProjectErrors, CopiesKeepCaseAndText) {
     EXPECT_EQ(contract->identifier, "quexrun/film-project.v2");
 }
 
-TEST(FilmProjectErrors, AMovedFromErrorStillSpeaks) {
+TEST(FilmProjectError, IsUnchangedWhenMovedFrom) {
     FilmProjectError error = FilmProjectError::invalidProject{"why"};
-    const FilmProjectError taken = std::move(error);
-    EXPECT_EQ(taken, error); // NOLINT(bugprone-use-after-move): moving is copying here
+    const FilmProjectError moved = std::move(error);
+    EXPECT_EQ(moved, error); // NOLINT(bugprone-use-after-move): moving is copying here
 }
 
 } // namespace

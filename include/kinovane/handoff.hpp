@@ -21,25 +21,26 @@
 #include <kinovane/task.hpp>
 #include <kinovane/workspace.hpp>
 
-/// Publishing a finished production to the storyboard application Vistrel: a verified handoff manifest is
-/// built from a workspace, written to disk, and given to Vistrel's importer.
+/// Publishing a finished production to the storyboard application Vistrel: build a verified handoff manifest
+/// from a workspace (VistrelHandoffBuilder::build), write it to disk (VistrelHandoffBuilder::write), and run
+/// Vistrel's importer on it (VistrelClient).
 namespace kinovane {
 
-// ---------------------------------------------------------------------------------------------------------------------
-// The handoff manifest ("quexrun/film-vistrel-handoff.v1"). All times are whole milliseconds.
+// -----------------------------------------------------------------------------------------------------------
+// Manifest: the document "quexrun/film-vistrel-handoff.v1". All times are whole milliseconds.
 
-/// Where a handoff came from.
+/// The project that a handoff was made from.
 struct KINOVANE_EXPORT VistrelHandoffSource {
     std::string projectId;
-    std::string projectRoot;            ///< The project's directory, as the caller of `build` named it.
+    std::string projectRoot;            ///< The project's directory, as given to `build`.
     std::string runManifest;            ///< Always "run.json" when built by this library.
-    std::string projectContractVersion; ///< Of film-project.json.
+    std::string projectContractVersion; ///< The contract version of film-project.json.
     std::string updatedAt;              ///< The project's last change.
 
     bool operator==(const VistrelHandoffSource&) const = default;
 };
 
-/// The film's header.
+/// General facts about the film.
 struct KINOVANE_EXPORT VistrelHandoffProject {
     std::string title;
     std::string idea;
@@ -68,9 +69,9 @@ struct KINOVANE_EXPORT VistrelHandoffShot {
     std::string locationId;
     std::string transition;
     std::int64_t take = 0;
-    std::int64_t seed = 0;                      ///< The selected seed when there is one.
-    std::optional<std::string> keyframeAssetId; ///< Of the asset "frames/" + id + ".png".
-    std::optional<std::string> clipAssetId;     ///< Of the asset "clips/" + id + ".mp4".
+    std::int64_t seed = 0;                      ///< The selected seed, or the planned one.
+    std::optional<std::string> keyframeAssetId; ///< The asset "frames/" + id + ".png".
+    std::optional<std::string> clipAssetId;     ///< The asset "clips/" + id + ".mp4".
     std::vector<FilmDialogueLine> dialogue;
     std::vector<FilmSoundEffect> soundEffects;
 
@@ -79,7 +80,7 @@ struct KINOVANE_EXPORT VistrelHandoffShot {
 
 /// One exported media file.
 struct KINOVANE_EXPORT VistrelHandoffAsset {
-    std::string id; ///< "film_asset_" and 20 hexadecimal digits, made from path and digest alone.
+    std::string id; ///< "film_asset_" and 20 hexadecimal digits; depends on path and digest only.
     std::string kind;
     std::string relativePath; ///< Relative to the project's directory.
     std::string sha256;       ///< "sha256:" and 64 lowercase hexadecimal digits.
@@ -92,9 +93,10 @@ struct KINOVANE_EXPORT VistrelHandoffAsset {
 
 /// The whole handoff manifest.
 struct KINOVANE_EXPORT VistrelHandoff {
+    /// "quexrun/film-vistrel-handoff.v1" when built by this library. Any other text is read as well.
+    std::string contractVersion;
     std::string
-        contractVersion; ///< Kept as read; "quexrun/film-vistrel-handoff.v1" when built by this library.
-    std::string exportedAt;
+        exportedAt; ///< UTC, such as "2026-03-01T14:05:09Z", unless the caller of `build` gave a text.
     VistrelHandoffSource source;
     VistrelHandoffProject project;
     std::vector<FilmCastMember> cast;
@@ -106,19 +108,19 @@ struct KINOVANE_EXPORT VistrelHandoff {
     bool operator==(const VistrelHandoff&) const = default;
 };
 
-// ---------------------------------------------------------------------------------------------------------------------
-// Building and writing
+// -----------------------------------------------------------------------------------------------------------
+// Errors
 
-/// The cases of VistrelHandoffError. Every `path` is the artifact's path exactly as the project records it.
+/// The cases of VistrelHandoffError. `path` is always the artifact's path exactly as the project records it.
 struct KINOVANE_EXPORT VistrelHandoffErrorCases {
-    /// The path is absolute, climbs with "..", leads out of the project's directory through a link, or leads
-    /// through a link of procfs that stands for an open file or a process's directory, such as
-    /// /proc/self/fd/0 or /proc/self/cwd.
+    /// The path is empty or absolute, has a component "..", names the project's directory itself, holds a NUL
+    /// byte, leads out of the project's directory through a symbolic link, or leads through a link of procfs
+    /// to an open file or a process's directory, such as /proc/self/fd/0 or /proc/self/cwd.
     struct unsafeArtifactPath {
         std::string path;
         bool operator==(const unsafeArtifactPath&) const = default;
     };
-    /// No file exists there, or the path is longer than the system takes.
+    /// No file exists at the path, or the path is longer than the system accepts (PATH_MAX).
     struct missingArtifact {
         std::string path;
         bool operator==(const missingArtifact&) const = default;
@@ -126,8 +128,8 @@ struct KINOVANE_EXPORT VistrelHandoffErrorCases {
     /// The file does not have the recorded digest.
     struct hashMismatch {
         std::string path;
-        std::string expected; ///< As recorded.
-        std::string actual;   ///< Of the file.
+        std::string expected; ///< The recorded digest.
+        std::string actual;   ///< The file's digest.
         bool operator==(const hashMismatch&) const = default;
     };
     /// The workspace has no production plan.
@@ -138,7 +140,7 @@ struct KINOVANE_EXPORT VistrelHandoffErrorCases {
     static std::string describe(const Case& value);
 };
 
-/// Why a workspace cannot be handed to Vistrel.
+/// Why no handoff can be made of a workspace.
 class KINOVANE_EXPORT VistrelHandoffError final : public CaseError<VistrelHandoffErrorCases> {
   public:
     using CaseError::CaseError;
@@ -147,87 +149,95 @@ class KINOVANE_EXPORT VistrelHandoffError final : public CaseError<VistrelHandof
     ~VistrelHandoffError() override;
 };
 
-/// How far the verification of a workspace's files has come.
+// -----------------------------------------------------------------------------------------------------------
+// Verification: options, progress and outcomes
+
+/// The progress of a verification.
 struct KINOVANE_EXPORT VerificationProgress {
     std::size_t filesDone = 0;
     std::size_t filesTotal = 0;
     std::uint64_t bytesDone = 0;
-    std::uint64_t bytesTotal = 0; ///< The sum of the recorded sizes; no file is touched to learn it.
-    std::string path;             ///< The artifact that was read last, as the project records it.
+    std::uint64_t bytesTotal = 0; ///< The sum of the recorded sizes; no file is opened to compute it.
+    std::string path;             ///< The recorded path of the artifact that was read last.
 };
 
-/// How `build` verifies files.
+/// How `build` and `audit` verify files.
 struct KINOVANE_EXPORT HandoffBuildOptions {
-    /// How many files are read at once; 0 counts as 1, and more than 64 as 64. With one, artifacts are
-    /// examined strictly in order and nothing after the first failure is touched. With more, the error is
-    /// still the one that this order would have given.
+    /// How many files are read at once; 0 counts as 1, and more than 64 as 64. With 1, `build` examines the
+    /// artifacts strictly in order and opens nothing after the first failure. With more, it reports the same
+    /// error as with 1.
     unsigned workers = 1;
 
-    /// Told of progress, now and then, from whichever thread reads, but never from two at once. Both counts
-    /// only grow, and the last call of a successful build has everything done. An exception out of it ends
-    /// the build and comes out of it.
+    /// Called at intervals from any of the reading threads, but never from two at once. Both counts never
+    /// decrease; in the last call of a successful build they equal the totals. An exception that it throws
+    /// ends the operation, which then throws the same exception.
     std::function<void(const VerificationProgress&)> onProgress;
 
-    /// When a stop is requested the build ends with a std::system_error of std::errc::operation_canceled.
+    /// A requested stop ends the operation with a std::system_error of std::errc::operation_canceled.
     std::stop_token stop;
 };
 
-/// What was found out about one artifact.
+/// The result of examining one artifact.
 struct KINOVANE_EXPORT ArtifactOutcome {
     FilmArtifact artifact;
-    std::optional<VistrelHandoffError> refusal; ///< Why the artifact cannot be handed over.
+    std::optional<VistrelHandoffError> refusal; ///< Why it cannot be part of a handoff.
     std::error_code failure;                    ///< Why its file could not be read.
 
-    /// Whether the file is where it should be and has the recorded digest.
+    /// Whether the file lies inside the project's directory and has the recorded digest.
     bool sound() const noexcept;
 
-    /// The text to show to a user.
+    /// A sentence to show to a user.
     std::string description() const;
 
     bool operator==(const ArtifactOutcome&) const = default;
 };
 
-/// Every operation here may also throw std::bad_alloc, and those that compute a digest std::runtime_error
-/// when the libcrypto of this machine has no SHA-256.
+// -----------------------------------------------------------------------------------------------------------
+// Builder
+
+/// Stateless functions, which may be called from several threads at once. Each may also throw std::bad_alloc,
+/// and those that compute a digest throw std::runtime_error when libcrypto has no SHA-256.
 namespace VistrelHandoffBuilder {
 
-/// Makes the handoff of a workspace that has a production plan. Every artifact of an exported kind is
-/// checked: its path leads to a file inside `from.root`, also through links, and the file has the
+/// Builds the handoff of a workspace that has a production plan. Every artifact of an exported kind is
+/// verified: its path leads to a file inside `from.root`, possibly through links, and the file has the
 /// recorded digest.
 ///
-/// `projectRoot` is only recorded; `exportedAt` is used as it stands, or the current time (UTC, whole
-/// seconds) when absent. Throws VistrelHandoffError, std::filesystem::filesystem_error when a file cannot be
-/// read (std::errc::invalid_argument when `from.root` is empty or holds a NUL byte), and JSONEncodingError
-/// when a path is not UTF-8. Two exported artifacts with one path, or a duration or timeline that does not
-/// fit 64 bits of milliseconds, end the process: a sound workspace cannot hold them.
+/// `projectRoot` is only recorded. `exportedAt` is recorded unchanged; when absent, the current time is used
+/// (UTC, whole seconds).
 ///
-/// Blocks on file input; memory does not grow with the size of the files. Several builds may run at once.
+/// Throws VistrelHandoffError; std::filesystem::filesystem_error when a file cannot be read
+/// (std::errc::invalid_argument when `from.root` is empty or holds a NUL byte); and JSONEncodingError when a
+/// path is not UTF-8. Two exported artifacts with the same path, or a time that does not fit 64 bits of
+/// milliseconds, end the process: a valid workspace cannot hold them.
+///
+/// Blocks on file input. Memory use does not depend on the size of the files.
 KINOVANE_EXPORT VistrelHandoff build(const FilmWorkspaceSnapshot& from, const std::string& projectRoot,
                                      std::optional<std::string> exportedAt = {},
                                      const HandoffBuildOptions& options = {});
 
-/// Examines every artifact of an exported kind as `build` does, and goes on after a bad one: a film maker
-/// sees all damaged files at once. The outcomes are in the order of the project's artifacts. Needs no
-/// production plan.
+/// Examines every artifact of an exported kind as `build` does, and continues after a bad one, so that all
+/// damaged files can be shown at once. Returns one outcome per artifact, in the order of the project's
+/// artifacts. Needs no production plan.
 ///
-/// Throws what the progress callback throws; std::system_error (std::errc::operation_canceled) when a stop
-/// was requested; std::filesystem::filesystem_error, naming `snapshot.root`, when a file has to be opened and
-/// not even that directory can be. The directory is not needed, and not opened, when there is nothing to
-/// examine or every path is refused by its text. Where it does not exist, every other artifact is missing.
+/// Throws the exception that the progress callback throws; std::system_error (std::errc::operation_canceled)
+/// when a stop was requested; and std::filesystem::filesystem_error, naming `snapshot.root`, when a file has
+/// to be opened and that directory cannot be. With no artifacts, or only paths that are unsafe by their text,
+/// the directory is not opened. When it does not exist, all other artifacts are missing.
 KINOVANE_EXPORT std::vector<ArtifactOutcome> audit(const FilmWorkspaceSnapshot& snapshot,
                                                    const HandoffBuildOptions& options = {});
 
-/// Writes the manifest (pretty-printed) and returns the digest of the file as it lies on disk. Missing parent
-/// directories are created. A reader of `to` sees the old file or the new one, never a part. The permissions
-/// of an old file are kept, and the new one need not be readable for this process.
+/// Writes the manifest as pretty-printed JSON and returns the digest of the file on disk. Missing parent
+/// directories are created. The file is replaced atomically: a reader of `to` sees the old file or the new
+/// one. The permissions of an old file are kept; this process need not be able to read the new one.
 ///
-/// Throws JSONEncodingError, and std::filesystem::filesystem_error. The old file is then untouched, with one
-/// exception: when the directory cannot be flushed to the disk, the last step, the error is reported although
-/// the new file is in place; it may be lost if the system crashes. Blocks on file output.
+/// Throws JSONEncodingError and std::filesystem::filesystem_error. The old file is then unchanged, except
+/// when flushing the directory to disk fails, which is the last step: the new file is then in place, but may
+/// be lost in a system crash. Blocks on file output.
 KINOVANE_EXPORT std::string write(const VistrelHandoff& handoff, const std::filesystem::path& to);
 
 /// The digest of a regular file: "sha256:" and 64 lowercase hexadecimal digits. Reads at most 1 MiB at a
-/// time. Throws std::filesystem::filesystem_error when the file cannot be read, or is no regular file.
+/// time. Throws std::filesystem::filesystem_error when the file cannot be read or is not a regular file.
 KINOVANE_EXPORT std::string sha256(const std::filesystem::path& file);
 
 /// The digest of bytes in memory, in the same form.
@@ -235,15 +245,15 @@ KINOVANE_EXPORT std::string sha256(std::span<const std::byte> bytes);
 
 } // namespace VistrelHandoffBuilder
 
-// ---------------------------------------------------------------------------------------------------------------------
-// Importing
+// -----------------------------------------------------------------------------------------------------------
+// Importer
 
-/// The importer's answer. Its JSON keys are snake case: "project_id", "episode_id", …
+/// The importer's reply. Its JSON keys are snake case: "project_id", "episode_id", …
 struct KINOVANE_EXPORT VistrelImportReceipt {
-    bool ok = false; ///< False is the importer's refusal; the client hands it on like any other answer.
+    bool ok = false; ///< False when the importer refused; the client returns it like any other reply.
     std::string projectId;
     std::optional<std::string> episodeId;
-    std::optional<std::int64_t> importedScenes; ///< In a dry run, how many would be imported.
+    std::optional<std::int64_t> importedScenes; ///< In a dry run, the number that would be imported.
     std::optional<std::int64_t> importedShots;
     std::optional<std::int64_t> importedAssets;
     std::optional<std::string> projectURL;
@@ -251,8 +261,8 @@ struct KINOVANE_EXPORT VistrelImportReceipt {
     bool operator==(const VistrelImportReceipt&) const = default;
 };
 
-/// Runs Vistrel's importer on a written manifest. Holds nothing but the name of the program; may be copied
-/// and used from several threads at once.
+/// Runs Vistrel's importer on a manifest file. Holds only the name of the program; may be copied, and used
+/// from several threads at once.
 class KINOVANE_EXPORT VistrelClient {
   public:
     /// `executable` is a name or a path, looked up at each call as by FilmToolClient::resolveExecutable.
@@ -260,10 +270,10 @@ class KINOVANE_EXPORT VistrelClient {
 
     const std::string& executable() const noexcept;
 
-    /// A dry run: the importer checks the manifest and changes nothing. The task fails with FilmToolError.
+    /// A dry run: the importer checks the manifest and changes nothing. Fails with FilmToolError.
     Task<VistrelImportReceipt> validate(const std::filesystem::path& manifest) const;
 
-    /// The real import. The task fails with FilmToolError.
+    /// Imports the manifest. Fails with FilmToolError.
     Task<VistrelImportReceipt> import(const std::filesystem::path& manifest) const;
 
     bool operator==(const VistrelClient&) const = default;
@@ -274,7 +284,8 @@ class KINOVANE_EXPORT VistrelClient {
     std::string executable_;
 };
 
-// ---------------------------------------------------------------------------------------------------------------------
+// -----------------------------------------------------------------------------------------------------------
+// JSON: which records can be read and written
 
 template <>
 inline constexpr JSONForm jsonForm<VistrelHandoff> = JSONForm::readingAndWriting;

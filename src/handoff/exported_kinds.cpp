@@ -7,7 +7,7 @@
 namespace kinovane {
 
 bool isExportedKind(std::string_view kind) {
-    // Never destroyed: a worker thread may ask while the process exits.
+    // Never destroyed: a worker thread may use it while the process exits.
     static const auto& exportedKinds = *new std::unordered_set<std::string_view>{
         "cast-master",      "location-master",  "shot-keyframe",   "shot-clip",
         "dialogue",         "sound-effect",     "score",           "subtitle-srt",

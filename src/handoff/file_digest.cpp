@@ -12,7 +12,7 @@ namespace kinovane {
 
 namespace {
 
-/// From this size on, starting a thread costs little beside the hashing.
+/// From this size on, starting a thread costs little compared with the hashing.
 constexpr std::uint64_t largeFile = std::uint64_t{4} << 20U;
 
 constexpr std::size_t readSize = std::size_t{1} << 20U;

@@ -8,7 +8,7 @@
 
 namespace kinovane {
 
-/// The document of a handoff as it is stored. Throws JSONEncodingError.
+/// The manifest as it is stored: pretty-printed JSON. Throws JSONEncodingError.
 TextBuffer documentOf(const VistrelHandoff& handoff);
 
 } // namespace kinovane

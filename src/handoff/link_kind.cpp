@@ -22,8 +22,8 @@ namespace kinovane {
 
 namespace {
 
-/// The text of a magic link is absolute, or names what has no path, such as "pipe:[4711]". Links of procfs
-/// that are followed by their text, such as "self" and "mounts", are relative.
+/// The text of a magic link is absolute, or names an object without a path, such as "pipe:[4711]". Other
+/// links of procfs, such as "self" and "mounts", are relative.
 LinkKind kindByText(std::string_view target) {
     const bool isPlain = !target.starts_with('/') && target.find(':') == std::string_view::npos;
     return isPlain ? LinkKind::text : LinkKind::magic;
@@ -44,12 +44,12 @@ LinkKind kindOfLink(int directory, const char* name, std::string_view target) {
     if (openAboveStandard(
             [&] { return static_cast<int>(::syscall(SYS_openat2, directory, name, &how, sizeof how)); }))
         return LinkKind::text;
-    if (errno == ELOOP) // No link of procfs leads in a circle.
+    if (errno == ELOOP) // Procfs has no link loops.
         return LinkKind::magic;
     if (errno == EMFILE || errno == ENFILE || errno == ENOMEM)
         return LinkKind::unknown;
 #endif
-    // Older systems do not know the call, and some processes may not make it.
+    // Older kernels do not have the call, and a sandbox may forbid it.
     return kindByText(target);
 }
 

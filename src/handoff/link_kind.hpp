@@ -6,11 +6,11 @@
 
 namespace kinovane {
 
-/// How the system follows a symbolic link.
+/// How the system resolves a symbolic link.
 enum class LinkKind {
-    text,    ///< By its text.
-    magic,   ///< Straight to an object, such as an open file. Its text only describes that object.
-    unknown, ///< The system does not tell; the reason is in errno.
+    text,    ///< By its text, which is a path.
+    magic,   ///< To an object, such as an open file; the text only describes that object.
+    unknown, ///< A system call failed; the reason is in errno.
 };
 
 /// The kind of the link `name` in a directory; `target` is its text. Magic links exist in procfs only, such

@@ -12,11 +12,11 @@ namespace kinovane {
 namespace {
 
 #if defined(O_PATH)
-constexpr int passingFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+constexpr int searchFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
 #elif defined(O_SEARCH)
-constexpr int passingFlags = O_SEARCH | O_DIRECTORY | O_CLOEXEC;
+constexpr int searchFlags = O_SEARCH | O_DIRECTORY | O_CLOEXEC;
 #else
-constexpr int passingFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+constexpr int searchFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 #endif
 
 } // namespace
@@ -35,12 +35,12 @@ OpenDirectory::OpenDirectory(Descriptor descriptor) : descriptor_(std::move(desc
 }
 
 OpenDirectory OpenDirectory::at(const char* path) {
-    return OpenDirectory(openAboveStandard([&] { return ::open(path, passingFlags); }));
+    return OpenDirectory(openAboveStandard([&] { return ::open(path, searchFlags); }));
 }
 
 OpenDirectory OpenDirectory::in(const OpenDirectory& parent, const char* name) {
     return OpenDirectory(
-        openAboveStandard([&] { return ::openat(parent.descriptor(), name, passingFlags | O_NOFOLLOW); }));
+        openAboveStandard([&] { return ::openat(parent.descriptor(), name, searchFlags | O_NOFOLLOW); }));
 }
 
 } // namespace kinovane

@@ -8,25 +8,24 @@
 
 namespace kinovane {
 
-/// A directory that is open to be passed through: the right to search it is needed, the right to list it is
-/// not.
+/// A directory that was opened to look up names in it: search permission is needed, read permission is not.
 class OpenDirectory {
   public:
-    /// What tells a directory from every other one that exists at the same time.
+    /// Unique among the directories that exist at the same time.
     struct Identity {
         dev_t device = 0;
-        ino_t number = 0;
+        ino_t inode = 0;
 
         bool operator==(const Identity&) const = default;
     };
 
     OpenDirectory() = default;
 
-    /// The directory at a path, links followed as the system follows them. Closed when it cannot be opened,
-    /// with the reason in errno.
+    /// The directory at a path; links are followed. Closed when it cannot be opened, with the reason in
+    /// errno.
     static OpenDirectory at(const char* path);
 
-    /// The directory of this name in another one; a link is not followed.
+    /// The directory of this name in another one; a link is not followed. Closed as above.
     static OpenDirectory in(const OpenDirectory& parent, const char* name);
 
     /// For system calls.

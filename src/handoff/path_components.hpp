@@ -9,13 +9,13 @@
 
 namespace kinovane {
 
-/// The components of a path, one after the other. Slashes in a row count as one. A path that ends in "/" ends
-/// in a component ".", because what it names has to be a directory.
+/// The components of a path, one after the other. Repeated slashes count as one. A path that ends in "/" has
+/// "." as its last component, because it must name a directory.
 class PathComponents {
   public:
     explicit PathComponents(std::string path) : path_(std::move(path)) {}
 
-    /// The next component; empty when there is none left.
+    /// The next component; empty after the last one.
     std::string next() {
         const std::size_t start = path_.find_first_not_of('/', position_);
         if (start == std::string::npos)

@@ -17,7 +17,8 @@
 
 #include "common/files/location.hpp"
 #include "common/files/standard_descriptors.hpp"
-#include "handoff/directory_resolution.hpp"
+#include "handoff/containment.hpp"
+#include "handoff/path_resolution.hpp"
 
 namespace kinovane {
 

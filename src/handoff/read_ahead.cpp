@@ -5,9 +5,9 @@
 namespace kinovane {
 
 ReadAhead::ReadAhead(RegularFile& file, std::span<std::byte> buffer) : file_(file) {
-    const std::size_t size = buffer.size() / pieceCount;
-    for (std::size_t index = 0; index < pieceCount; ++index)
-        pieces_[index].space = buffer.subspan(index * size, size);
+    const std::size_t size = buffer.size() / chunkCount;
+    for (std::size_t index = 0; index < chunkCount; ++index)
+        chunks_[index].space = buffer.subspan(index * size, size);
     reader_ = std::thread([this] { read(); });
 }
 
@@ -22,17 +22,17 @@ ReadAhead::~ReadAhead() {
 
 std::span<const std::byte> ReadAhead::next() {
     std::unique_lock lock(mutex_);
-    if (holding_) {
-        ++emptied_;
-        holding_ = false;
-        if (resting_ && halfEmpty())
+    if (inUse_) {
+        ++released_;
+        inUse_ = false;
+        if (waiting_ && halfEmpty())
             changed_.notify_all();
     }
-    changed_.wait(lock, [this] { return filled_ > emptied_ || ended_; });
-    if (filled_ > emptied_) {
-        holding_ = true;
-        const Piece& piece = pieces_[emptied_ % pieceCount];
-        return piece.space.first(piece.length);
+    changed_.wait(lock, [this] { return filled_ > released_ || ended_; });
+    if (filled_ > released_) {
+        inUse_ = true;
+        const Chunk& chunk = chunks_[released_ % chunkCount];
+        return chunk.space.first(chunk.length);
     }
     if (failure_)
         std::rethrow_exception(failure_);
@@ -42,24 +42,24 @@ std::span<const std::byte> ReadAhead::next() {
 void ReadAhead::read() noexcept {
     std::unique_lock lock(mutex_);
     while (!ended_) {
-        if (filled_ - emptied_ == pieceCount) {
-            resting_ = true;
+        if (filled_ - released_ == chunkCount) {
+            waiting_ = true;
             changed_.wait(lock, [this] { return stopped_ || halfEmpty(); });
-            resting_ = false;
+            waiting_ = false;
         }
         if (stopped_)
             return;
-        Piece& piece = pieces_[filled_ % pieceCount];
+        Chunk& chunk = chunks_[filled_ % chunkCount];
         lock.unlock();
         std::exception_ptr failure;
         try {
-            piece.length = file_.read(piece.space);
+            chunk.length = file_.read(chunk.space);
         } catch (...) {
             failure = std::current_exception();
         }
         lock.lock();
         failure_ = failure;
-        ended_ = failure || piece.length == 0;
+        ended_ = failure || chunk.length == 0;
         if (!ended_)
             ++filled_;
         changed_.notify_all();

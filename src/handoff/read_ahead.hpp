@@ -14,12 +14,12 @@
 
 namespace kinovane {
 
-/// Reads a file on a thread of its own, a little ahead of whoever works on its bytes. The buffer is divided
-/// into a few pieces, which go round between the two.
+/// Reads a file on its own thread, a few chunks ahead of the thread that uses them. The buffer is divided
+/// into chunks that are filled and used in turn (a bounded ring).
 class ReadAhead {
   public:
-    /// `file` and `buffer` outlive this object, and are its own for so long. Throws std::system_error when no
-    /// thread can be started; nothing has been read then.
+    /// `file` and `buffer` must outlive this object and not be used by others meanwhile. Throws
+    /// std::system_error when no thread can be started; nothing has been read then.
     ReadAhead(RegularFile& file, std::span<std::byte> buffer);
     ReadAhead(const ReadAhead&) = delete;
     ReadAhead& operator=(const ReadAhead&) = delete;
@@ -27,34 +27,34 @@ class ReadAhead {
     /// Stops reading.
     ~ReadAhead();
 
-    /// The next bytes, which stay until the next call; none at the end of the file. Throws what reading
-    /// threw.
+    /// The next chunk, valid until the next call; empty at the end of the file. Throws the exception that
+    /// reading threw.
     std::span<const std::byte> next();
 
   private:
-    static constexpr std::size_t pieceCount = 4;
+    static constexpr std::size_t chunkCount = 4;
 
-    struct Piece {
+    struct Chunk {
         std::span<std::byte> space;
         std::size_t length = 0;
     };
 
     void read() noexcept;
-    bool halfEmpty() const noexcept { return filled_ - emptied_ <= pieceCount / 2; }
+    bool halfEmpty() const noexcept { return filled_ - released_ <= chunkCount / 2; }
 
     RegularFile& file_;
-    std::array<Piece, pieceCount> pieces_;
+    std::array<Chunk, chunkCount> chunks_;
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::size_t filled_ = 0;  ///< How many pieces have been read so far.
-    std::size_t emptied_ = 0; ///< How many the other side has done with.
-    bool holding_ = false;    ///< The other side works on a piece.
-    bool resting_ = false;    ///< Everything is full. Waking a thread costs as much as reading a piece, so
-                              ///< the next ones are read only once there is room for several.
-    bool ended_ = false;      ///< Nothing more will be read.
-    bool stopped_ = false;    ///< Nobody wants more.
+    std::size_t filled_ = 0;   ///< How many chunks have been read so far.
+    std::size_t released_ = 0; ///< How many of them are no longer in use.
+    bool inUse_ = false;       ///< The other thread uses a chunk.
+    bool waiting_ = false;     ///< All chunks are full. Waking a thread costs as much as reading a chunk, so
+                               ///< reading continues only when there is space for several.
+    bool ended_ = false;       ///< The end of the file, or a failure.
+    bool stopped_ = false;     ///< This object is being destroyed.
     std::exception_ptr failure_;
-    std::thread reader_; ///< Last, so that everything is there when it starts.
+    std::thread reader_; ///< Last, so that all other members exist when it starts.
 };
 
 } // namespace kinovane

@@ -10,8 +10,8 @@ namespace kinovane {
 
 namespace {
 
-// Often enough for a bar that moves smoothly, and seldom enough to cost nothing.
-constexpr auto shortestInterval = std::chrono::milliseconds(20);
+// Often enough for a smooth progress bar, and rarely enough to cost nothing.
+constexpr auto minimumInterval = std::chrono::milliseconds(20);
 
 std::uint64_t recordedSize(const FilmArtifact& artifact) {
     return static_cast<std::uint64_t>(std::max<std::int64_t>(artifact.bytes, 0));
@@ -35,19 +35,19 @@ void ProgressReport::advance(const FilmArtifact& artifact, std::uint64_t bytes, 
     progress_.bytesDone = saturatingSum(progress_.bytesDone, bytes);
     progress_.filesDone += fileDone ? 1 : 0;
     const auto now = Clock::now();
-    if (now - lastCall_ < shortestInterval && progress_.filesDone != progress_.filesTotal)
+    if (now - lastCall_ < minimumInterval && progress_.filesDone != progress_.filesTotal)
         return;
     lastCall_ = now;
     progress_.path = artifact.path;
-    tell();
+    call();
 }
 
 void ProgressReport::begin() {
     if (callback_)
-        tell();
+        call();
 }
 
-void ProgressReport::tell() {
+void ProgressReport::call() {
     if (std::exchange(ended_, true))
         return;
     callback_(progress_);
@@ -55,18 +55,18 @@ void ProgressReport::tell() {
 }
 
 ProgressReport::File::File(ProgressReport& report, const FilmArtifact& artifact)
-    : report_(report), artifact_(artifact), left_(recordedSize(artifact)) {}
+    : report_(report), artifact_(artifact), remaining_(recordedSize(artifact)) {}
 
 void ProgressReport::File::read(std::size_t bytes) {
-    const std::uint64_t counted = std::min<std::uint64_t>(bytes, left_);
-    left_ -= counted;
+    const std::uint64_t counted = std::min<std::uint64_t>(bytes, remaining_);
+    remaining_ -= counted;
     if (report_.callback_)
         report_.advance(artifact_, counted, false);
 }
 
 void ProgressReport::File::done() {
     if (report_.callback_)
-        report_.advance(artifact_, left_, true);
+        report_.advance(artifact_, remaining_, true);
 }
 
 } // namespace kinovane

@@ -13,18 +13,19 @@
 
 namespace kinovane {
 
-/// Adds up what several workers have read and tells the application, one call at a time and not too often.
+/// Adds up how much several workers have read and calls the application, from one thread at a time and at
+/// limited intervals.
 class ProgressReport {
   public:
     using Callback = std::function<void(const VerificationProgress&)>;
 
     ProgressReport(const std::vector<const FilmArtifact*>& artifacts, const Callback& callback);
 
-    /// Tells how much there is to do.
+    /// Reports the totals.
     void begin();
 
-    /// One file on its way. The recorded size is what it counts for, whatever its real one: so the counts
-    /// only grow, and end at the totals.
+    /// The progress of one file. It counts with its recorded size, whatever the real one is, so the counts
+    /// never decrease and end at the totals.
     class File {
       public:
         File(ProgressReport& report, const FilmArtifact& artifact);
@@ -34,20 +35,20 @@ class ProgressReport {
       private:
         ProgressReport& report_;
         const FilmArtifact& artifact_;
-        std::uint64_t left_; ///< Of the recorded size.
+        std::uint64_t remaining_; ///< Of the recorded size.
     };
 
   private:
     using Clock = std::chrono::steady_clock;
 
     void advance(const FilmArtifact& artifact, std::uint64_t bytes, bool fileDone);
-    void tell();
+    void call();
 
     const Callback& callback_;
     std::mutex mutex_;
     VerificationProgress progress_;
     Clock::time_point lastCall_;
-    bool ended_ = false; ///< A callback has thrown, so nobody is to be told anything more.
+    bool ended_ = false; ///< The callback threw, so it is not called again.
 };
 
 } // namespace kinovane

@@ -16,7 +16,8 @@ namespace {
 
 using Error = VistrelHandoffError;
 
-/// Adds one artifact of each fault, in the order of the letters.
+/// Adds an artifact with a fault: u(nsafe), m(issing), h(ash mismatch), p(ipe), n(ot UTF-8); any other letter
+/// adds a sound one.
 void addFault(WorkspaceMaker& maker, char fault) {
     const std::string name = "fault-" + std::string(1, fault);
     switch (fault) {
@@ -50,7 +51,7 @@ std::string failureOf(const FilmWorkspaceSnapshot& snapshot, unsigned workers) {
     return {};
 }
 
-TEST(ArtifactOrder, TheFirstFailureOfTheListIsReported) {
+TEST(ArtifactOrder, ReportsTheFirstFailureOfTheList) {
     const std::string unsafe = "The handoff contains an unsafe artifact path: ../fault-u";
     const std::string missing = "The handoff artifact is missing: fault-m";
     const std::string mismatch = "Artifact hash mismatch for fault-h. Expected recorded, got "
@@ -76,10 +77,10 @@ TEST(ArtifactOrder, TheFirstFailureOfTheListIsReported) {
     }
 }
 
-TEST(ArtifactOrder, ManyWorkersReportTheFirstFailureEvenWhenALaterOneIsFoundSooner) {
+TEST(ArtifactOrder, ReportsTheFirstFailureAlthoughAnotherWorkerFindsALaterOneSooner) {
     WorkspaceMaker maker;
     maker.add("final-master", "large.mp4", std::string(std::size_t{8} << 20U, 'x')).sha256 = "recorded";
-    maker.snapshot.project.artifacts[0].bytes = 0; // So that it is not begun first.
+    maker.snapshot.project.artifacts[0].bytes = 0; // So that it is not examined first.
     for (int index = 0; index < 20; ++index)
         maker.list("score", "missing-" + std::to_string(index)).bytes = 1000 + index;
     const std::string expected = failureOf(maker.snapshot, 1);
@@ -88,7 +89,7 @@ TEST(ArtifactOrder, ManyWorkersReportTheFirstFailureEvenWhenALaterOneIsFoundSoon
     EXPECT_EQ(failureOf(maker.snapshot, 64), expected);
 }
 
-TEST(ArtifactOrder, AFileThatIsNoneIsTheFirstFailureToo) {
+TEST(ArtifactOrder, ReportsAFifoAsTheFirstFailure) {
     WorkspaceMaker maker;
     addFault(maker, 'p');
     addFault(maker, 'm');
@@ -103,8 +104,9 @@ TEST(ArtifactOrder, AFileThatIsNoneIsTheFirstFailureToo) {
     }
 }
 
-// A file that was read has another time of access; where the file system does not keep that, progress tells.
-TEST(ArtifactOrder, WithOneWorkerNothingAfterTheFirstFailureIsTouched) {
+// Reading changes the access time of a file. Where the file system does not record that, the progress shows
+// it.
+TEST(ArtifactOrder, OpensNothingAfterTheFirstFailureWithOneWorker) {
     for (const char fault : {'u', 'm', 'h', 'p', 'n'}) {
         SCOPED_TRACE(fault);
         WorkspaceMaker maker;
@@ -114,10 +116,10 @@ TEST(ArtifactOrder, WithOneWorkerNothingAfterTheFirstFailureIsTouched) {
         timespec longAgo{1, 0};
         const timespec times[2] = {longAgo, {2, 0}};
         ASSERT_EQ(::utimensat(AT_FDCWD, (maker.directory / "later").c_str(), times, 0), 0);
-        std::set<std::string> told;
-        const auto note = [&](const VerificationProgress& progress) { told.insert(progress.path); };
+        std::set<std::string> reported;
+        const auto note = [&](const VerificationProgress& progress) { reported.insert(progress.path); };
         EXPECT_ANY_THROW(VistrelHandoffBuilder::build(maker.snapshot, "/r", "now", {1, note, {}}));
-        EXPECT_FALSE(told.contains("later"));
+        EXPECT_FALSE(reported.contains("later"));
         struct stat status{};
         ASSERT_EQ(::stat((maker.directory / "later").c_str(), &status), 0);
         EXPECT_EQ(status.st_atime, 1);

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include <set>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <kinovane/handoff.hpp>
 
-#include "handoff/exported_kinds.hpp"
 #include "support/sample_film.hpp"
 
 namespace kinovane::test {
@@ -18,8 +21,9 @@ std::string idOf(const FilmWorkspaceSnapshot& snapshot) {
     return VistrelHandoffBuilder::build(snapshot, "/r").assets.at(0).id;
 }
 
-// The expected identifiers come from other programs: printf '{"path":"…","sha256":"sha256:…"}' | sha256sum
-TEST(AssetIdentity, IsMadeOfPathAndDigest) {
+// The expected identifiers were computed with other programs: printf '{"path":"…","sha256":"sha256:…"}' |
+// sha256sum
+TEST(AssetIdentity, IsComputedFromPathAndDigest) {
     struct Row {
         std::string_view sentence;
         std::string path;
@@ -27,17 +31,17 @@ TEST(AssetIdentity, IsMadeOfPathAndDigest) {
     };
     const std::vector<Row> rows{
         {"slashes are not escaped", "score/score.m4a", "film_asset_457a92e4ca2552bd3a24"},
-        {"the path is taken as it is written", "./frames//a.png", "film_asset_6f624234bf873e7ac304"},
+        {"the path is used unchanged", "./frames//a.png", "film_asset_6f624234bf873e7ac304"},
         {"quotation marks", "a \"quoted\" name.wav", "film_asset_3bd67ae326d76fcc318b"},
         {"a backslash", "back\\slash.wav", "film_asset_449a0ed36d8152aa27fa"},
         {"control characters with short escapes", "line\nbreak\ttab\r.wav",
          "film_asset_2d4774557c2038288144"},
-        {"control characters, all escapes", "\x01\x1f\b\f.wav", "film_asset_f668581f1000b7ccf5de"},
-        {"a control character that stands as it is", "del\x7f.wav", "film_asset_a1f5233bfb4c1b1eba9a"},
-        {"letters that are not ASCII stand as they are", "Brèmes/été – 灯.wav",
+        {"control characters without short escapes", "\x01\x1f\b\f.wav", "film_asset_f668581f1000b7ccf5de"},
+        {"a control character that is not escaped", "del\x7f.wav", "film_asset_a1f5233bfb4c1b1eba9a"},
+        {"letters that are not ASCII are not escaped", "Brèmes/été – 灯.wav",
          "film_asset_f9807babc37c2d7e32a1"},
         {"characters of four bytes", "🎬.mp4", "film_asset_fdb83797433d2de7a15d"},
-        {"nothing is escaped for web pages", "a&<b>'c.wav", "film_asset_291901c0e09ea4a2ed6e"},
+        {"HTML characters are not escaped", "a&<b>'c.wav", "film_asset_291901c0e09ea4a2ed6e"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
@@ -47,7 +51,7 @@ TEST(AssetIdentity, IsMadeOfPathAndDigest) {
     }
 }
 
-TEST(AssetIdentity, NothingElseOfTheArtifactCounts) {
+TEST(AssetIdentity, DependsOnNothingElseOfTheArtifact) {
     WorkspaceMaker maker;
     maker.add("score", "score/score.m4a", "content");
     FilmArtifact& artifact = maker.snapshot.project.artifacts[0];
@@ -65,7 +69,7 @@ TEST(AssetIdentity, ChangesWithTheContent) {
     EXPECT_NE(idOf(maker.snapshot), "film_asset_457a92e4ca2552bd3a24");
 }
 
-TEST(AssetIdentity, StaysWhenTheProjectMoves) {
+TEST(AssetIdentity, StaysTheSameWhenTheProjectMoves) {
     WorkspaceMaker maker;
     maker.add("score", "film/score/score.m4a", "content");
     maker.snapshot.project.artifacts[0].path = "score/score.m4a";
@@ -77,7 +81,7 @@ TEST(AssetIdentity, StaysWhenTheProjectMoves) {
     EXPECT_EQ(before, "film_asset_457a92e4ca2552bd3a24");
 }
 
-TEST(AssetIdentity, APathThatIsNotUTF8CannotBeWritten) {
+TEST(AssetIdentity, RefusesAPathThatIsNotUTF8) {
     WorkspaceMaker maker;
     maker.add("score", "caf\xe9.wav", "content");
     try {
@@ -86,63 +90,6 @@ TEST(AssetIdentity, APathThatIsNotUTF8CannotBeWritten) {
     } catch (const JSONEncodingError& error) {
         EXPECT_STREQ(error.what(), "path: the text is not UTF-8");
     }
-}
-
-const std::vector<std::string>& kinds() {
-    static const std::vector<std::string> all{
-        "cast-master",      "location-master",      "shot-keyframe",   "shot-clip",
-        "dialogue",         "sound-effect",         "score",           "subtitle-srt",
-        "subtitle-vtt",     "caption-receipt",      "edit-block",      "edit-block-receipt",
-        "rough-cut",        "final-master",         "delivery-master", "poster",
-        "thumbnail",        "technical-review",     "creative-review", "media-inspection",
-        "inspection-frame", "review-frame",         "dialogue-qc",     "sound-qc",
-        "take-selection",   "production-readiness", "review-package",  "human-review",
-        "delivery"};
-    return all;
-}
-
-TEST(ExportedKinds, All29AreExported) {
-    EXPECT_EQ(std::set<std::string>(kinds().begin(), kinds().end()).size(), 29U);
-    WorkspaceMaker maker;
-    for (const std::string& kind : kinds())
-        maker.add(kind, kind + ".bin", kind);
-    const VistrelHandoff handoff = VistrelHandoffBuilder::build(maker.snapshot, "/r");
-    std::vector<std::string> exported;
-    for (const VistrelHandoffAsset& asset : handoff.assets)
-        exported.push_back(asset.kind);
-    EXPECT_EQ(exported, kinds());
-}
-
-TEST(ExportedKinds, NothingElseIs) {
-    std::vector<std::string> others{"",
-                                    "treatment",
-                                    "production-plan",
-                                    "prompt-log",
-                                    "archived-take",
-                                    "run",
-                                    "shot",
-                                    "clip",
-                                    "frame",
-                                    "score ",
-                                    " score",
-                                    "scores",
-                                    "Delivery",
-                                    "delivery_master",
-                                    "sound effect"};
-    others.emplace_back("score\0", 6);
-    for (const std::string& kind : kinds()) {
-        std::string capital = kind;
-        capital[0] = static_cast<char>(capital[0] - 'a' + 'A');
-        others.push_back(capital);
-        others.push_back(kind + "-");
-        others.push_back(kind.substr(0, kind.size() - 1));
-    }
-    WorkspaceMaker maker;
-    for (const std::string& kind : others) {
-        EXPECT_FALSE(isExportedKind(kind)) << kind;
-        maker.list(kind, "/unsafe and missing");
-    }
-    EXPECT_TRUE(VistrelHandoffBuilder::build(maker.snapshot, "/r").assets.empty());
 }
 
 } // namespace

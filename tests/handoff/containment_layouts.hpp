@@ -14,32 +14,33 @@
 
 namespace kinovane::test {
 
-/// What every file of a layout holds, inside the project and outside. So the digest never saves an
-/// examination that looked at the wrong file.
+/// The content of every file of a layout, inside the project and outside, so that reading a wrong file never
+/// gives another digest.
 inline constexpr std::string_view layoutContent = "content";
 inline constexpr std::string_view layoutDigest =
     "sha256:ed7002b439e9ac845f22357d822bac1444730fbdb6016d3ec9432297b9ec9f73";
 
-/// A place for one layout: the project's directory "film" with the file "film/a.png", and "outside/a.png"
-/// beside it.
-class LayoutPlace {
+/// The files of one layout in a temporary directory: the project's directory "film" with the file
+/// "film/a.png", and "outside/a.png".
+class LayoutFiles {
   public:
-    LayoutPlace();
+    LayoutFiles();
 
     TemporaryDirectory area;
-    std::filesystem::path root; ///< What is given as the project's directory.
+    std::filesystem::path root; ///< The path given as the project's directory.
 
-    // All names are relative to the area; a link's target is taken as it is written.
+    // Names are relative to the area. A link's target is stored unchanged.
     void file(const std::string& name) const;
     void directory(const std::string& name) const;
     void link(const std::string& name, const std::filesystem::path& target) const;
     void fifo(const std::string& name) const;
     void socket(const std::string& name) const;
-    /// Opens a file or directory until the place is gone; gives the system's name for what is open.
+    /// Opens a file or directory for the lifetime of this object; returns its path in /proc/self/fd.
     std::filesystem::path opened(const std::string& name);
     void allow(const std::string& name, unsigned mode) const;
-    /// Directories in one another, with a file "a.png" in the last one, deeper than one path can say.
-    void deepFile(const std::string& name, const std::string& piece, int depth) const;
+    /// Nested directories named `component`, with a file "a.png" in the last one; its path may be too long to
+    /// open.
+    void deepFile(const std::string& name, const std::string& component, int depth) const;
     /// The links name1 → a.png, name2 → name1, …
     void chain(const std::string& name, int length) const;
 
@@ -47,32 +48,32 @@ class LayoutPlace {
     Descriptor open_;
 };
 
-/// What examining an artifact at a path is to give.
+/// The expected result of examining an artifact.
 struct LayoutOutcome {
     enum class Kind { accepted, unsafe, missing, failure };
     Kind kind = Kind::accepted;
-    std::errc code{}; ///< Of a failure.
+    std::errc code{}; ///< For Kind::failure.
 
     bool operator==(const LayoutOutcome&) const = default;
 };
 
-/// What the plain digest of a file at a path is to give. It guards nothing and goes wherever the path leads.
+/// The expected result of VistrelHandoffBuilder::sha256 on the same path, which follows it anywhere.
 struct LayoutDigest {
-    std::string text; ///< Empty when it is refused.
-    std::errc code{}; ///< Of the refusal.
+    std::string text; ///< Empty for an error.
+    std::errc code{}; ///< Of the error.
 
     bool operator==(const LayoutDigest&) const = default;
 };
 
 struct Layout {
     std::string_view sentence;
-    std::string path; ///< The artifact's.
+    std::string path; ///< The artifact's path.
     LayoutOutcome expected;
     LayoutDigest digest;
-    std::function<void(LayoutPlace&)> make = [](LayoutPlace&) {};
+    std::function<void(LayoutFiles&)> make = [](LayoutFiles&) {};
 };
 
-/// Every way in which a path can lead somewhere. To be examined without an administrator's rights.
+/// All kinds of paths, links and files. To be examined without root privileges, which ignore permissions.
 const std::vector<Layout>& containmentLayouts();
 
 } // namespace kinovane::test

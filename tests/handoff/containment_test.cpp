@@ -29,9 +29,9 @@ namespace {
 
 using Kind = LayoutOutcome::Kind;
 
-FilmWorkspaceSnapshot snapshotOf(const LayoutPlace& place, const std::string& path) {
+FilmWorkspaceSnapshot snapshotOf(const LayoutFiles& files, const std::string& path) {
     FilmWorkspaceSnapshot snapshot;
-    snapshot.root = place.root;
+    snapshot.root = files.root;
     snapshot.project.artifacts = {{7, "image/png", "c", "poster", path, std::string(layoutDigest), "s"}};
     snapshot.productionPlan.emplace();
     return snapshot;
@@ -76,57 +76,57 @@ LayoutDigest digestOfFile(const std::filesystem::path& file) {
     }
 }
 
-TEST(Containment, EveryLayout) {
+TEST(Containment, IsDecidedForEveryLayout) {
     ASSERT_GE(containmentLayouts().size(), 90U);
     for (const Layout& layout : containmentLayouts()) {
         SCOPED_TRACE(layout.sentence);
-        LayoutPlace place;
-        layout.make(place);
-        const FilmWorkspaceSnapshot snapshot = snapshotOf(place, layout.path);
+        LayoutFiles files;
+        layout.make(files);
+        const FilmWorkspaceSnapshot snapshot = snapshotOf(files, layout.path);
         const ProcessCounts before = countProcess();
         {
             const OrdinaryUser user;
             EXPECT_EQ(outcomeOfBuild(snapshot, layout.path), layout.expected);
             EXPECT_EQ(outcomeOfAudit(snapshot, layout.path), layout.expected);
-            EXPECT_EQ(digestOfFile(place.root / layout.path), layout.digest);
+            EXPECT_EQ(digestOfFile(files.root / layout.path), layout.digest);
         }
-        EXPECT_EQ(settledCounts(before), before) << "nothing stays open";
+        EXPECT_EQ(settledCounts(before), before) << "a descriptor was leaked";
     }
 }
 
-TEST(Containment, TheTableHasEveryOutcome) {
+TEST(Containment, HasLayoutsOfEveryOutcome) {
     for (const Kind kind : {Kind::accepted, Kind::unsafe, Kind::missing, Kind::failure})
         EXPECT_TRUE(std::any_of(containmentLayouts().begin(), containmentLayouts().end(),
                                 [&](const Layout& layout) { return layout.expected.kind == kind; }));
 }
 
-// The system is given the text of the project's directory, a slash and the artifact's path.
-TEST(Containment, APathIsAsLongAsTheSystemTakes) {
-    LayoutPlace place;
-    place.link("film/absolute", place.area / "film");
-    place.link("film/out", "../outside");
+// The limit applies to the absolute path: the project's directory, a slash, and the artifact's path.
+TEST(Containment, TreatsAPathThatIsTooLongAsMissing) {
+    LayoutFiles files;
+    files.link("film/absolute", files.area / "film");
+    files.link("film/out", "../outside");
     struct Row {
         const char* sentence;
         std::filesystem::path root;
-        std::string beginning; ///< Of the path, which goes on with slashes and "a.png".
+        std::string beginning; ///< Of the path; slashes and "a.png" follow.
         Kind shorter;
-        Kind longer; ///< By one byte too many.
+        Kind longer; ///< One byte too long.
     };
     const Row rows[] = {
-        {"a plain path", place.area / "film", ".", Kind::accepted, Kind::missing},
-        {"a path through an absolute link", place.area / "film", "absolute", Kind::accepted, Kind::missing},
-        {"a path that leads out", place.area / "film", "out", Kind::unsafe, Kind::unsafe},
-        {"a root with a slash at its end", place.area / "film/", ".", Kind::accepted, Kind::missing},
-        {"a root with dots", place.area / "film/./.", "absolute", Kind::accepted, Kind::missing},
+        {"a plain path", files.area / "film", ".", Kind::accepted, Kind::missing},
+        {"a path through an absolute link", files.area / "film", "absolute", Kind::accepted, Kind::missing},
+        {"a path that leads out", files.area / "film", "out", Kind::unsafe, Kind::unsafe},
+        {"a root with a slash at its end", files.area / "film/", ".", Kind::accepted, Kind::missing},
+        {"a root with dots", files.area / "film/./.", "absolute", Kind::accepted, Kind::missing},
     };
     for (const Row& row : rows)
         for (const bool tooLong : {false, true}) {
             SCOPED_TRACE(testing::Message() << row.sentence << (tooLong ? ", too long" : ", long"));
-            place.root = row.root;
+            files.root = row.root;
             std::string path = row.beginning + "/a.png";
             const std::size_t length = (row.root / path).native().size();
             path.insert(row.beginning.size(), PATH_MAX - 1 - length + (tooLong ? 1 : 0), '/');
-            const FilmWorkspaceSnapshot snapshot = snapshotOf(place, path);
+            const FilmWorkspaceSnapshot snapshot = snapshotOf(files, path);
             const LayoutOutcome expected{tooLong ? row.longer : row.shorter, {}};
             EXPECT_EQ(outcomeOfBuild(snapshot, path), expected);
             EXPECT_EQ(outcomeOfAudit(snapshot, path), expected);
@@ -135,23 +135,23 @@ TEST(Containment, APathIsAsLongAsTheSystemTakes) {
         }
 }
 
-TEST(Containment, AProjectWhoseOwnPathIsTooLongHoldsNoFile) {
-    LayoutPlace place;
-    place.root = place.area.path().native() + std::string(PATH_MAX, '/') + "film";
-    EXPECT_EQ(outcomeOfBuild(snapshotOf(place, "a.png"), "a.png").kind, Kind::missing);
-    EXPECT_EQ(outcomeOfAudit(snapshotOf(place, "a.png"), "a.png").kind, Kind::missing);
+TEST(Containment, TreatsAllFilesAsMissingWhenTheProjectsPathIsTooLong) {
+    LayoutFiles files;
+    files.root = files.area.path().native() + std::string(PATH_MAX, '/') + "film";
+    EXPECT_EQ(outcomeOfBuild(snapshotOf(files, "a.png"), "a.png").kind, Kind::missing);
+    EXPECT_EQ(outcomeOfAudit(snapshotOf(files, "a.png"), "a.png").kind, Kind::missing);
 }
 
-TEST(Containment, TheProjectMayBeGivenRelativeToTheWorkingDirectory) {
-    LayoutPlace place;
-    const auto here = std::filesystem::current_path();
-    std::filesystem::current_path(place.area.path());
-    place.root = "film";
-    EXPECT_EQ(outcomeOfBuild(snapshotOf(place, "a.png"), "a.png").kind, Kind::accepted);
-    place.root = "film/sub/..";
-    place.directory("film/sub");
-    EXPECT_EQ(outcomeOfBuild(snapshotOf(place, "a.png"), "a.png").kind, Kind::accepted);
-    std::filesystem::current_path(here);
+TEST(Containment, AcceptsAProjectRelativeToTheWorkingDirectory) {
+    LayoutFiles files;
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(files.area.path());
+    files.root = "film";
+    EXPECT_EQ(outcomeOfBuild(snapshotOf(files, "a.png"), "a.png").kind, Kind::accepted);
+    files.root = "film/sub/..";
+    files.directory("film/sub");
+    EXPECT_EQ(outcomeOfBuild(snapshotOf(files, "a.png"), "a.png").kind, Kind::accepted);
+    std::filesystem::current_path(before);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Paths of many directories, with few descriptors left to open them.
+// Paths through many directories, resolved with few descriptors.
 
 #include <cerrno>
 #include <filesystem>
@@ -41,17 +41,17 @@ std::string repeated(std::string_view text, int times) {
     return result;
 }
 
-/// Directories "d" in one another. They are made and removed one from the other: the system would look up
-/// every one of them for each long path, and the standard library would keep a descriptor for each.
+/// Nested directories "d". They are created and removed relative to their parent, because looking up long
+/// paths is slow, and std::filesystem::remove_all keeps a descriptor for each level.
 class DeepDirectories {
   public:
     DeepDirectories(const fs::path& top, int depth) : top_(top.string()), depth_(depth) {
         fs::create_directories(top);
-        Descriptor place(::open(top_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        Descriptor directory(::open(top_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         for (int level = 1; level <= depth_; ++level) {
-            if (::mkdirat(place.get(), "d", 0755) != 0)
+            if (::mkdirat(directory.get(), "d", 0755) != 0)
                 throw std::system_error(errno, std::generic_category(), "mkdirat");
-            place = Descriptor(::openat(place.get(), "d", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+            directory = Descriptor(::openat(directory.get(), "d", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         }
     }
     DeepDirectories(const DeepDirectories&) = delete;
@@ -59,14 +59,14 @@ class DeepDirectories {
     ~DeepDirectories() {
         for (const std::string& entry : entries_)
             ::unlink(entry.c_str());
-        Descriptor place(::open(at(depth_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        Descriptor directory(::open(at(depth_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         for (int level = depth_; level > 0; --level) {
-            place = Descriptor(::openat(place.get(), "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-            ::unlinkat(place.get(), "d", AT_REMOVEDIR);
+            directory = Descriptor(::openat(directory.get(), "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+            ::unlinkat(directory.get(), "d", AT_REMOVEDIR);
         }
     }
 
-    /// The directory that lies so deep.
+    /// The directory at this depth.
     std::string at(int level) const { return top_ + repeated("/d", level); }
 
     void file(int level, const std::string& name) { std::ofstream(newEntry(level, name)) << content; }
@@ -84,7 +84,7 @@ class DeepDirectories {
     std::vector<std::string> entries_;
 };
 
-/// What an audit with few descriptors says of one artifact that has the digest of `content`.
+/// The result of an audit, with few descriptors, of one artifact that has the digest of `content`.
 std::string audited(const fs::path& root, const std::string& path) {
     FilmWorkspaceSnapshot snapshot;
     snapshot.root = root;
@@ -110,7 +110,7 @@ struct DeepRow {
     const char* expected;
 };
 
-TEST(DeepPath, TakesFewDescriptors) {
+TEST(DeepPath, NeedsFewDescriptors) {
     const TemporaryDirectory area;
     area.write("film/a.png", content);
     area.write("outside/a.png", content);
@@ -135,12 +135,12 @@ TEST(DeepPath, TakesFewDescriptors) {
     const std::string down = repeated("d/", 1300);
     const std::string downOutside = repeated("d/", outsideLevels);
     const DeepRow rows[] = {
-        {"down", film, repeated("d/", levels) + "a.png", "sound"},
-        {"down, behind an absolute link", film, "absolute/" + repeated("d/", levels) + "a.png", "sound"},
-        {"down and up again", film, down + "up", "sound"},
-        {"down and up again, behind an absolute link", film, "absolute/" + down + "up", "sound"},
+        {"a deep file", film, repeated("d/", levels) + "a.png", "sound"},
+        {"a deep file after an absolute link", film, "absolute/" + repeated("d/", levels) + "a.png", "sound"},
+        {"down and up again with \"..\"", film, down + "up", "sound"},
+        {"down and up again after an absolute link", film, "absolute/" + down + "up", "sound"},
         {"down, up, down and up again", film, "absolute/" + down + "zigzag", "sound"},
-        {"down and further up", film, "absolute/" + down + "higher", "unsafe"},
+        {"down and up further than the project", film, "absolute/" + down + "higher", "unsafe"},
         {"down outside", film, "out/" + downOutside + "a.png", "unsafe"},
         {"down outside and back in", film, "out/" + downOutside + "back", "sound"},
         {"a deep project", deepest, "a.png", "sound"},

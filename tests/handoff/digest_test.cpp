@@ -22,8 +22,8 @@ std::string digestOf(std::string_view text) {
     return VistrelHandoffBuilder::sha256(std::as_bytes(std::span(text)));
 }
 
-// From the standard that defines SHA-256 and from other programs.
-TEST(Digest, KnownTexts) {
+// Published test values, and values computed with other programs.
+TEST(Digest, IsRightForKnownTexts) {
     struct Row {
         std::string_view sentence;
         std::string text;
@@ -32,7 +32,7 @@ TEST(Digest, KnownTexts) {
     const std::vector<Row> rows{
         {"nothing", "", "sha256:e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
         {"three letters", "abc", "sha256:ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
-        {"two blocks", "abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq",
+        {"a text of two blocks", "abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq",
          "sha256:248d6a61d20638b8e5c026930c3e6039a33ce45964ff2167f6ecedd419db06c1"},
         {"a byte of zero", std::string(1, '\0'),
          "sha256:6e340b9cffb37a989ca544e6bb780a2c78901d3fb33738768511a30617afa01d"},
@@ -47,7 +47,7 @@ TEST(Digest, KnownTexts) {
     }
 }
 
-TEST(Digest, AFileHasTheDigestOfItsBytesWhateverItsSize) {
+TEST(Digest, IsTheSameForAFileAndItsBytes) {
     const TemporaryDirectory directory;
     constexpr std::size_t mebibyte = std::size_t{1} << 20U;
     for (const std::size_t size : {mebibyte - 1, mebibyte, mebibyte + 1, 2 * mebibyte, 3 * mebibyte + 17}) {
@@ -58,7 +58,7 @@ TEST(Digest, AFileHasTheDigestOfItsBytesWhateverItsSize) {
     }
 }
 
-TEST(Digest, WhatIsNoFileIsRefused) {
+TEST(Digest, RefusesWhatIsNotARegularFile) {
     const TemporaryDirectory directory;
     ASSERT_EQ(::mkfifo((directory / "pipe").c_str(), 0666), 0);
     struct Row {
@@ -77,7 +77,7 @@ TEST(Digest, WhatIsNoFileIsRefused) {
         SCOPED_TRACE(row.file);
         try {
             VistrelHandoffBuilder::sha256(row.file);
-            ADD_FAILURE() << "it was read";
+            ADD_FAILURE() << "no error";
         } catch (const std::filesystem::filesystem_error& error) {
             EXPECT_EQ(error.code(), row.expected);
             EXPECT_EQ(error.path1(), row.file);
@@ -85,7 +85,7 @@ TEST(Digest, WhatIsNoFileIsRefused) {
     }
 }
 
-/// The most memory that this process has had at once so far, in bytes.
+/// The peak resident memory of this process, in bytes.
 long peakMemory() {
     rusage usage{};
     ::getrusage(RUSAGE_SELF, &usage);
@@ -96,9 +96,9 @@ long peakMemory() {
 #endif
 }
 
-// In a process of its own, because the peak of this one may long have been higher.
-TEST(Digest, MemoryDoesNotGrowWithTheFile) {
-    // Under a sanitizer only the digest counts, of a file that is hashed sooner.
+// In a child process, because the peak of this process may already be higher.
+TEST(Digest, NeedsNoMoreMemoryForALargeFile) {
+    // Under a sanitizer only the digest is checked, and the file is smaller.
     constexpr off_t size = memoryIsSanitized ? off_t{64} << 20U : off_t{3} << 30U;
     constexpr long limit = memoryIsSanitized ? 1L << 40U : 64L << 20U;
     const std::string expected =
@@ -106,7 +106,7 @@ TEST(Digest, MemoryDoesNotGrowWithTheFile) {
                           : "sha256:305b66a59d15b252092fbda9d09711230c429f351897cbd430e7b55a35fd3b97";
     const TemporaryDirectory directory;
     const std::filesystem::path file = directory.write("large.mov", "");
-    ASSERT_EQ(::truncate(file.c_str(), size), 0); // Nothing but a hole: it takes no room on the disk.
+    ASSERT_EQ(::truncate(file.c_str(), size), 0); // A sparse file, which needs no disk space.
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
@@ -118,7 +118,7 @@ TEST(Digest, MemoryDoesNotGrowWithTheFile) {
     int status = 0;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), 0) << "1: another digest, 2: too much memory";
+    EXPECT_EQ(WEXITSTATUS(status), 0) << "1: wrong digest, 2: too much memory";
 }
 
 } // namespace

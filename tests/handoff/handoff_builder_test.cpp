@@ -15,7 +15,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(HandoffBuilder, WithoutAPlanNothingElseMatters) {
+TEST(HandoffBuilder, RequiresAPlanBeforeAnythingElse) {
     WorkspaceMaker maker;
     maker.list("score", "/absolute/and/unsafe.wav");
     maker.list("score", "missing.wav");
@@ -28,7 +28,7 @@ TEST(HandoffBuilder, WithoutAPlanNothingElseMatters) {
     }
 }
 
-TEST(HandoffBuilder, TheWholeHandoffOfASmallFilm) {
+TEST(HandoffBuilder, BuildsTheWholeHandoffOfASmallFilm) {
     WorkspaceMaker maker;
     FilmProject& project = maker.snapshot.project;
     project.proof = {true, false, true, false, true, false, true, false, true, true};
@@ -97,13 +97,13 @@ TEST(HandoffBuilder, TheWholeHandoffOfASmallFilm) {
     EXPECT_EQ(handoff, expected);
 }
 
-TEST(HandoffBuilder, DefaultsOfTheTarget) {
+TEST(HandoffBuilder, FillsInTheDefaultsOfTheTarget) {
     WorkspaceMaker maker;
     const VistrelHandoffProject project = VistrelHandoffBuilder::build(maker.snapshot, "/r").project;
     EXPECT_EQ(project, (VistrelHandoffProject{"t", "i", {}, {}, {}, 1500, 24, "16:9", {}, {}}));
 }
 
-TEST(HandoffBuilder, OneDimensionAloneStaysAlone) {
+TEST(HandoffBuilder, KeepsASingleDimension) {
     WorkspaceMaker maker;
     maker.snapshot.productionPlan->target.height = 1080;
     const VistrelHandoffProject project = VistrelHandoffBuilder::build(maker.snapshot, "/r").project;
@@ -111,7 +111,7 @@ TEST(HandoffBuilder, OneDimensionAloneStaysAlone) {
     EXPECT_EQ(project.height, 1080);
 }
 
-TEST(HandoffBuilder, AFilmWithoutTreatmentHasNoKeysForIt) {
+TEST(HandoffBuilder, WritesNoKeysForAnAbsentTreatment) {
     WorkspaceMaker maker;
     const std::string document = encodeJSON(VistrelHandoffBuilder::build(maker.snapshot, "/r", "now"));
     for (const char* key :
@@ -119,7 +119,7 @@ TEST(HandoffBuilder, AFilmWithoutTreatmentHasNoKeysForIt) {
         EXPECT_EQ(document.find(key), std::string::npos) << key;
 }
 
-TEST(HandoffBuilder, OnlyKindsThatAreNotExported) {
+TEST(HandoffBuilder, SkipsKindsThatAreNotExported) {
     WorkspaceMaker maker;
     maker.add("archived-take", "frames/s1.png", "content");
     maker.list("treatment", "../unsafe and missing");
@@ -129,7 +129,7 @@ TEST(HandoffBuilder, OnlyKindsThatAreNotExported) {
     EXPECT_EQ(handoff.shots.at(0).clipAssetId, std::nullopt);
 }
 
-TEST(HandoffBuilder, ShotsAreLinkedByExactPathAlone) {
+TEST(HandoffBuilder, LinksShotsByExactPath) {
     struct Row {
         std::string_view sentence;
         std::string path;
@@ -137,14 +137,14 @@ TEST(HandoffBuilder, ShotsAreLinkedByExactPathAlone) {
         bool isClip;
     };
     const std::vector<Row> rows{
-        {"the key frame's own place", "frames/s1.png", true, false},
-        {"the clip's own place", "clips/s1.mp4", false, true},
+        {"the key frame", "frames/s1.png", true, false},
+        {"the clip", "clips/s1.mp4", false, true},
         {"another extension", "frames/s1.jpg", false, false},
         {"an extension in capitals", "frames/s1.PNG", false, false},
-        {"the same place, written otherwise", "./frames/s1.png", false, false},
-        {"a doubled slash", "clips//s1.mp4", false, false},
+        {"the same file under another path", "./frames/s1.png", false, false},
+        {"a double slash", "clips//s1.mp4", false, false},
         {"a longer shot id", "frames/s11.png", false, false},
-        {"a folder further down", "takes/frames/s1.png", false, false},
+        {"in another directory", "takes/frames/s1.png", false, false},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
@@ -158,7 +158,7 @@ TEST(HandoffBuilder, ShotsAreLinkedByExactPathAlone) {
     }
 }
 
-TEST(HandoffBuilder, TheSelectedSeedWins) {
+TEST(HandoffBuilder, PrefersTheSelectedSeed) {
     WorkspaceMaker maker;
     auto& shots = maker.snapshot.productionPlan->shots;
     shots.push_back(shotOf("s2", 1));
@@ -171,7 +171,7 @@ TEST(HandoffBuilder, TheSelectedSeedWins) {
     EXPECT_EQ(handoff.shots[2].seed, 0);
 }
 
-TEST(HandoffBuilder, TheExportTimeIsTheCallersText) {
+TEST(HandoffBuilder, RecordsTheCallersExportTime) {
     WorkspaceMaker maker;
     for (const std::string text : {"", "yesterday", "2026-03-01T14:05:09+01:00"})
         EXPECT_EQ(VistrelHandoffBuilder::build(maker.snapshot, "/r", text).exportedAt, text);
@@ -191,7 +191,7 @@ std::string textOf(std::time_t time) {
     return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts)};
 }
 
-TEST(HandoffBuilder, WithoutATextTheExportTimeIsNow) {
+TEST(HandoffBuilder, RecordsTheCurrentTimeByDefault) {
     WorkspaceMaker maker;
     const std::time_t before = std::time(nullptr);
     const std::string text = VistrelHandoffBuilder::build(maker.snapshot, "/r").exportedAt;
@@ -201,13 +201,13 @@ TEST(HandoffBuilder, WithoutATextTheExportTimeIsNow) {
     EXPECT_LE(timeOf(text), after);
 }
 
-TEST(HandoffBuilder, TheRunManifestIsAlwaysNamedAlike) {
+TEST(HandoffBuilder, RecordsAFixedNameOfTheRunManifest) {
     WorkspaceMaker maker;
     maker.snapshot.runManifest = "/somewhere/else/other.json";
     EXPECT_EQ(VistrelHandoffBuilder::build(maker.snapshot, "/r").source.runManifest, "run.json");
 }
 
-TEST(HandoffBuilder, TheProjectRootIsOnlyRecorded) {
+TEST(HandoffBuilder, OnlyRecordsTheProjectRoot) {
     WorkspaceMaker maker;
     maker.add("score", "score.wav", "content");
     const std::vector<std::string> roots{"", "/does/not/exist", "relative/..", maker.snapshot.root.string()};
@@ -215,7 +215,7 @@ TEST(HandoffBuilder, TheProjectRootIsOnlyRecorded) {
         EXPECT_EQ(VistrelHandoffBuilder::build(maker.snapshot, root).source.projectRoot, root);
 }
 
-TEST(HandoffBuilder, AssetsKeepTheProjectsOrder) {
+TEST(HandoffBuilder, KeepsTheOrderOfTheArtifacts) {
     WorkspaceMaker maker;
     for (const char* path : {"z.wav", "a.wav", "m.wav", "B.wav"})
         maker.add("dialogue", path, path);
@@ -225,7 +225,7 @@ TEST(HandoffBuilder, AssetsKeepTheProjectsOrder) {
     EXPECT_THAT(paths, ElementsAre("z.wav", "a.wav", "m.wav", "B.wav"));
 }
 
-TEST(HandoffBuilder, BuildingTwiceGivesEqualDocuments) {
+TEST(HandoffBuilder, BuildsEqualDocumentsTwice) {
     const FilmWorkspaceSnapshot snapshot = FilmProjectLoader::load(sampleFilm() / "run.json");
     const VistrelHandoff first = VistrelHandoffBuilder::build(snapshot, "/r", "now");
     const VistrelHandoff second = VistrelHandoffBuilder::build(snapshot, "/r", "now");
@@ -233,7 +233,7 @@ TEST(HandoffBuilder, BuildingTwiceGivesEqualDocuments) {
     EXPECT_EQ(encodeJSON(first), encodeJSON(second));
 }
 
-TEST(HandoffBuilder, TheTimeOfAnArtifactIsNotCarriedOver) {
+TEST(HandoffBuilder, OmitsTheTimeOfAnArtifact) {
     WorkspaceMaker maker;
     maker.add("score", "score.wav", "content").createdAt = "a time of its own";
     const VistrelHandoff handoff = VistrelHandoffBuilder::build(maker.snapshot, "/r", "now");

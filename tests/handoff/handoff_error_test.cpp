@@ -13,7 +13,7 @@ using Error = VistrelHandoffError;
 
 const std::string contentDigest = "sha256:ed7002b439e9ac845f22357d822bac1444730fbdb6016d3ec9432297b9ec9f73";
 
-TEST(HandoffError, Descriptions) {
+TEST(HandoffError, HasADescriptionForEveryCase) {
     struct Row {
         std::string_view sentence;
         Error error;
@@ -41,7 +41,7 @@ TEST(HandoffError, Descriptions) {
     EXPECT_NE(Error(Error::hashMismatch{"a", "1", "2"}), Error(Error::hashMismatch{"a", "1", "3"}));
 }
 
-/// What building a workspace with this one artifact fails with.
+/// The error of building this workspace.
 Error errorOf(const FilmWorkspaceSnapshot& snapshot) {
     try {
         VistrelHandoffBuilder::build(snapshot, "/r");
@@ -51,7 +51,7 @@ Error errorOf(const FilmWorkspaceSnapshot& snapshot) {
     throw std::logic_error("the handoff was built");
 }
 
-TEST(HandoffError, DigestsAreComparedAsText) {
+TEST(HandoffError, ReportsEveryDifferenceInTheTextOfADigest) {
     struct Row {
         std::string_view sentence;
         std::string recorded;
@@ -79,7 +79,7 @@ TEST(HandoffError, DigestsAreComparedAsText) {
     }
 }
 
-TEST(HandoffError, TheChecksOfAnArtifactComeInOrder) {
+TEST(HandoffError, FollowsTheOrderOfTheChecks) {
     struct Row {
         std::string_view sentence;
         std::string path;

@@ -20,7 +20,7 @@ std::vector<RecordRow> handoffRecords();
 /// The handoff in which every key of `handoffRow` has its value.
 VistrelHandoff fullHandoff();
 
-/// Compact JSON: an asset, and a shot whose take is this text, or that has none.
+/// Compact JSON of an asset, and of a shot whose take is this text; empty for no take.
 std::string assetOf(const std::string& id);
 std::string shotOfTake(const std::string& take);
 

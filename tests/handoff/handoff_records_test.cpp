@@ -29,7 +29,7 @@ TEST(HandoffRecords, WriteTheirKeysInDeclaredOrder) {
         checkEncoding(record);
 }
 
-TEST(HandoffRecords, EmptyListsOfAShotAreWritten) {
+TEST(HandoffRecords, WriteTheEmptyListsOfAShot) {
     VistrelHandoffShot shot;
     shot.id = "s1";
     EXPECT_EQ(
@@ -39,7 +39,7 @@ TEST(HandoffRecords, EmptyListsOfAShotAreWritten) {
         R"("dialogue":[],"soundEffects":[]})");
 }
 
-TEST(HandoffRecords, WhatIsWrongInAListIsNamedWithItsPlace) {
+TEST(HandoffRecords, NameThePositionOfAnErrorInAList) {
     struct Row {
         std::string_view sentence;
         std::string key;
@@ -47,18 +47,18 @@ TEST(HandoffRecords, WhatIsWrongInAListIsNamedWithItsPlace) {
         std::string expected;
     };
     const std::vector<Row> rows{
-        {"a character that is no text", "characterIds", R"(["a",1])",
+        {"a character that is a number", "characterIds", R"(["a",1])",
          "characterIds[1]: expected a string, found a number"},
         {"a line without its text", "dialogue",
          R"([{"speaker":"a","text":"b","startSeconds":0,"delivery":"c"},{"speaker":"a"}])",
          "dialogue[1].text is missing"},
-        {"a line that begins at a word", "dialogue",
+        {"a line whose start is a string", "dialogue",
          R"([{"speaker":"a","text":"b","startSeconds":"0","delivery":"c"}])",
          "dialogue[0].startSeconds: expected a number, found a string"},
-        {"an effect with half a seed", "soundEffects",
+        {"an effect whose seed has a fraction", "soundEffects",
          R"([{"prompt":"a","startSeconds":0,"durationSeconds":1,"levelDb":0,"seed":0.5}])",
          "soundEffects[0].seed: expected an integer, found 0.5"},
-        {"an effect that lasts longer than a number can say", "soundEffects",
+        {"an effect whose duration does not fit a double", "soundEffects",
          R"([{"prompt":"a","startSeconds":0,"durationSeconds":1e999,"levelDb":0,"seed":1}])",
          "soundEffects[0].durationSeconds: expected a number that fits a double, found 1e999"},
     };
@@ -68,7 +68,7 @@ TEST(HandoffRecords, WhatIsWrongInAListIsNamedWithItsPlace) {
     }
 }
 
-TEST(HandoffRecords, CamelCaseKeysOfAReceiptMeanNothing) {
+TEST(HandoffRecords, IgnoreCamelCaseKeysOfAReceipt) {
     EXPECT_EQ(refusalOf<VistrelImportReceipt>(R"({"ok":true,"projectId":"p"})"), "project_id is missing");
     const auto receipt = decodeJSON<VistrelImportReceipt>(
         R"({"ok":true,"project_id":"p","episodeId":"e","importedShots":4,"projectURL":"u","project_URL":"u"})");

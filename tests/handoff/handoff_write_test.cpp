@@ -25,14 +25,14 @@ VistrelHandoff sampleHandoff() {
     return VistrelHandoffBuilder::build(snapshot, "/films/a-lamp-for-the-late-ferry", "2026-03-01T14:05:09Z");
 }
 
-TEST(HandoffWrite, TheSampleFilmsManifestIsTheOneKept) {
+TEST(HandoffWrite, GivesTheRecordedManifestOfTheSampleFilm) {
     const TemporaryDirectory directory;
     const fs::path file = directory / "manifest.json";
     VistrelHandoffBuilder::write(sampleHandoff(), file);
     EXPECT_EQ(contentOf(file), contentOf(fs::path(KINOVANE_GOLDEN) / "a-lamp-for-the-late-ferry.json"));
 }
 
-TEST(HandoffWrite, GivesTheDigestOfTheFileAndReadsBackEqual) {
+TEST(HandoffWrite, ReturnsTheDigestOfAFileThatReadsBackEqual) {
     const TemporaryDirectory directory;
     const fs::path file = directory / "manifest.json";
     const VistrelHandoff handoff = sampleHandoff();
@@ -46,14 +46,14 @@ TEST(HandoffWrite, GivesTheDigestOfTheFileAndReadsBackEqual) {
     EXPECT_THAT(namesIn(directory.path()), ElementsAre("manifest.json"));
 }
 
-TEST(HandoffWrite, DirectoriesAboveAreMade) {
+TEST(HandoffWrite, CreatesMissingDirectories) {
     const TemporaryDirectory directory;
     const fs::path file = directory / "a/b c/d/manifest.json";
     VistrelHandoffBuilder::write(VistrelHandoff{}, file);
     EXPECT_EQ(decodeJSON<VistrelHandoff>(contentOf(file)), VistrelHandoff{});
 }
 
-TEST(HandoffWrite, AnOldFileIsReplacedAndKeepsItsMode) {
+TEST(HandoffWrite, KeepsTheModeOfAnOldFile) {
     const TemporaryDirectory directory;
     const fs::path file = directory.write("manifest.json", std::string(1000000, 'x'));
     fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
@@ -62,8 +62,8 @@ TEST(HandoffWrite, AnOldFileIsReplacedAndKeepsItsMode) {
     EXPECT_EQ(fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
 }
 
-// The digest is that of the file on the disk, also when nobody may open that file.
-TEST(HandoffWrite, AFileThatMayNotBeReadIsWrittenAllTheSame) {
+// The digest is that of the file on disk, even when the file may not be opened.
+TEST(HandoffWrite, ReplacesAFileThatMayNotBeRead) {
     struct Row {
         std::string_view sentence;
         std::optional<mode_t> old; ///< The old file's mode.
@@ -102,7 +102,7 @@ TEST(HandoffWrite, AFileThatMayNotBeReadIsWrittenAllTheSame) {
     }
 }
 
-TEST(HandoffWrite, ALinkIsFollowed) {
+TEST(HandoffWrite, FollowsALink) {
     const TemporaryDirectory directory;
     directory.write("kept/manifest.json", "old");
     fs::create_symlink("kept/manifest.json", directory / "link.json");
@@ -112,7 +112,7 @@ TEST(HandoffWrite, ALinkIsFollowed) {
     EXPECT_THAT(namesIn(directory / "kept"), ElementsAre("manifest.json"));
 }
 
-TEST(HandoffWrite, AReaderAlwaysFindsAWholeFile) {
+TEST(HandoffWrite, ShowsReadersAWholeFile) {
     const TemporaryDirectory directory;
     const fs::path file = directory / "manifest.json";
     VistrelHandoff first = sampleHandoff();
@@ -130,16 +130,16 @@ TEST(HandoffWrite, AReaderAlwaysFindsAWholeFile) {
     }
 }
 
-TEST(HandoffWrite, WhatCannotBeWrittenLeavesTheOldFileUntouched) {
+TEST(HandoffWrite, LeavesTheOldFileUnchangedWhenEncodingFails) {
     struct Row {
         std::string_view sentence;
-        void (*spoil)(VistrelHandoff&);
+        void (*damage)(VistrelHandoff&);
         std::string expected;
     };
     const std::vector<Row> rows{
         {"a title that is not UTF-8", [](VistrelHandoff& h) { h.project.title = "caf\xe9"; },
          "project.title: the text is not UTF-8"},
-        {"half a character at the end", [](VistrelHandoff& h) { h.assets.at(2).source = "\xe2\x80"; },
+        {"an incomplete character at the end", [](VistrelHandoff& h) { h.assets.at(2).source = "\xe2\x80"; },
          "assets[2].source: the text is not UTF-8"},
         {"a surrogate", [](VistrelHandoff& h) { h.shots.at(1).characterIds.at(0) = "\xed\xa0\x80"; },
          "shots[1].characterIds[0]: the text is not UTF-8"},
@@ -154,11 +154,11 @@ TEST(HandoffWrite, WhatCannotBeWrittenLeavesTheOldFileUntouched) {
         const TemporaryDirectory directory;
         const fs::path file = directory.write("manifest.json", "old");
         VistrelHandoff handoff = sampleHandoff();
-        row.spoil(handoff);
-        for (const fs::path& place : {file, directory / "new/manifest.json"}) {
+        row.damage(handoff);
+        for (const fs::path& location : {file, directory / "new/manifest.json"}) {
             try {
-                VistrelHandoffBuilder::write(handoff, place);
-                ADD_FAILURE() << "it was written";
+                VistrelHandoffBuilder::write(handoff, location);
+                ADD_FAILURE() << "no error";
             } catch (const JSONEncodingError& error) {
                 EXPECT_EQ(error.what(), row.expected);
             }
@@ -168,10 +168,10 @@ TEST(HandoffWrite, WhatCannotBeWrittenLeavesTheOldFileUntouched) {
     }
 }
 
-TEST(HandoffWrite, PlacesThatCannotTakeAFile) {
+TEST(HandoffWrite, RefusesUnusableLocations) {
     struct Row {
         std::string_view sentence;
-        std::string place;
+        std::string location;
         std::errc expected;
     };
     const std::vector<Row> rows{
@@ -199,8 +199,8 @@ TEST(HandoffWrite, PlacesThatCannotTakeAFile) {
         SCOPED_TRACE(row.sentence);
         try {
             const OrdinaryUser user;
-            VistrelHandoffBuilder::write(VistrelHandoff{}, directory / row.place);
-            ADD_FAILURE() << "it was written";
+            VistrelHandoffBuilder::write(VistrelHandoff{}, directory / row.location);
+            ADD_FAILURE() << "no error";
         } catch (const fs::filesystem_error& error) {
             EXPECT_EQ(error.code(), row.expected) << error.what();
         }
@@ -211,7 +211,7 @@ TEST(HandoffWrite, PlacesThatCannotTakeAFile) {
     }
 }
 
-TEST(HandoffWrite, AnEmptyLocationIsRefused) {
+TEST(HandoffWrite, RefusesAnEmptyLocation) {
     const TemporaryDirectory directory;
     const fs::path before = fs::current_path();
     fs::current_path(directory.path());

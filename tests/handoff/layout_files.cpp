@@ -25,26 +25,26 @@ void require(bool succeeded, const std::string& what) {
 
 } // namespace
 
-LayoutPlace::LayoutPlace() : root(area / "film") {
+LayoutFiles::LayoutFiles() : root(area / "film") {
     allow("", 0755);
     file("film/a.png");
     file("outside/a.png");
 }
 
-void LayoutPlace::file(const std::string& name) const { area.write(name, layoutContent); }
+void LayoutFiles::file(const std::string& name) const { area.write(name, layoutContent); }
 
-void LayoutPlace::directory(const std::string& name) const { fs::create_directories(area / name); }
+void LayoutFiles::directory(const std::string& name) const { fs::create_directories(area / name); }
 
-void LayoutPlace::link(const std::string& name, const fs::path& target) const {
+void LayoutFiles::link(const std::string& name, const fs::path& target) const {
     fs::create_directories((area / name).parent_path());
     fs::create_symlink(target, area / name);
 }
 
-void LayoutPlace::fifo(const std::string& name) const {
+void LayoutFiles::fifo(const std::string& name) const {
     require(::mkfifo((area / name).c_str(), 0666) == 0, "mkfifo");
 }
 
-void LayoutPlace::socket(const std::string& name) const {
+void LayoutFiles::socket(const std::string& name) const {
     const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
     require(descriptor >= 0, "socket");
     sockaddr_un address{};
@@ -57,33 +57,33 @@ void LayoutPlace::socket(const std::string& name) const {
     ::close(descriptor);
 }
 
-fs::path LayoutPlace::opened(const std::string& name) {
+fs::path LayoutFiles::opened(const std::string& name) {
     open_ = Descriptor(::open((area / name).c_str(), O_RDONLY | O_CLOEXEC));
     require(bool(open_), "open");
     return "/proc/self/fd/" + std::to_string(open_.get());
 }
 
-void LayoutPlace::allow(const std::string& name, unsigned mode) const {
+void LayoutFiles::allow(const std::string& name, unsigned mode) const {
     require(::chmod((area / name).c_str(), mode) == 0, "chmod");
 }
 
-void LayoutPlace::deepFile(const std::string& name, const std::string& piece, int depth) const {
+void LayoutFiles::deepFile(const std::string& name, const std::string& component, int depth) const {
     directory(name);
-    int place = ::open((area / name).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    int parent = ::open((area / name).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     for (int level = 0; level < depth; ++level) {
-        require(::mkdirat(place, piece.c_str(), 0755) == 0, "mkdirat");
-        const int next = ::openat(place, piece.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        require(::mkdirat(parent, component.c_str(), 0755) == 0, "mkdirat");
+        const int next = ::openat(parent, component.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         require(next >= 0, "openat");
-        ::close(place);
-        place = next;
+        ::close(parent);
+        parent = next;
     }
-    const int file = ::openat(place, "a.png", O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
+    const int file = ::openat(parent, "a.png", O_WRONLY | O_CREAT | O_CLOEXEC, 0644);
     require(::write(file, layoutContent.data(), layoutContent.size()) > 0, "write");
     ::close(file);
-    ::close(place);
+    ::close(parent);
 }
 
-void LayoutPlace::chain(const std::string& name, int length) const {
+void LayoutFiles::chain(const std::string& name, int length) const {
     link(name + "1", "a.png");
     for (int index = 2; index <= length; ++index)
         link(name + std::to_string(index), fs::path(name + std::to_string(index - 1)).filename());

@@ -12,24 +12,24 @@
 
 namespace kinovane::test {
 
-// What examining an artifact can come to.
+// Results of examining an artifact.
 inline const LayoutOutcome accepted{LayoutOutcome::Kind::accepted, {}};
 inline const LayoutOutcome unsafe{LayoutOutcome::Kind::unsafe, {}};
 inline const LayoutOutcome missing{LayoutOutcome::Kind::missing, {}};
 
 inline LayoutOutcome failure(std::errc code) { return {LayoutOutcome::Kind::failure, code}; }
 
-// What the digest of a file can come to.
+// Results of computing the digest of a file.
 inline const LayoutDigest content{std::string(layoutDigest), {}};
-inline const LayoutDigest noFile{"", std::errc::no_such_file_or_directory};
-inline const LayoutDigest noFolder{"", std::errc::not_a_directory};
-inline const LayoutDigest aFolder{"", std::errc::is_a_directory};
-inline const LayoutDigest noOrdinaryFile{"", std::errc::operation_not_supported};
-inline const LayoutDigest notAllowed{"", std::errc::permission_denied};
+inline const LayoutDigest noSuchFile{"", std::errc::no_such_file_or_directory};
+inline const LayoutDigest notADirectory{"", std::errc::not_a_directory};
+inline const LayoutDigest isADirectory{"", std::errc::is_a_directory};
+inline const LayoutDigest notARegularFile{"", std::errc::operation_not_supported};
+inline const LayoutDigest permissionDenied{"", std::errc::permission_denied};
 inline const LayoutDigest tooLong{"", std::errc::filename_too_long};
 inline const LayoutDigest tooManyLinks{"", std::errc::too_many_symbolic_link_levels};
 
-/// Of the system's own file.
+/// The digest of a file of the system.
 inline LayoutDigest digestOf(const std::filesystem::path& file) {
     const std::string bytes = contentOf(file);
     return {VistrelHandoffBuilder::sha256(std::as_bytes(std::span(bytes))), {}};

@@ -8,10 +8,10 @@
 
 namespace kinovane::test {
 
-// The parts of containmentLayouts(), by what makes a path lead where it leads.
-std::vector<Layout> textLayouts(); ///< Its own text.
-std::vector<Layout> fileLayouts(); ///< What is there.
-std::vector<Layout> linkLayouts();
-std::vector<Layout> rootLayouts(); ///< How the project's directory is given.
+// The parts of containmentLayouts().
+std::vector<Layout> textLayouts(); ///< The text of the path matters.
+std::vector<Layout> fileLayouts(); ///< The type and permissions of files matter.
+std::vector<Layout> linkLayouts(); ///< Links matter.
+std::vector<Layout> rootLayouts(); ///< The path of the project's directory matters.
 
 } // namespace kinovane::test

@@ -28,15 +28,15 @@ namespace {
 
 int leasedFile = -1; ///< In the holder's process, for its signal handler.
 
-void giveUpLease(int /*signal*/) { ::fcntl(leasedFile, F_SETLEASE, F_UNLCK); }
+void releaseLease(int /*signal*/) { ::fcntl(leasedFile, F_SETLEASE, F_UNLCK); }
 
-/// A process that holds a write lease on a file until this object is destroyed, or until the system asks for
-/// it.
+/// A process that holds a write lease on a file until this object is destroyed or, with Reaction::releases,
+/// until the system asks for it.
 class LeaseHolder {
   public:
-    enum class Answer { givesUp, keeps };
+    enum class Reaction { releases, keeps };
 
-    LeaseHolder(const fs::path& file, Answer answer) {
+    LeaseHolder(const fs::path& file, Reaction reaction) {
         std::array<int, 2> ends{};
         if (::pipe2(ends.data(), O_CLOEXEC) != 0)
             throw std::system_error(errno, std::generic_category(), "pipe2");
@@ -44,10 +44,10 @@ class LeaseHolder {
         Descriptor writeEnd(ends[1]);
         process_ = ::fork();
         if (process_ == 0)
-            hold(file.c_str(), answer, writeEnd.get());
+            hold(file.c_str(), reaction, writeEnd.get());
         writeEnd.close();
-        char told = 0;
-        holds_ = retryInterrupted([&] { return ::read(readEnd.get(), &told, 1); }) == 1;
+        char ready = 0;
+        holds_ = retryInterrupted([&] { return ::read(readEnd.get(), &ready, 1); }) == 1;
     }
     LeaseHolder(const LeaseHolder&) = delete;
     LeaseHolder& operator=(const LeaseHolder&) = delete;
@@ -56,14 +56,14 @@ class LeaseHolder {
         retryInterrupted([&] { return ::waitpid(process_, nullptr, 0); });
     }
 
-    /// False where the file system has no leases.
+    /// False when the file system has no leases.
     bool holds() const { return holds_; }
 
   private:
-    [[noreturn]] static void hold(const char* file, Answer answer, int told) {
-        ::signal(SIGIO, answer == Answer::givesUp ? giveUpLease : SIG_IGN);
+    [[noreturn]] static void hold(const char* file, Reaction reaction, int readyPipe) {
+        ::signal(SIGIO, reaction == Reaction::releases ? releaseLease : SIG_IGN);
         leasedFile = ::open(file, O_RDWR | O_CLOEXEC);
-        if (::fcntl(leasedFile, F_SETLEASE, F_WRLCK) != 0 || ::write(told, "x", 1) != 1)
+        if (::fcntl(leasedFile, F_SETLEASE, F_WRLCK) != 0 || ::write(readyPipe, "x", 1) != 1)
             ::_exit(1);
         for (;;)
             ::pause();
@@ -73,7 +73,7 @@ class LeaseHolder {
     bool holds_ = false;
 };
 
-std::string endingOf(const std::function<void()>& operation) {
+std::string resultOf(const std::function<void()>& operation) {
     try {
         operation();
         return "done";
@@ -86,9 +86,9 @@ std::string endingOf(const std::function<void()>& operation) {
 
 struct LeaseRow {
     const char* sentence;
-    const char* file; ///< That is leased, in the film's directory.
+    const char* file; ///< The leased file, in the film's directory.
     std::function<void(const FilmWorkspaceSnapshot& film)> operation;
-    std::string refusal; ///< When the lease is kept.
+    std::string expected; ///< The result while the lease is kept.
 };
 
 void PrintTo(const LeaseRow& row, std::ostream* stream) { *stream << row.sentence; }
@@ -101,28 +101,28 @@ class LeasedFile : public testing::TestWithParam<LeaseRow> {
         film_.add("poster", "poster.png", "poster");
     }
 
-    std::string endingWith(LeaseHolder::Answer answer) const {
-        const LeaseHolder holder(film_.directory / GetParam().file, answer);
+    std::string resultWith(LeaseHolder::Reaction reaction) const {
+        const LeaseHolder holder(film_.directory / GetParam().file, reaction);
         if (!holder.holds())
             return "no leases";
-        return endingOf([&] { GetParam().operation(film_.snapshot); });
+        return resultOf([&] { GetParam().operation(film_.snapshot); });
     }
 
     WorkspaceMaker film_;
 };
 
-TEST_P(LeasedFile, IsReadOnceTheLeaseIsGivenUp) {
-    const std::string ending = endingWith(LeaseHolder::Answer::givesUp);
-    if (ending == "no leases")
+TEST_P(LeasedFile, IsReadOnceTheLeaseIsReleased) {
+    const std::string result = resultWith(LeaseHolder::Reaction::releases);
+    if (result == "no leases")
         GTEST_SKIP() << "this file system has no leases";
-    EXPECT_EQ(ending, "done");
+    EXPECT_EQ(result, "done");
 }
 
 TEST_P(LeasedFile, IsRefusedWhenTheLeaseIsKept) {
-    const std::string ending = endingWith(LeaseHolder::Answer::keeps);
-    if (ending == "no leases")
+    const std::string result = resultWith(LeaseHolder::Reaction::keeps);
+    if (result == "no leases")
         GTEST_SKIP() << "this file system has no leases";
-    EXPECT_EQ(ending, GetParam().refusal);
+    EXPECT_EQ(result, GetParam().expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -133,7 +133,7 @@ INSTANTIATE_TEST_SUITE_P(
                  "The film project could not be read: film-project.json: Resource temporarily unavailable"},
         LeaseRow{"an artifact of a build", "poster.png",
                  [](const auto& film) { VistrelHandoffBuilder::build(film, "film"); }, "would block"},
-        LeaseRow{"a file whose digest is asked for", "poster.png",
+        LeaseRow{"the digest of a file", "poster.png",
                  [](const auto& film) { VistrelHandoffBuilder::sha256(film.root / "poster.png"); },
                  "would block"}),
     [](const auto& row) { return std::to_string(row.index); });

@@ -8,25 +8,25 @@
 
 namespace kinovane::test {
 
-/// While it lives, this process has no more rights to files than any user: permissions mean nothing to the
-/// system's administrator, who may well be running the tests. Does nothing when somebody else runs them.
+/// During its lifetime this process has the effective user "nobody" when it was started by root, because file
+/// permissions do not apply to root. Otherwise it does nothing.
 class OrdinaryUser {
   public:
-    OrdinaryUser() : administrator_(::geteuid() == 0) {
-        if (administrator_ && ::seteuid(nobody) != 0)
-            throw std::runtime_error("cannot give up the administrator's rights");
+    OrdinaryUser() : isRoot_(::geteuid() == 0) {
+        if (isRoot_ && ::seteuid(nobody) != 0)
+            throw std::runtime_error("cannot drop root privileges");
     }
     OrdinaryUser(const OrdinaryUser&) = delete;
     OrdinaryUser& operator=(const OrdinaryUser&) = delete;
     ~OrdinaryUser() {
-        if (administrator_ && ::seteuid(0) != 0)
-            ::_exit(99); // Every later test would be about something else.
+        if (isRoot_ && ::seteuid(0) != 0)
+            ::_exit(99); // Later tests would run without root privileges.
     }
 
   private:
     static constexpr uid_t nobody = 65534;
 
-    bool administrator_;
+    bool isRoot_;
 };
 
 } // namespace kinovane::test

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What a project's directory that cannot be opened means for its artifacts.
+// A project's directory that cannot be opened.
 
 #include <filesystem>
 #include <functional>
@@ -23,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::string_literals;
 
-/// While it lives, another directory is the working directory.
+/// Changes the working directory for its lifetime.
 class WorkingDirectory {
   public:
     explicit WorkingDirectory(const fs::path& directory) : before_(fs::current_path()) {
@@ -39,42 +39,45 @@ class WorkingDirectory {
 
 struct RootRow {
     const char* sentence;
-    std::function<void(LayoutPlace&)> make;
-    std::errc code; ///< Why it cannot be opened.
+    std::function<void(LayoutFiles&)> make;
+    std::errc code; ///< The error of opening it.
 };
 
 const std::vector<RootRow>& rootRows() {
     static const std::vector<RootRow> rows{
         {"below a directory that may not be searched",
-         [](LayoutPlace& place) {
-             place.file("locked/film/a.png"), place.allow("locked", 0);
-             place.root = place.area / "locked/film";
+         [](LayoutFiles& files) {
+             files.file("locked/film/a.png");
+             files.allow("locked", 0);
+             files.root = files.area / "locked/film";
          },
          std::errc::permission_denied},
-        {"behind a link into a directory that may not be searched",
-         [](LayoutPlace& place) {
-             place.file("locked/film/a.png"), place.allow("locked", 0);
-             place.link("given", "locked/film"), place.root = place.area / "given";
+        {"a link into a directory that may not be searched",
+         [](LayoutFiles& files) {
+             files.file("locked/film/a.png");
+             files.allow("locked", 0);
+             files.link("given", "locked/film");
+             files.root = files.area / "given";
          },
          std::errc::permission_denied},
         {"with a NUL byte, where the system would cut it",
-         [](LayoutPlace& place) { place.root = (place.area / "film").native() + "\0/other"s; },
+         [](LayoutFiles& files) { files.root = (files.area / "film").native() + "\0/other"s; },
          std::errc::invalid_argument},
         {"with a NUL byte at its end",
-         [](LayoutPlace& place) { place.root = (place.area / "film").native() + "\0"s; },
+         [](LayoutFiles& files) { files.root = (files.area / "film").native() + "\0"s; },
          std::errc::invalid_argument},
-        {"a NUL byte only", [](LayoutPlace& place) { place.root = "\0"s; }, std::errc::invalid_argument},
-        {"empty, which is not the working directory", [](LayoutPlace& place) { place.root = ""; },
+        {"a NUL byte only", [](LayoutFiles& files) { files.root = "\0"s; }, std::errc::invalid_argument},
+        {"empty, which is not the working directory", [](LayoutFiles& files) { files.root = ""; },
          std::errc::invalid_argument},
     };
     return rows;
 }
 
-/// The paths of a project's artifacts, and what examining them gives when its directory cannot be opened.
+/// The paths of a project's artifacts, and the results of examining them when its directory cannot be opened.
 struct ArtifactsRow {
     const char* sentence;
     std::vector<std::string> paths;
-    std::string built;   ///< "root" where the error of the directory comes out.
+    std::string built;   ///< "root" when the error of the directory is thrown.
     std::string audited; ///< One text for each artifact.
 };
 
@@ -84,12 +87,12 @@ const std::vector<ArtifactsRow>& artifactsRows() {
         {"no artifact", {}, "built", ""},
         {"one artifact", {"a.png"}, "root", "root"},
         {"one artifact that does not exist", {"b.png"}, "root", "root"},
-        {"a path that climbs", {"../a.png"}, unsafe + "../a.png", unsafe + "../a.png\n"},
+        {"a path with \"..\"", {"../a.png"}, unsafe + "../a.png", unsafe + "../a.png\n"},
         {"an absolute path", {"/a.png"}, unsafe + "/a.png", unsafe + "/a.png\n"},
         {"the directory itself", {"./."}, unsafe + "./.", unsafe + "./.\n"},
         {"two unsafe paths", {"..", "/"}, unsafe + "..", unsafe + "..\n" + unsafe + "/\n"},
         {"an unsafe path before an artifact", {"../a.png", "a.png"}, unsafe + "../a.png", "root"},
-        {"an unsafe path behind an artifact", {"a.png", "../a.png"}, "root", "root"},
+        {"an unsafe path after an artifact", {"a.png", "../a.png"}, "root", "root"},
         {"many artifacts, and an unsafe path among them",
          {"a.png", "b.png", "c.png", "../a.png", "d.png"},
          "root",
@@ -98,9 +101,9 @@ const std::vector<ArtifactsRow>& artifactsRows() {
     return rows;
 }
 
-FilmWorkspaceSnapshot snapshotOf(const LayoutPlace& place, const std::vector<std::string>& paths) {
+FilmWorkspaceSnapshot snapshotOf(const LayoutFiles& files, const std::vector<std::string>& paths) {
     FilmWorkspaceSnapshot snapshot;
-    snapshot.root = place.root;
+    snapshot.root = files.root;
     snapshot.productionPlan.emplace();
     snapshot.project.artifacts = {{7, "image/png", "c", "prompt-log", "../log", "none", "s"}};
     for (const std::string& path : paths)
@@ -109,7 +112,7 @@ FilmWorkspaceSnapshot snapshotOf(const LayoutPlace& place, const std::vector<std
     return snapshot;
 }
 
-/// What an examination gives; "root" when it fails as the directory does.
+/// The result of an examination; "root" for the error of opening the directory.
 std::string outcomeOf(const std::function<std::string()>& examine, const fs::path& root, std::errc code) {
     try {
         return examine();
@@ -135,21 +138,21 @@ std::string audited(const FilmWorkspaceSnapshot& snapshot, unsigned workers) {
     return text;
 }
 
-TEST(ProjectRoot, IsOpenedWhenAFileHasToBe) {
+TEST(ProjectRoot, IsOpenedOnlyWhenAFileHasToBe) {
     for (const RootRow& root : rootRows()) {
-        LayoutPlace place;
-        root.make(place);
-        const WorkingDirectory film(place.area / "film");
+        LayoutFiles files;
+        root.make(files);
+        const WorkingDirectory film(files.area / "film");
         const ProcessCounts before = countProcess();
         for (const ArtifactsRow& artifacts : artifactsRows())
             for (const unsigned workers : {1U, 4U}) {
                 SCOPED_TRACE(testing::Message()
                              << root.sentence << ": " << artifacts.sentence << ", workers: " << workers);
-                const FilmWorkspaceSnapshot snapshot = snapshotOf(place, artifacts.paths);
+                const FilmWorkspaceSnapshot snapshot = snapshotOf(files, artifacts.paths);
                 const OrdinaryUser user;
-                EXPECT_EQ(outcomeOf([&] { return built(snapshot, workers); }, place.root, root.code),
+                EXPECT_EQ(outcomeOf([&] { return built(snapshot, workers); }, files.root, root.code),
                           artifacts.built);
-                EXPECT_EQ(outcomeOf([&] { return audited(snapshot, workers); }, place.root, root.code),
+                EXPECT_EQ(outcomeOf([&] { return audited(snapshot, workers); }, files.root, root.code),
                           artifacts.audited);
             }
         EXPECT_EQ(settledCounts(before), before);

@@ -17,7 +17,7 @@
 namespace kinovane::test {
 namespace {
 
-/// Bytes that tell their place, so that an exchanged or repeated piece would be noticed.
+/// Bytes that depend on their position, so that an exchanged or repeated chunk is detected.
 std::string numberedBytes(std::size_t size) {
     std::string bytes;
     bytes.reserve(size + 8);
@@ -31,16 +31,16 @@ std::string readAhead(RegularFile& file, std::size_t bufferSize) {
     std::vector<std::byte> buffer(bufferSize);
     ReadAhead reader(file, buffer);
     std::string bytes;
-    for (auto piece = reader.next(); !piece.empty(); piece = reader.next())
-        for (const std::byte byte : piece)
+    for (auto chunk = reader.next(); !chunk.empty(); chunk = reader.next())
+        for (const std::byte byte : chunk)
             bytes += static_cast<char>(byte);
-    EXPECT_TRUE(reader.next().empty()) << "the end stays the end";
+    EXPECT_TRUE(reader.next().empty()) << "after the end";
     return bytes;
 }
 
-TEST(ReadAhead, GivesTheFileInOrder) {
+TEST(ReadAhead, ReturnsTheFileInOrder) {
     const TemporaryDirectory directory;
-    constexpr std::size_t buffer = 400; // four pieces of 100
+    constexpr std::size_t buffer = 400; // four chunks of 100
     for (const unsigned size : {0U, 1U, 99U, 100U, 101U, 399U, 400U, 401U, 5000U, 100000U}) {
         SCOPED_TRACE(size);
         const std::string content = numberedBytes(size);
@@ -49,21 +49,21 @@ TEST(ReadAhead, GivesTheFileInOrder) {
     }
 }
 
-TEST(ReadAhead, MayBeGivenUpAtAnyPoint) {
+TEST(ReadAhead, CanBeDestroyedAtAnyPoint) {
     const TemporaryDirectory directory;
     const auto location = directory.write("file", numberedBytes(10000));
     const ProcessCounts before = countProcess();
-    for (int pieces = 0; pieces < 12; ++pieces) {
+    for (int chunks = 0; chunks < 12; ++chunks) {
         RegularFile file(location);
         std::vector<std::byte> buffer(400);
         ReadAhead reader(file, buffer);
-        for (int piece = 0; piece < pieces; ++piece)
+        for (int chunk = 0; chunk < chunks; ++chunk)
             EXPECT_EQ(reader.next().size(), 100U);
     }
     EXPECT_EQ(settledCounts(before), before);
 }
 
-TEST(ReadAhead, AFailureArrivesInTheMiddle) {
+TEST(ReadAhead, ThrowsTheErrorOfReading) {
     // A regular file whose first byte cannot be read: nothing lies at address 0.
     RegularFile file("/proc/self/mem");
     std::vector<std::byte> buffer(400);
@@ -88,9 +88,9 @@ TEST(FileDigest, IsTheSameWithAndWithoutReadingAhead) {
         const std::string expected = VistrelHandoffBuilder::sha256(std::as_bytes(std::span(content)));
         for (const bool readsAhead : {false, true}) {
             RegularFile file(location);
-            std::size_t told = 0;
-            EXPECT_EQ(digest.of(file, [&](std::size_t bytes) { told += bytes; }, readsAhead), expected);
-            EXPECT_EQ(told, size);
+            std::size_t reported = 0;
+            EXPECT_EQ(digest.of(file, [&](std::size_t bytes) { reported += bytes; }, readsAhead), expected);
+            EXPECT_EQ(reported, size);
         }
     }
 }

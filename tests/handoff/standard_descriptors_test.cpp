@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Publishing in applications that have closed some of the standard descriptors, and go on using them.
+// Publishing in applications that have closed some of the standard descriptors and still use them.
 
 #include "support/standard_descriptors.hpp"
 
@@ -28,7 +28,7 @@ class StandardDescriptors : public testing::TestWithParam<ClosedDescriptors> {
   protected:
     const TemporaryDirectory directory;
 
-    /// How often the job, done again and again, did not give `expected`; and what it gave.
+    /// Runs the job many times; the first result that differs from `expected`, or "".
     static std::string differences(const std::string& expected, const std::function<std::string()>& job) {
         return withClosed(GetParam(), [&] {
             for (std::size_t round = 0; round < rounds; ++round)
@@ -39,7 +39,7 @@ class StandardDescriptors : public testing::TestWithParam<ClosedDescriptors> {
     }
 };
 
-TEST_P(StandardDescriptors, AManifestIsWrittenWhole) {
+TEST_P(StandardDescriptors, DoNotDamageAManifest) {
     VistrelHandoff handoff;
     handoff.project.synopsis = std::string(200'000, 'k');
     const std::string content = encodeJSON(handoff, JSONFormat::pretty);
@@ -51,20 +51,20 @@ TEST_P(StandardDescriptors, AManifestIsWrittenWhole) {
                               return VistrelHandoffBuilder::write(handoff, directory / name);
                           }),
               "");
-    // Read here: in the other process the test's own files would get the closed descriptors.
+    // Read in this process: in the child, files that the test opens would get the closed descriptors.
     const std::vector<std::string> names = namesIn(directory.path());
     EXPECT_EQ(names.size(), rounds);
     for (const std::string& name : names)
         EXPECT_TRUE(contentOf(directory / name) == content) << name;
 }
 
-TEST_P(StandardDescriptors, AFileIsReadWhole) {
+TEST_P(StandardDescriptors, DoNotDamageTheDigestOfAFile) {
     const fs::path file = directory.write("file", std::string(1'200'000, 'k'));
     const std::string digest = VistrelHandoffBuilder::sha256(file);
     EXPECT_EQ(differences(digest, [&] { return VistrelHandoffBuilder::sha256(file); }), "");
 }
 
-TEST_P(StandardDescriptors, AWorkspaceIsLoadedAndVerified) {
+TEST_P(StandardDescriptors, DoNotDamageLoadingAndVerifying) {
     WorkspaceMaker maker;
     maker.directory.write("film-project.json", smallestProject());
     const std::string digest = maker.add("shot-clip", "clips/s1.mp4", std::string(300'000, 'k')).sha256;

@@ -21,26 +21,15 @@ VistrelHandoff handoffOf(const std::vector<double>& durations, double planned = 
     return VistrelHandoffBuilder::build(maker.snapshot, "/r");
 }
 
-TEST(Timeline, SecondsBecomeWholeMilliseconds) {
+TEST(Timeline, RoundsTheDurationsOfShotsAndFilm) {
     struct Row {
         std::string_view sentence;
         double seconds;
         std::int64_t expected;
     };
     const std::vector<Row> rows{
-        {"nothing", 0, 0},
-        {"nothing, from below", -0.0, 0},
-        {"whole seconds", 3, 3000},
-        {"a half is rounded up", 0.0625, 63},
-        {"an even half is rounded up too", 2.0625, 2063},
-        {"half a millisecond", 0.0005, 1},
-        {"just less than half", 0.000499999, 0},
-        {"a negative half is rounded down", -0.0625, -63},
-        {"an even negative half is rounded down too", -2.0625, -2063},
-        {"half a negative millisecond", -0.0005, -1},
-        {"a third", 1.0 / 3, 333},
-        {"two thirds", 2.0 / 3, 667},
-        {"the smallest positive number", 5e-324, 0},
+        {"a half", 0.0625, 63},
+        {"a negative half", -2.0625, -2063},
         {"the longest that fits", 9223372036854774.0, 9223372036854773760},
         {"the lowest that fits", -9223372036854775.808, INT64_MIN},
     };
@@ -51,7 +40,7 @@ TEST(Timeline, SecondsBecomeWholeMilliseconds) {
     }
 }
 
-TEST(Timeline, EachShotStartsWhereTheOneBeforeItEnds) {
+TEST(Timeline, StartsEachShotWhereTheOneBeforeEnds) {
     struct Row {
         std::string_view sentence;
         std::vector<double> durations;
@@ -60,12 +49,10 @@ TEST(Timeline, EachShotStartsWhereTheOneBeforeItEnds) {
     const std::vector<Row> rows{
         {"no shots", {}, {}},
         {"three equal shots", {1.5, 1.5, 1.5}, {0, 1500, 3000}},
-        {"rounded lengths are added, not lengths that are rounded later",
-         {0.0625, 0.0625, 0.0625},
-         {0, 63, 126}},
-        {"lengths too short to count", {0.0004, 0.0004, 0.0004, 1}, {0, 0, 0, 0}},
-        {"a negative length goes back", {2, -0.5, 1}, {0, 2000, 1500}},
-        {"up to the last millisecond that can be counted",
+        {"durations are rounded before they are added", {0.0625, 0.0625, 0.0625}, {0, 63, 126}},
+        {"durations that round to zero", {0.0004, 0.0004, 0.0004, 1}, {0, 0, 0, 0}},
+        {"a negative duration", {2, -0.5, 1}, {0, 2000, 1500}},
+        {"up to the limits of 64 bits",
          {-9223372036854775.808, 9223372036854774.0, 1},
          {0, INT64_MIN, -2048}},
     };
@@ -81,7 +68,7 @@ TEST(Timeline, EachShotStartsWhereTheOneBeforeItEnds) {
     }
 }
 
-TEST(Timeline, ThePlannedLengthIsNotTheSumOfTheShots) {
+TEST(Timeline, DoesNotChangeThePlannedDuration) {
     EXPECT_EQ(handoffOf({1, 2}, 17.25).project.durationMilliseconds, 17250);
 }
 

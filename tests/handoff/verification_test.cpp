@@ -19,14 +19,14 @@ namespace {
 
 constexpr unsigned workerCounts[] = {0, 1, 2, 8, 10000};
 
-/// Small files and large ones, so that many pieces are read.
+/// Small files and large ones, which are read in many chunks.
 void addFiles(WorkspaceMaker& maker) {
     for (std::size_t index = 0; index < 24; ++index)
         maker.add("dialogue", "dialogue/" + std::to_string(index) + ".wav",
                   std::string(index % 6 == 0 ? 3000000 + index : index, 'a'));
 }
 
-TEST(Verification, AnyNumberOfWorkersGivesTheSameDocument) {
+TEST(Verification, GivesTheSameDocumentForAnyNumberOfWorkers) {
     const FilmWorkspaceSnapshot sample = FilmProjectLoader::load(sampleFilm() / "run.json");
     WorkspaceMaker maker;
     addFiles(maker);
@@ -41,11 +41,11 @@ TEST(Verification, AnyNumberOfWorkersGivesTheSameDocument) {
     }
 }
 
-/// Checks what is promised of every call as it comes.
-class Witness {
+/// A progress callback that checks every call.
+class ProgressChecker {
   public:
     void operator()(const VerificationProgress& progress) {
-        EXPECT_FALSE(busy_.exchange(true)) << "told from two threads at once";
+        EXPECT_FALSE(busy_.exchange(true)) << "called from two threads at once";
         EXPECT_GE(progress.filesDone, last_.filesDone);
         EXPECT_GE(progress.bytesDone, last_.bytesDone);
         EXPECT_LE(progress.filesDone, progress.filesTotal);
@@ -56,7 +56,7 @@ class Witness {
         }
         last_ = progress;
         ++calls_;
-        std::this_thread::yield(); // A second call at this moment would be noticed.
+        std::this_thread::yield(); // Gives a second call time to overlap.
         busy_ = false;
     }
 
@@ -69,7 +69,7 @@ class Witness {
     int calls_ = 0;
 };
 
-TEST(Verification, ProgressGrowsAndEndsComplete) {
+TEST(Verification, ReportsProgressThatGrowsToTheTotals) {
     WorkspaceMaker maker;
     addFiles(maker);
     std::uint64_t bytes = 0;
@@ -78,26 +78,26 @@ TEST(Verification, ProgressGrowsAndEndsComplete) {
     maker.add("archived-take", "not-exported.mp4", "content");
     for (const unsigned workers : workerCounts) {
         SCOPED_TRACE(workers);
-        Witness witness;
-        VistrelHandoffBuilder::build(maker.snapshot, "/r", "now", {workers, std::ref(witness), {}});
-        EXPECT_EQ(witness.last().filesTotal, 24U);
-        EXPECT_EQ(witness.last().filesDone, 24U);
-        EXPECT_EQ(witness.last().bytesTotal, bytes);
-        EXPECT_EQ(witness.last().bytesDone, bytes);
-        EXPECT_TRUE(witness.last().path.starts_with("dialogue/"));
+        ProgressChecker checker;
+        VistrelHandoffBuilder::build(maker.snapshot, "/r", "now", {workers, std::ref(checker), {}});
+        EXPECT_EQ(checker.last().filesTotal, 24U);
+        EXPECT_EQ(checker.last().filesDone, 24U);
+        EXPECT_EQ(checker.last().bytesTotal, bytes);
+        EXPECT_EQ(checker.last().bytesDone, bytes);
+        EXPECT_TRUE(checker.last().path.starts_with("dialogue/"));
     }
 }
 
-TEST(Verification, AFilmWithoutFilesIsCompleteAtOnce) {
+TEST(Verification, ReportsCompleteProgressForAFilmWithoutFiles) {
     WorkspaceMaker maker;
-    Witness witness;
-    VistrelHandoffBuilder::build(maker.snapshot, "/r", "now", {4, std::ref(witness), {}});
-    EXPECT_GE(witness.calls(), 1);
-    EXPECT_EQ(witness.last().filesTotal, 0U);
-    EXPECT_EQ(witness.last().bytesTotal, 0U);
+    ProgressChecker checker;
+    VistrelHandoffBuilder::build(maker.snapshot, "/r", "now", {4, std::ref(checker), {}});
+    EXPECT_GE(checker.calls(), 1);
+    EXPECT_EQ(checker.last().filesTotal, 0U);
+    EXPECT_EQ(checker.last().bytesTotal, 0U);
 }
 
-TEST(Verification, RecordedSizesOnlyGuideTheProgress) {
+TEST(Verification, UsesRecordedSizesForProgressOnly) {
     for (const std::int64_t recorded :
          {INT64_MIN, std::int64_t{-1}, std::int64_t{0}, std::int64_t{3}, INT64_MAX}) {
         SCOPED_TRACE(recorded);
@@ -105,18 +105,18 @@ TEST(Verification, RecordedSizesOnlyGuideTheProgress) {
         for (const char* name : {"a.wav", "b.wav", "c.wav"})
             maker.add("dialogue", name, name).bytes = recorded;
         for (const unsigned workers : {1U, 3U}) {
-            Witness witness;
+            ProgressChecker checker;
             const VistrelHandoff handoff =
-                VistrelHandoffBuilder::build(maker.snapshot, "/r", "now", {workers, std::ref(witness), {}});
+                VistrelHandoffBuilder::build(maker.snapshot, "/r", "now", {workers, std::ref(checker), {}});
             EXPECT_EQ(handoff.assets.at(2).bytes, recorded);
-            EXPECT_EQ(witness.last().filesDone, 3U);
-            EXPECT_EQ(witness.last().bytesDone, witness.last().bytesTotal);
+            EXPECT_EQ(checker.last().filesDone, 3U);
+            EXPECT_EQ(checker.last().bytesDone, checker.last().bytesTotal);
         }
     }
 }
 
-TEST(Verification, WhatTheCallbackThrowsComesOut) {
-    struct Enough {
+TEST(Verification, RethrowsTheExceptionOfTheCallback) {
+    struct CallbackError {
         int call;
     };
     WorkspaceMaker maker;
@@ -128,16 +128,16 @@ TEST(Verification, WhatTheCallbackThrowsComesOut) {
             int calls = 0;
             const auto throwing = [&](const VerificationProgress&) {
                 if (++calls == last)
-                    throw Enough{calls};
+                    throw CallbackError{calls};
             };
             try {
                 VistrelHandoffBuilder::build(maker.snapshot, "/r", "now", {workers, throwing, {}});
                 ADD_FAILURE() << "the handoff was built";
-            } catch (const Enough& enough) {
-                EXPECT_EQ(enough.call, last);
+            } catch (const CallbackError& error) {
+                EXPECT_EQ(error.call, last);
             }
-            EXPECT_EQ(calls, last) << "nobody is told after that";
-            EXPECT_EQ(settledCounts(before), before) << "no thread is left";
+            EXPECT_EQ(calls, last) << "called after the exception";
+            EXPECT_EQ(settledCounts(before), before) << "a thread was left";
         }
 }
 
@@ -152,7 +152,7 @@ void expectCanceled(const FilmWorkspaceSnapshot& snapshot, const HandoffBuildOpt
     EXPECT_EQ(settledCounts(before), before);
 }
 
-TEST(Verification, AStopRequestedBeforehand) {
+TEST(Verification, EndsOnAStopRequestedBefore) {
     WorkspaceMaker maker;
     addFiles(maker);
     maker.list("score", "missing.wav");
@@ -162,22 +162,22 @@ TEST(Verification, AStopRequestedBeforehand) {
         expectCanceled(maker.snapshot, {workers, {}, source.get_token()});
 }
 
-TEST(Verification, AStopRequestedOnTheWay) {
+TEST(Verification, EndsOnAStopRequestedMeanwhile) {
     WorkspaceMaker maker;
     addFiles(maker);
     for (const unsigned workers : workerCounts) {
         SCOPED_TRACE(workers);
         std::stop_source source;
         const auto stopping = [&](const VerificationProgress& progress) {
-            EXPECT_LT(progress.filesDone, progress.filesTotal) << "the stop came too late to be of use";
+            EXPECT_LT(progress.filesDone, progress.filesTotal) << "the stop came too late";
             source.request_stop();
         };
         expectCanceled(maker.snapshot, {workers, stopping, source.get_token()});
     }
 }
 
-// Were the stop seen only between files, this would read a hole of a tebibyte first.
-TEST(Verification, AStopFromAnotherThreadInTheMiddleOfALargeFile) {
+// A stop that is checked only between files would first read a sparse file of 1 TiB.
+TEST(Verification, EndsOnAStopInTheMiddleOfALargeFile) {
     WorkspaceMaker maker;
     maker.list("final-master", "large.mov").bytes = std::int64_t{1} << 40U;
     std::filesystem::resize_file(maker.directory.write("large.mov", ""), std::uintmax_t{1} << 40U);
@@ -207,9 +207,9 @@ TEST(Verification, AStopFromAnotherThreadInTheMiddleOfALargeFile) {
     EXPECT_EQ(settledCounts(before), before);
 }
 
-// Else the last worker would still read the largest when the others have nothing left. One alone keeps the
+// Otherwise the last worker would still read the largest file when the others are done. One worker keeps the
 // order.
-TEST(Verification, SeveralWorkersBeginWithTheLargestFiles) {
+TEST(Verification, BeginsWithTheLargestFilesWithSeveralWorkers) {
     WorkspaceMaker maker;
     for (std::size_t index = 0; index < 50; ++index)
         maker.add("dialogue", "small/" + std::to_string(index), std::string(1000 + index, 'a'));
@@ -230,12 +230,12 @@ TEST(Verification, SeveralWorkersBeginWithTheLargestFiles) {
         std::vector<std::string> paths;
         const auto note = [&](const VerificationProgress& progress) { paths.push_back(progress.path); };
         VistrelHandoffBuilder::build(maker.snapshot, "/r", "now", {row.workers, note, {}});
-        ASSERT_GE(paths.size(), 2U); // The first only says how much there is to do.
+        ASSERT_GE(paths.size(), 2U); // The first call only reports the totals.
         EXPECT_TRUE(row.first.contains(paths[1])) << paths[1];
     }
 }
 
-TEST(Verification, TenThousandArtifacts) {
+TEST(Verification, KeepsTheOrderOfTenThousandArtifacts) {
     WorkspaceMaker maker;
     for (int index = 0; index < 10000; ++index)
         maker.add("dialogue", "d" + std::to_string(index % 100) + "/" + std::to_string(index),

@@ -33,14 +33,14 @@ class VistrelClientArguments : public testing::Test {
     const VistrelClient client_{programPath("recorder")};
 };
 
-TEST_F(VistrelClientArguments, SixForACheckAndFiveForAnImport) {
+TEST_F(VistrelClientArguments, AreThoseOfTheImporter) {
     EXPECT_THAT(validated("/tmp/h.json"),
                 ElementsAre("production", "import-film", "/tmp/h.json", "--dry-run", "--output", "json"));
     EXPECT_THAT(imported("/tmp/h.json"),
                 ElementsAre("production", "import-film", "/tmp/h.json", "--output", "json"));
 }
 
-TEST_F(VistrelClientArguments, APathIsOneArgumentWhateverItHolds) {
+TEST_F(VistrelClientArguments, KeepAnyPathAsOneArgument) {
     for (const std::string path :
          {"/tmp/my films/a lamp.json", "/tmp/$HOME;`id`\"'*.json", "/tmp/a\nb\t.json",
           "/tmp/Brèmes – 灯.json", "/tmp/ ", "/tmp/%20.json", "/tmp/--output"}) {
@@ -50,7 +50,7 @@ TEST_F(VistrelClientArguments, APathIsOneArgumentWhateverItHolds) {
     }
 }
 
-TEST_F(VistrelClientArguments, ARelativePathBecomesAbsolute) {
+TEST_F(VistrelClientArguments, MakeARelativePathAbsolute) {
     const std::string here = fs::current_path();
     EXPECT_THAT(imported("h.json"),
                 ElementsAre("production", "import-film", here + "/h.json", "--output", "json"));
@@ -58,7 +58,7 @@ TEST_F(VistrelClientArguments, ARelativePathBecomesAbsolute) {
                 ElementsAre("production", "import-film", here + "/--dry-run", "--output", "json"));
 }
 
-TEST_F(VistrelClientArguments, AnEmptyPathNeverReachesTheImporter) {
+TEST_F(VistrelClientArguments, ExcludeAnEmptyPath) {
     const FilmToolError expected(
         FilmToolError::launchFailed{"the location of the handoff manifest is empty"});
     EXPECT_EQ(errorOf(client_.validate("")), expected);
@@ -66,39 +66,37 @@ TEST_F(VistrelClientArguments, AnEmptyPathNeverReachesTheImporter) {
     EXPECT_FALSE(recorder_.ran());
 }
 
-// Another importer of the same name stands in the directory to which the application changes.
-TEST(VistrelClient, ARelativeImporterIsTheOneAtTheTimeOfTheCall) {
-    const TemporaryDirectory place;
+// The other directory has no importer of this name, so a later lookup would fail.
+TEST(VistrelClient, ResolvesARelativeProgramDuringTheCall) {
+    const TemporaryDirectory directory;
     const Variable output("RECORDER_OUTPUT", R"({"ok":true,"project_id":"p"})");
-    fs::create_directories(place / "here/bin");
-    fs::create_directories(place / "there");
-    fs::copy_file(programPath("recorder"), place / "here/bin/vistrel");
+    fs::create_directories(directory / "here/bin");
+    fs::create_directories(directory / "there");
+    fs::copy_file(programPath("recorder"), directory / "here/bin/vistrel");
     const fs::path before = fs::current_path();
     for (int round = 0; round < 20; ++round) {
-        fs::current_path(place / "here");
+        fs::current_path(directory / "here");
         Task<VistrelImportReceipt> task = VistrelClient("bin/vistrel").validate("/h.json");
-        fs::current_path(place / "there");
+        fs::current_path(directory / "there");
         EXPECT_EQ(failureOf(std::move(task)), "");
     }
     fs::current_path(before);
 }
 
-TEST(VistrelClient, HoldsTheNameAsItWasGiven) {
+TEST(VistrelClient, KeepsTheNameAsGiven) {
     EXPECT_EQ(VistrelClient("vistrel").executable(), "vistrel");
     EXPECT_EQ(VistrelClient("a"), VistrelClient("a"));
     EXPECT_NE(VistrelClient("a"), VistrelClient("b"));
 }
 
-TEST(VistrelClient, Answers) {
+TEST(VistrelClient, DecodesReplies) {
     struct Row {
         std::string_view sentence;
         std::string output;
         VistrelImportReceipt expected;
     };
     const std::vector<Row> rows{
-        {"the two keys that must be there",
-         R"({"ok":true,"project_id":"p"})",
-         {true, "p", {}, {}, {}, {}, {}}},
+        {"the two required keys", R"({"ok":true,"project_id":"p"})", {true, "p", {}, {}, {}, {}, {}}},
         {"all keys",
          R"({"ok":true,"project_id":"p","episode_id":"e","imported_scenes":1,"imported_shots":2,"imported_assets":3,)"
          R"("project_url":"u"})",
@@ -107,7 +105,7 @@ TEST(VistrelClient, Answers) {
          R"({"ok":true,"project_id":"p","episode_id":null,"imported_shots":null})",
          {true, "p", {}, {}, {}, {}, {}}},
         {"a refusal", R"({"ok":false,"project_id":""})", {false, "", {}, {}, {}, {}, {}}},
-        {"white space around it",
+        {"white space around the reply",
          " \r\n\t{\"ok\":true,\"project_id\":\"p\"}\n\n",
          {true, "p", {}, {}, {}, {}, {}}},
     };
@@ -119,17 +117,17 @@ TEST(VistrelClient, Answers) {
     }
 }
 
-TEST(VistrelClient, AnswersThatAreNone) {
+TEST(VistrelClient, RefusesInvalidReplies) {
     struct Row {
         std::string_view sentence;
         std::string output;
         std::string expected;
     };
     const std::vector<Row> rows{
-        {"nothing", "", "line 1, column 1: the document ends too early"},
-        {"half an answer", "{\"ok\":true,\n", "line 2, column 1: the document ends too early"},
+        {"an empty reply", "", "line 1, column 1: the document ends too early"},
+        {"half a reply", "{\"ok\":true,\n", "line 2, column 1: the document ends too early"},
         {"a word", "done", "line 1, column 1: this is not valid JSON"},
-        {"a second answer", R"({"ok":true,"project_id":"p"}{})",
+        {"a second reply", R"({"ok":true,"project_id":"p"}{})",
          "line 1, column 29: something follows the end of the document"},
         {"no flag", R"({"project_id":"p"})", "ok is missing"},
         {"no project", R"({"ok":true})", "project_id is missing"},
@@ -148,7 +146,7 @@ TEST(VistrelClient, AnswersThatAreNone) {
     }
 }
 
-TEST(VistrelClient, FailuresToStartComeThroughTheTask) {
+TEST(VistrelClient, ReportsFailuresToStartThroughTheTask) {
     const ProcessCounts before = countProcess();
     Task<VistrelImportReceipt> missing = VistrelClient("no-such-vistrel").validate("/h.json");
     EXPECT_EQ(errorOf(std::move(missing)),
@@ -164,7 +162,7 @@ TEST(VistrelClient, FailuresToStartComeThroughTheTask) {
     EXPECT_EQ(settledCounts(before), before);
 }
 
-TEST(VistrelClient, SeveralAtOnce) {
+TEST(VistrelClient, RunsSeveralImportersAtOnce) {
     const Variable output("RECORDER_OUTPUT", R"({"ok":true,"project_id":"p"})");
     const VistrelClient client(programPath("recorder"));
     const ProcessCounts before = countProcess();

@@ -9,7 +9,7 @@
 namespace kinovane::test {
 namespace {
 
-TEST(VistrelHandoff, WhatIsWrongInsideIsNamedWithItsPlace) {
+TEST(VistrelHandoff, NamesThePositionOfAnError) {
     struct Row {
         std::string_view sentence;
         std::string key;
@@ -40,21 +40,21 @@ TEST(VistrelHandoff, WhatIsWrongInsideIsNamedWithItsPlace) {
     }
 }
 
-TEST(VistrelHandoff, AnyContractVersionIsRead) {
+TEST(VistrelHandoff, ReadsAnyContractVersion) {
     for (const std::string version : {"quexrun/film-vistrel-handoff.v2", "", "something else"}) {
         const std::string document = handoffRow().documentWith("contractVersion", '"' + version + '"');
         EXPECT_EQ(decodeJSON<VistrelHandoff>(document).contractVersion, version);
     }
 }
 
-TEST(VistrelHandoff, TheOrderOfTheAssetsCounts) {
+TEST(VistrelHandoff, DiffersWhenTheAssetsAreReordered) {
     const VistrelHandoff handoff = fullHandoff();
     VistrelHandoff other = handoff;
     std::swap(other.assets[0], other.assets[1]);
     EXPECT_NE(handoff, other);
 }
 
-TEST(VistrelHandoff, PrettyPrintedKeysAreSortedInEveryObject) {
+TEST(VistrelHandoff, SortsTheKeysOfEveryObjectWhenPrettyPrinted) {
     VistrelHandoff handoff = fullHandoff();
     handoff.assets.clear();
     handoff.shots.clear();

@@ -13,10 +13,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The client and Vistrel's stand-in, as they meet in a publish.
-class VistrelClientAtWork : public testing::Test {
+/// The client runs the simulator of Vistrel on a manifest of the sample film.
+class VistrelPublish : public testing::Test {
   protected:
-    VistrelClientAtWork() {
+    VistrelPublish() {
         const FilmWorkspaceSnapshot snapshot = FilmProjectLoader::load(sampleFilm() / "run.json");
         VistrelHandoffBuilder::write(VistrelHandoffBuilder::build(snapshot, sampleFilm()), manifest_);
     }
@@ -27,33 +27,34 @@ class VistrelClientAtWork : public testing::Test {
     const VistrelClient client_{programPath("vistrel")};
 };
 
-TEST_F(VistrelClientAtWork, ChecksThenImports) {
-    const VistrelImportReceipt checked = client_.validate(manifest_).get();
-    EXPECT_TRUE(checked.ok);
-    EXPECT_EQ(checked.importedScenes, 3);
-    EXPECT_EQ(checked.importedShots, 7);
-    EXPECT_EQ(checked.importedAssets, 59);
+TEST_F(VistrelPublish, ValidatesThenImports) {
+    const VistrelImportReceipt validated = client_.validate(manifest_).get();
+    EXPECT_TRUE(validated.ok);
+    EXPECT_EQ(validated.importedScenes, 3);
+    EXPECT_EQ(validated.importedShots, 7);
+    EXPECT_EQ(validated.importedAssets, 59);
     EXPECT_FALSE(fs::exists(directory_ / "library"));
 
-    EXPECT_EQ(client_.import(manifest_).get(), checked);
-    EXPECT_EQ(contentOf(directory_ / "library" / checked.projectId / "manifest.json"), contentOf(manifest_));
+    EXPECT_EQ(client_.import(manifest_).get(), validated);
+    EXPECT_EQ(contentOf(directory_ / "library" / validated.projectId / "manifest.json"),
+              contentOf(manifest_));
 }
 
-TEST_F(VistrelClientAtWork, Misbehaviours) {
+TEST_F(VistrelPublish, ReportsAMisbehavingImporter) {
     const VistrelImportReceipt sample{
         true, "vistrel_sample", "vistrel_sample_episode_1", 2, 3, 5, "vistrel://projects/vistrel_sample"};
     VistrelImportReceipt refusal = sample;
     refusal.ok = false;
     {
-        const Variable how("VISTREL_MISBEHAVE", "not-ok");
+        const Variable misbehaviour("VISTREL_MISBEHAVE", "not-ok");
         EXPECT_EQ(client_.validate(manifest_).get(), refusal);
     }
     {
-        const Variable how("VISTREL_MISBEHAVE", "flood");
+        const Variable misbehaviour("VISTREL_MISBEHAVE", "flood");
         EXPECT_EQ(client_.import(manifest_).get(), sample);
     }
     struct Row {
-        std::string how;
+        std::string misbehaviour;
         std::string expected;
     };
     const std::vector<Row> rows{
@@ -64,15 +65,15 @@ TEST_F(VistrelClientAtWork, Misbehaviours) {
         {"killed", "Film command exited 9."},
     };
     for (const Row& row : rows) {
-        SCOPED_TRACE(row.how);
-        const Variable how("VISTREL_MISBEHAVE", row.how);
+        SCOPED_TRACE(row.misbehaviour);
+        const Variable misbehaviour("VISTREL_MISBEHAVE", row.misbehaviour);
         EXPECT_EQ(errorOf(client_.validate(manifest_)).errorDescription(), row.expected);
         EXPECT_EQ(errorOf(client_.import(manifest_)).errorDescription(), row.expected);
     }
 }
 
-TEST_F(VistrelClientAtWork, AFailedCommandIsGivenWhole) {
-    const Variable how("VISTREL_MISBEHAVE", "exit-3");
+TEST_F(VistrelPublish, ReportsTheWholeFailedCommand) {
+    const Variable misbehaviour("VISTREL_MISBEHAVE", "exit-3");
     const FilmToolError error = errorOf(client_.import(manifest_));
     EXPECT_EQ(error, FilmToolError(FilmToolError::commandFailed{
                          {programPath("vistrel"),
@@ -82,7 +83,7 @@ TEST_F(VistrelClientAtWork, AFailedCommandIsGivenWhole) {
                           ""}}));
 }
 
-TEST_F(VistrelClientAtWork, TheImportersReasonIsTheErrorsText) {
+TEST_F(VistrelPublish, ReportsTheErrorTextOfTheImporter) {
     EXPECT_EQ(errorOf(client_.validate("/nowhere/h.json")).errorDescription(),
               "cannot open \"/nowhere/h.json\": No such file or directory\n");
 }

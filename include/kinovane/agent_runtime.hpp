@@ -12,7 +12,7 @@
 #include <kinovane/process.hpp>
 #include <kinovane/task.hpp>
 
-/// The local agent runtime (the command-line program quexrun): which models it knows, and which to offer.
+/// The status of the local agent runtime (the command-line program quexrun), and the choice of a model.
 namespace kinovane {
 
 /// A model that the runtime knows.
@@ -20,7 +20,7 @@ struct KINOVANE_EXPORT QuexRunAgentModel {
     std::string id;
     std::string displayName;
     bool installed = false;
-    std::int64_t recommendedUnifiedMemoryGB = 0;
+    std::int64_t recommendedUnifiedMemoryGB = 0; ///< In gigabytes.
     std::string servingEngine;
     bool startableByQuexRun = false; ///< Whether the runtime can start this model itself.
 
@@ -36,28 +36,30 @@ struct KINOVANE_EXPORT QuexRunAgentPi {
     bool operator==(const QuexRunAgentPi&) const = default;
 };
 
-/// The runtime's answer to `agent status --json`.
+/// The runtime's reply to `agent status --json`.
 struct KINOVANE_EXPORT QuexRunAgentStatus {
     std::vector<QuexRunAgentModel> models; ///< In the runtime's order.
     QuexRunAgentPi pi;
 
-    /// Of the models that are installed and that the runtime can start, the one with the largest recommended
-    /// memory; the earliest of several such. The machine's own memory does not matter.
+    /// Among the models that are installed and that the runtime can start, returns the one with the largest
+    /// recommended memory, and the first of several with the same. Absent if there is none. The memory of
+    /// this machine is not considered.
     std::optional<QuexRunAgentModel> bestInstalledModel() const;
 
     bool operator==(const QuexRunAgentStatus&) const = default;
 };
 
-/// Asks the agent runtime. Holds nothing but the name of the program; may be copied and used from several
-/// threads at once.
+/// Runs the agent runtime's command-line program. Holds only the name of the program; may be copied, and used
+/// on several threads at the same time.
 class KINOVANE_EXPORT QuexRunAgentClient {
   public:
-    /// `executable` is a name or a path, looked up at each call as by FilmToolClient::resolveExecutable.
+    /// `executable` is a name or a path. Every call looks it up as FilmToolClient::resolveExecutable does.
     explicit QuexRunAgentClient(std::string executable);
 
     const std::string& executable() const noexcept;
 
-    /// The task fails with FilmToolError (see tooling.hpp).
+    /// Runs `agent status --json`. The task fails with FilmToolError, as those of FilmToolClient
+    /// (tooling.hpp) do.
     Task<QuexRunAgentStatus> status() const;
 
     bool operator==(const QuexRunAgentClient&) const = default;

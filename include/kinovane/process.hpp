@@ -2,9 +2,9 @@
 
 #pragma once
 
-// <cstdio> comes first on purpose: `stdout` and `stderr` are macros there, and ProcessResult has members of
-// these names. Every user of this header thus sees one and the same expansion of them.
 #include <cstdint>
+// <cstdio> defines `stdout` and `stderr` as macros, and ProcessResult has members of these names. It is
+// included here so that the macros have the same expansion in every source file that uses the members.
 #include <cstdio>
 #include <string>
 #include <variant>
@@ -13,16 +13,16 @@
 #include <kinovane/error.hpp>
 #include <kinovane/export.hpp>
 
-/// The result of a run of an external program, and the error of every operation that runs one.
+/// The result of an external program, and the error of every operation that runs one.
 namespace kinovane {
 
-/// One finished child process.
+/// The result of a child process that has ended.
 struct KINOVANE_EXPORT ProcessResult {
-    std::string executable;             ///< Path of the program that ran.
+    std::string executable;             ///< Absolute path of the program.
     std::vector<std::string> arguments; ///< Without the program itself.
     std::int32_t exitCode = 0;          ///< Exit status, or the number of the signal that ended the program.
-    std::string stdout; ///< All of standard output; bytes that are not UTF-8 are replaced by U+FFFD.
-    std::string stderr; ///< All of standard error, likewise.
+    std::string stdout; ///< All of standard output. Bytes that are not UTF-8 are replaced by U+FFFD.
+    std::string stderr; ///< All of standard error, with the same replacement.
 
     /// Whether `exitCode` is 0.
     bool succeeded() const noexcept;
@@ -32,33 +32,33 @@ struct KINOVANE_EXPORT ProcessResult {
 
 /// The cases of FilmToolError.
 struct KINOVANE_EXPORT FilmToolErrorCases {
-    /// No executable file of this name was found. Nothing was started.
+    /// No executable file was found. Nothing was started.
     struct executableNotFound {
-        std::string name; ///< As the caller gave it.
+        std::string name; ///< The name or path as the caller passed it.
         bool operator==(const executableNotFound&) const = default;
     };
-    /// The program could not be started, and nothing is left of the attempt; or it ran, and its output or
-    /// exit status was lost. In the second case the message says that the program was started: before a
-    /// command such as `approve` is repeated, its effect has to be looked at.
+    /// The program could not be started; or it was started, and its output or exit status could not be read.
+    /// In the second case the message says that the program was started. The caller should then check the
+    /// effect of a command such as `approve` before repeating it.
     struct launchFailed {
-        std::string message; ///< Which program, and the call that failed with its reason.
+        std::string message; ///< The program, the call that failed and the reason.
         bool operator==(const launchFailed&) const = default;
     };
-    /// The program ended with a status other than 0.
+    /// The exit status is not 0.
     struct commandFailed {
         ProcessResult result;
         bool operator==(const commandFailed&) const = default;
     };
-    /// The program's answer could not be read.
+    /// The program's reply is not the expected JSON document.
     struct invalidJSON {
-        std::string message;
+        std::string message; ///< What is wrong in the reply, and where.
         bool operator==(const invalidJSON&) const = default;
     };
     using Case = std::variant<executableNotFound, launchFailed, commandFailed, invalidJSON>;
     static std::string describe(const Case& value);
 };
 
-/// Why an outside program did not give its answer.
+/// Why an external program gave no result.
 class KINOVANE_EXPORT FilmToolError final : public CaseError<FilmToolErrorCases> {
   public:
     using CaseError::CaseError;

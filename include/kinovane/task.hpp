@@ -14,25 +14,27 @@
 
 #include <kinovane/export.hpp>
 
-/// Operations that are already running, and how their results come back.
+/// Asynchronous operations and their results.
 namespace kinovane {
 
-/// How an application posts work to its own main loop: called with a job, it arranges that the loop runs the
-/// job once, soon. It is called once for each operation, from any thread, and must not throw: an exception
-/// out of it ends the process (std::terminate).
+/// A function of the application that posts a job to its main loop. The loop then runs the job once.
 ///
-/// It may move, copy and keep the job. The first call of any copy runs the handler and destroys it there;
-/// later calls do nothing. A job that is never run is dropped: its handler is destroyed with the last copy
-/// that the executor kept, on the thread that destroys that copy. If the executor keeps no copy, that is the
-/// thread that calls the executor.
+/// The library calls the executor once for each operation, on any thread. The executor must not throw: an
+/// exception ends the process (std::terminate).
 ///
-/// It has to be callable until the operation is done, also when the main loop has ended. It may then keep the
-/// job or drop it. The library destroys its copy of the executor on the thread that finished the operation.
+/// The executor may move, copy and store the job. The first call of any copy of the job runs the handler and
+/// destroys it on that thread; later calls do nothing. If no copy is ever called, the handler is destroyed
+/// with the last copy that the executor stored, on the thread that destroys that copy. If the executor stores
+/// no copy, the thread that calls the executor destroys the handler.
+///
+/// The executor must stay callable until the operation is done, even after the main loop has ended. It may
+/// then store or drop the job. The library destroys its copy of the executor on the thread that finished the
+/// operation.
 using Executor = std::function<void(std::function<void()>)>;
 
 namespace detail {
 
-/// Something that is run at most once, and destroyed by the thread that ran it.
+/// A function object that is called at most once and destroyed by the thread that called it.
 class KINOVANE_EXPORT TaskAction {
   public:
     TaskAction();
@@ -42,7 +44,7 @@ class KINOVANE_EXPORT TaskAction {
     virtual void run() = 0;
 };
 
-/// An action on its way to the thread that runs it.
+/// Passes an action to the thread that runs it.
 class TaskDelivery;
 
 /// The part of an operation's state that does not depend on the type of its result.
@@ -58,27 +60,27 @@ class KINOVANE_EXPORT TaskCore {
     /// Blocks until done, and until the operation's thread has ended.
     void wait();
 
-    /// Detaches the operation's thread. Called by the owner that gives up waiting for it.
+    /// Detaches the operation's thread. Called when the owner will not wait for it.
     void detach() noexcept;
 
     /// Runs `action` through `executor` once the operation is done.
     void deliver(Executor executor, std::unique_ptr<TaskAction> action);
 
-    /// The same for a delivery that may be withdrawn. Without an executor the thread that finishes the
-    /// operation runs it; if the operation is already done, it is not run and false is returned.
+    /// Does the same for a delivery that may be withdrawn. If `executor` is empty, the thread that finishes
+    /// the operation runs it; if the operation is then already done, it is not run and the result is false.
     bool deliver(Executor executor, std::shared_ptr<TaskDelivery> delivery);
 
     /// Runs `operation`, and then `finish`, on a thread of its own. Returns the reason if no thread can be
     /// started.
     static std::error_code start(std::shared_ptr<TaskCore> core, std::unique_ptr<TaskAction> operation);
 
-    /// Marks the operation as done, wakes waiting threads, releases `core`, and delivers what was to follow.
+    /// Marks the operation as done, wakes waiting threads, releases `core`, and runs the delivery, if any.
     static void finish(std::shared_ptr<TaskCore> core) noexcept;
 
     void fail(std::exception_ptr error) noexcept;
 
   protected:
-    /// Called before the result is taken. Throws the operation's error, if there is one; the second time,
+    /// Called before the result is taken. Throws the operation's error, if there is one. A second call throws
     /// std::logic_error.
     void claimResult();
 
@@ -97,7 +99,7 @@ class TaskState final : public TaskCore {
     T take() {
         claimResult();
         if constexpr (!std::is_void_v<T>) {
-            // The value leaves the state, which the operation's thread may be the last to destroy.
+            // Moved out, because the operation's thread may be the last to release this state.
             T value = std::move(*value_); // NOLINT(*-unchecked-optional-access): else there is an error
             value_.reset();
             return value;
@@ -108,8 +110,8 @@ class TaskState final : public TaskCore {
     std::optional<Value> value_;
 };
 
-/// A coroutine that waits for an operation. This object lies in the coroutine's frame; once it is destroyed,
-/// the coroutine is not resumed any more.
+/// A coroutine that is suspended until an operation is done. This object is part of the coroutine's frame.
+/// Its destructor makes sure that the coroutine is not resumed any more.
 class KINOVANE_EXPORT TaskSuspension {
   public:
     TaskSuspension(std::shared_ptr<TaskCore> core, Executor executor) noexcept;
@@ -119,8 +121,8 @@ class KINOVANE_EXPORT TaskSuspension {
     TaskSuspension& operator=(const TaskSuspension&) = delete;
     ~TaskSuspension();
 
-    /// Whether the coroutine continues without being suspended. Throws std::logic_error if a coroutine
-    /// already waits or waited here.
+    /// Whether the coroutine continues without being suspended. Throws std::logic_error if a coroutine is or
+    /// was suspended here.
     bool ready() const;
 
     /// Resumes `coroutine` once the operation is done. Returns false if it continues at once. The coroutine
@@ -143,14 +145,16 @@ KINOVANE_EXPORT void requireExecutor(const Executor& executor);
 template <class T>
 class TaskAwaiter;
 
-/// An operation that is already running on a thread of its own. Its result, or its error, is taken once: with
-/// `get`, `co_await`, `on` or `then`; a second attempt throws std::logic_error.
+/// An operation that is already running on a thread of its own, like a std::future that can also be awaited.
 ///
-/// A task may be moved, and handed from thread to thread, but not used by two threads at once. It may be
-/// dropped: the operation then finishes unobserved. Nothing of it remains once it is done.
+/// The result, or the operation's error, can be taken once: with `get`, `co_await`, `on` or `then`. A second
+/// attempt throws std::logic_error.
 ///
-/// With g++ 12, a co_await expression must contain neither a braced list, which does not compile, nor a
-/// closure with captures, which is destroyed twice. They are made in a statement before it:
+/// A task may be moved, also to another thread, but two threads must not use it at the same time. Destroying
+/// it detaches the operation, which then runs to its end. Nothing of the operation remains after that.
+///
+/// With g++ 12, a co_await expression must not contain a braced list, which does not compile, or a lambda
+/// with captures, which is destroyed twice. Use them in a statement before it:
 ///
 ///     auto task = film.run({"status", run});
 ///     const ProcessResult result = co_await task.on(executor);
@@ -160,7 +164,7 @@ class [[nodiscard]] Task {
     explicit Task(std::shared_ptr<detail::TaskState<T>> state) noexcept : state_(std::move(state)) {}
     Task(Task&& other) noexcept = default;
     Task& operator=(Task&& other) noexcept {
-        Task dropped(std::move(*this));
+        const Task replaced(std::move(*this)); // Detaches the operation that this task had.
         state_ = std::move(other.state_);
         return *this;
     }
@@ -171,29 +175,29 @@ class [[nodiscard]] Task {
             state_->detach();
     }
 
-    /// Blocks until the operation is done; gives its result or throws its error.
+    /// Blocks until the operation is done. Returns its result or throws its error.
     T get() {
         auto state = release();
         state->wait();
         return state->take();
     }
 
-    /// Whether the operation is done (or the result already taken), without blocking.
+    /// Whether the operation is done or its result was taken. Does not block.
     bool done() const noexcept { return !state_ || state_->done(); }
 
-    /// Suspends the coroutine until the operation is done. It resumes on the thread that finished the
-    /// operation, or continues at once if the operation is already done. Gives the result or throws the
-    /// operation's error.
+    /// Suspends the coroutine until the operation is done, then returns its result or throws its error. The
+    /// coroutine resumes on the thread that finished the operation; if the operation is already done, it
+    /// continues at once.
     ///
-    /// A coroutine that is suspended here must not be destroyed: the operation's thread may be resuming it at
-    /// that moment. A coroutine that may have to be destroyed while it waits uses `on`.
+    /// A coroutine that is suspended here must not be destroyed, because the operation's thread may be
+    /// resuming it. Use `on` for a coroutine that may be destroyed while it is suspended.
     auto operator co_await() && { return TaskAwaiter<T>(release(), nullptr); }
 
-    /// An awaitable as above whose coroutine always resumes through `executor`.
+    /// Returns an awaitable that does the same, but whose coroutine always resumes through `executor`.
     ///
-    /// The thread that runs the executor's jobs may destroy the suspended coroutine at any time; it is then
-    /// not resumed. No other thread may. If the executor drops the job, the coroutine stays suspended, and
-    /// its owner has to destroy it.
+    /// The thread that runs the executor's jobs may destroy the suspended coroutine at any time; the
+    /// coroutine is then not resumed. No other thread may destroy it. If the executor drops the job, the
+    /// coroutine stays suspended until its owner destroys it.
     ///
     /// Throws std::invalid_argument if `executor` is empty; the task is then unchanged.
     auto on(Executor executor) {
@@ -201,14 +205,17 @@ class [[nodiscard]] Task {
         return TaskAwaiter<T>(release(), std::move(executor));
     }
 
-    /// Calls `handler(Task<T>)` through `executor` once the operation is done; `get` of that task does not
-    /// block. The handler runs, and is destroyed, where the executor runs its job. It may be a type that can
-    /// only be moved. An exception out of it leaves the job.
+    /// Calls `handler(Task<T>)` through `executor` once the operation is done. `get` of that task does not
+    /// block.
+    ///
+    /// The handler is called and destroyed on the thread that runs the executor's job. It need not be
+    /// copyable. An exception that it throws leaves the job.
+    ///
     /// Throws std::invalid_argument if `executor` is empty; the task is then unchanged.
     template <class Handler>
     void then(Executor executor, Handler handler) {
-        struct Handling final : detail::TaskAction {
-            Handling(Handler&& installed, Task&& finished)
+        struct HandlerAction final : detail::TaskAction {
+            HandlerAction(Handler&& installed, Task&& finished)
                 : handler(std::move(installed)), task(std::move(finished)) {}
             void run() override { handler(std::move(task)); }
             Handler handler;
@@ -217,8 +224,8 @@ class [[nodiscard]] Task {
         detail::requireExecutor(executor);
         auto state = release();
         state->detach();
-        auto handling = std::make_unique<Handling>(std::move(handler), Task(state));
-        state->deliver(std::move(executor), std::move(handling));
+        auto action = std::make_unique<HandlerAction>(std::move(handler), Task(state));
+        state->deliver(std::move(executor), std::move(action));
     }
 
   private:
@@ -231,7 +238,8 @@ class [[nodiscard]] Task {
     std::shared_ptr<detail::TaskState<T>> state_;
 };
 
-/// What `co_await` uses; made by Task only. It can be awaited once; a second attempt throws std::logic_error.
+/// The awaitable that `co_await` and `on` make. It can be awaited once; a second attempt throws
+/// std::logic_error.
 template <class T>
 class [[nodiscard]] TaskAwaiter {
   public:

@@ -15,11 +15,11 @@
 #include <kinovane/task.hpp>
 #include <kinovane/workspace.hpp>
 
-/// Running the outside programs that do the work.
+/// The film tool and the coding agent pi.
 namespace kinovane {
 
-/// The film tool's answer to `status`: the board of a run. Unlike the project document it gives shots, jobs
-/// and artifacts as counts.
+/// The film tool's reply to `status`. Unlike the project document, it holds shots, jobs and artifacts as
+/// counts.
 struct KINOVANE_EXPORT FilmStatusResponse {
     std::string contractVersion; ///< Kept as read; no value is required.
     std::string runId;
@@ -30,38 +30,38 @@ struct KINOVANE_EXPORT FilmStatusResponse {
     std::optional<std::string> nextGate; ///< The approval gate that the run waits for, if any.
     std::vector<std::string> openQuestions;
     std::map<std::string, FilmApproval> approvals;  ///< By gate name.
-    std::map<std::string, std::int64_t> taskCounts; ///< By name of a task's state.
-    std::int64_t shots = 0;                         ///< How many.
+    std::map<std::string, std::int64_t> taskCounts; ///< Number of tasks by state.
+    std::int64_t shots = 0;                         ///< Count.
     std::vector<FilmReviewRequest> reviewRequests;
-    std::int64_t jobs = 0;      ///< How many.
-    std::int64_t artifacts = 0; ///< How many.
+    std::int64_t jobs = 0;      ///< Count.
+    std::int64_t artifacts = 0; ///< Count.
     std::vector<FilmIssue> issues;
     FilmProof proof;
     std::string productionMode;
     std::int64_t takesPerShot = 0;
     std::string projectDirectory;             ///< A path.
     std::string runManifest;                  ///< A path.
-    std::optional<std::string> reviewPackage; ///< A path, once there is one.
+    std::optional<std::string> reviewPackage; ///< A path; absent until the review package exists.
 
     bool operator==(const FilmStatusResponse&) const = default;
 };
 
-/// The film tool's answer to `export-vistrel`.
+/// The film tool's reply to `export-vistrel`.
 struct KINOVANE_EXPORT FilmVistrelExportReceipt {
-    bool ok = false; ///< False is the tool's refusal; the client hands it on like any other answer.
+    bool ok = false;             ///< False if the tool refused. The client does not treat this as an error.
     std::string contractVersion; ///< Of the written handoff.
     std::string manifest;        ///< Path of the written handoff.
     std::string manifestSha256;
     std::string projectId;
-    std::int64_t shots = 0;  ///< How many.
-    std::int64_t assets = 0; ///< How many.
-    std::int64_t bytes = 0;  ///< Size of all exported files together.
+    std::int64_t shots = 0;  ///< Count.
+    std::int64_t assets = 0; ///< Count.
+    std::int64_t bytes = 0;  ///< Total size of the exported files.
     std::optional<std::string> runId;
 
     bool operator==(const FilmVistrelExportReceipt&) const = default;
 };
 
-/// How to start the coding agent pi on a run, as the film tool tells it.
+/// The film tool's reply to `agent --print-command`: how to start the coding agent pi on a run.
 struct KINOVANE_EXPORT PiAgentLaunchSpec {
     std::vector<std::string> command; ///< The program and its arguments.
     std::string cwd;                  ///< The agent's working directory.
@@ -70,91 +70,97 @@ struct KINOVANE_EXPORT PiAgentLaunchSpec {
     bool operator==(const PiAgentLaunchSpec&) const = default;
 };
 
-/// The film tool. Holds nothing but the name of the program; may be copied and used from several threads at
-/// once.
+/// Runs the film tool. Holds only the name of the program; may be copied, and used on several threads at the
+/// same time.
 ///
-/// Every operation is one child process with a fixed argument vector, never a shell. It starts at once and
-/// runs without a time limit; every failure, a missing program included, arrives through the task as a
-/// FilmToolError, or as std::bad_alloc when there is not enough memory, and as nothing else. The child
-/// inherits the environment, the working directory and standard input, and no other open file. When
-/// descriptor 0 is closed or close-on-exec, its standard input is /dev/null. These are inherited when the
-/// child starts, on a worker thread and so perhaps shortly after the call.
+/// Every operation starts one child process with a list of arguments, never through a shell, and has no time
+/// limit. Every failure, also that of a missing program, arrives through the task: as FilmToolError, or as
+/// std::bad_alloc if memory runs out.
+///
+/// The child inherits the environment, the working directory and standard input, and no other descriptor. If
+/// descriptor 0 is closed or close-on-exec, its standard input is /dev/null. All these are read on the
+/// operation's thread when the child is started, which may be shortly after the call returns.
 class KINOVANE_EXPORT FilmToolClient {
   public:
-    /// `executable` is a name or a path, looked up anew at each call, with PATH and the working directory of
-    /// the moment at which the call is made.
+    /// `executable` is a name or a path. Every call looks it up with PATH and the working directory at the
+    /// time of the call.
     explicit FilmToolClient(std::string executable);
 
     const std::string& executable() const noexcept;
 
-    /// Finds a program. A leading "~" stands for a home directory, which is the user database's and not the
-    /// environment's; it is left as it is for a user without one. A text with "/" in it is then a path; any
-    /// other name is searched in the directories of PATH and then in /opt/homebrew/bin, /usr/local/bin,
-    /// /usr/bin and /bin. Only regular files that the user may execute count.
+    /// Returns the absolute path of a program.
     ///
-    /// Throws FilmToolError: executableNotFound, or launchFailed when the user database or the working
+    /// "~" at the beginning of `name` is replaced by the home directory of the current user, and "~user" by
+    /// that of the user, as the user database has them; the environment's HOME is ignored. If there is no
+    /// such directory, the text is left as it is. A text that then holds "/" is a path. Any other is searched
+    /// in the directories of PATH, and then in /opt/homebrew/bin, /usr/local/bin, /usr/bin and /bin. Only
+    /// regular files that the current user may execute are found.
+    ///
+    /// Throws FilmToolError: executableNotFound, or launchFailed if the user database or the working
     /// directory is needed and cannot be read. Blocks on the file system and the user database.
     static std::filesystem::path resolveExecutable(const std::string& name);
 
-    /// Runs the program with these arguments. `environment` is added to the inherited environment and wins
-    /// over it.
+    /// Runs the program with these arguments. `environment` is added to the inherited environment and
+    /// replaces variables of the same names.
     Task<ProcessResult> run(std::vector<std::string> arguments,
                             std::map<std::string, std::string> environment = {}) const;
 
-    // The commands of the film tool. Locations are passed on as absolute paths, texts as they stand; an
-    // absent optional adds nothing to the command line. An empty location, and one that cannot be made
-    // absolute because the working directory cannot be read, is refused with launchFailed, and nothing is
-    // started.
+    // The commands of the film tool. Locations are passed as absolute paths and texts unchanged; an absent
+    // optional adds nothing to the arguments. If a location is empty, or is relative and the working
+    // directory cannot be read, the task fails with launchFailed and nothing is started.
 
-    /// Plans a new film below `outputDirectory`, which makes its workspace. Gives the location of the run
-    /// manifest; a relative one is below the working directory of the moment at which the call is made.
+    /// Plans a new film. The tool creates the workspace below `outputDirectory`. The task returns the
+    /// location of the run manifest; a relative path in the reply is relative to the working directory at the
+    /// time of the call.
     Task<std::filesystem::path> plan(const std::string& idea, const std::string& title,
                                      std::int64_t durationSeconds,
                                      const std::filesystem::path& outputDirectory,
                                      const std::optional<std::string>& piCommand = std::nullopt) const;
 
+    /// Reads the status of a run.
     Task<FilmStatusResponse> status(const std::filesystem::path& runManifest) const;
 
-    /// Records a human approval of a gate.
+    /// Records the approval of a gate. The tool's output is ignored.
     Task<void> approve(const std::filesystem::path& runManifest, const std::string& gate,
                        const std::string& note, const std::string& approvedBy) const;
 
-    /// Goes on with the production ("run") until a gate stops it. Provider and model reach the tool as the
-    /// environment variables QUEX_FILM_TOOLS_PI_PROVIDER and QUEX_FILM_TOOLS_PI_MODEL.
+    /// Continues the production until the next gate; the tool's command is `run`. Provider and model are
+    /// passed in the environment variables QUEX_FILM_TOOLS_PI_PROVIDER and QUEX_FILM_TOOLS_PI_MODEL.
     Task<ProcessResult> advance(const std::filesystem::path& runManifest,
                                 const std::optional<std::string>& piCommand = std::nullopt,
                                 const std::optional<std::string>& piProvider = std::nullopt,
                                 const std::optional<std::string>& piModel = std::nullopt) const;
 
-    /// Repairs a workspace whose last step was cut off.
+    /// Recovers a workspace whose last step was interrupted.
     Task<ProcessResult> recover(const std::filesystem::path& runManifest) const;
 
-    /// Archives a shot's take and asks for another one.
+    /// Requests another take of a shot. The tool archives the present one.
     Task<ProcessResult> reroll(const std::filesystem::path& runManifest, const std::string& shotID,
                                const std::string& note) const;
 
-    /// Has the film reviewed. Provider and model as for `advance`.
+    /// Runs a review of the film. Provider and model are passed as for `advance`.
     Task<ProcessResult> review(const std::filesystem::path& runManifest,
                                const std::optional<std::string>& piCommand = std::nullopt,
                                const std::optional<std::string>& piProvider = std::nullopt,
                                const std::optional<std::string>& piModel = std::nullopt) const;
 
-    /// Has the film tool itself write a handoff for Vistrel, at `output` or where it chooses.
+    /// Runs the tool's own export for Vistrel. Without `output` the tool chooses where to write the handoff.
     Task<FilmVistrelExportReceipt>
     exportVistrel(const std::filesystem::path& runManifest,
                   const std::optional<std::filesystem::path>& output = std::nullopt) const;
 
-    /// Asks how to start the coding agent on a run. The tool is told its own absolute path as the plugin
+    /// Reads how to start the coding agent on a run. The tool's own absolute path is passed as the plugin
     /// command.
     Task<PiAgentLaunchSpec> agentLaunchSpec(const std::filesystem::path& runManifest,
                                             const std::string& piCommand) const;
 
-    /// The arguments with which the film tool starts its agent, to be shown or launched by the application.
-    /// Never fails: an empty location stays empty here and below.
+    /// Returns the arguments with which the film tool starts its agent, for the application to show or run.
+    /// Never fails: an empty location is passed as an empty argument, and a relative one unchanged if the
+    /// working directory cannot be read.
     std::vector<std::string> agentArguments(const std::filesystem::path& runManifest,
                                             const std::optional<std::string>& piCommand = std::nullopt) const;
 
-    /// The arguments with which the film tool prints how to start the agent.
+    /// Returns the arguments with which the film tool prints how to start the agent. Never fails, as above.
     static std::vector<std::string> agentLaunchArguments(const std::filesystem::path& runManifest,
                                                          const std::string& piCommand,
                                                          const std::string& pluginCommand);
@@ -165,27 +171,29 @@ class KINOVANE_EXPORT FilmToolClient {
     std::string executable_;
 };
 
-/// Finding the coding agent pi, which may be on the search path or among the copies that the local agent
-/// runtime installed, one directory for each version. Keeps nothing; may be used from several threads at
-/// once.
+/// Finds the coding agent pi, either on the search path or among the copies that the local agent runtime
+/// installed, which have one directory for each version. Has no state; may be used on several threads at the
+/// same time.
 namespace PiExecutableResolver {
 
-/// Where the agent runtime installs its copies: "Library/Application Support/QuexRun/agents/pi" in the
-/// current user's home directory, which is the user database's and never the environment's. Empty for a user
-/// to whom the database gives no home directory. Throws std::system_error when the database cannot be asked,
-/// for instance because no descriptor is left.
+/// Returns the directory in which the agent runtime installs its copies: "Library/Application
+/// Support/QuexRun/agents/pi" below the current user's home directory in the user database; the environment's
+/// HOME is ignored. Empty if the database holds no home directory for the user. Throws std::system_error if
+/// the database cannot be read, for instance because no descriptor is left.
 KINOVANE_EXPORT std::filesystem::path defaultRoot();
 
-/// Finds a command as FilmToolClient::resolveExecutable does; only the name "pi" is then also looked for
-/// among the installed copies. Throws FilmToolError (executableNotFound) and no other: an installed copy that
-/// cannot be looked for, because the default root cannot be learned or listed, counts as absent, and
-/// `defaultRoot` gives the reason. Blocks on the file system and the user database.
+/// Returns the path of `command`, found as by FilmToolClient::resolveExecutable. If `command` is "pi" and is
+/// not found, returns the first of `bundledCandidates()`.
+///
+/// Throws FilmToolError, always with the case executableNotFound. If the default root cannot be determined or
+/// listed, there are no installed copies; `defaultRoot` throws the reason. Blocks on the file system and the
+/// user database.
 KINOVANE_EXPORT std::filesystem::path resolve(const std::string& command);
 
-/// The absolute locations of the installed copies' executables, newest version first. Versions are compared
-/// number by number, so 1.10.0 is newer than 1.9.3; copies of one version keep the order in which the
-/// directory lists them. Empty when there are none, when the root cannot be listed, and when it is empty.
-/// Never fails; only the default value of `root` may, as `defaultRoot`.
+/// Returns the absolute paths of the installed copies' executables, newest version first. Versions are
+/// compared number by number, so that 1.10.0 is newer than 1.9.3. Copies of the same version keep the order
+/// in which the directory lists them. Empty if there are none, and if the root is empty or cannot be listed.
+/// Never fails, except that the default argument may throw as `defaultRoot` does.
 KINOVANE_EXPORT std::vector<std::filesystem::path>
 bundledCandidates(const std::filesystem::path& root = defaultRoot());
 

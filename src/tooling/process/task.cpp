@@ -16,8 +16,9 @@ namespace kinovane::detail {
 
 namespace {
 
-/// What follows an operation. Without an executor the thread that finishes the operation runs it.
-struct Following {
+/// What runs when an operation is done: through the executor, or without one on the thread that finishes the
+/// operation.
+struct Continuation {
     std::shared_ptr<TaskDelivery> delivery;
     Executor executor;
     std::function<void()> job;
@@ -30,6 +31,7 @@ struct Following {
     }
 };
 
+/// Resumes a coroutine.
 class Resumption final : public TaskAction {
   public:
     explicit Resumption(std::coroutine_handle<> coroutine) : coroutine_(coroutine) {}
@@ -49,12 +51,12 @@ struct TaskCore::Sync {
     std::mutex mutex;
     std::condition_variable finished;
     bool done = false;
-    Following following;
+    Continuation continuation;
 
     // Written before `done` is set and read after it was seen, so the mutex orders the accesses.
     std::exception_ptr error;
 
-    // Accessed only by the owner of the task.
+    // Used only by the owner of the task.
     std::thread worker;
     bool taken = false;
 };
@@ -69,8 +71,8 @@ bool TaskCore::done() const noexcept {
 }
 
 void TaskCore::wait() {
-    // The thread's end is all there is to wait for, where it is still this task's: being woken twice takes
-    // longer than either.
+    // While the thread belongs to this task, joining it is enough. Waiting for the condition variable as well
+    // would wake this thread twice.
     if (sync_->worker.joinable()) {
         sync_->worker.join();
         return;
@@ -89,19 +91,19 @@ void TaskCore::deliver(Executor executor, std::unique_ptr<TaskAction> action) {
 }
 
 bool TaskCore::deliver(Executor executor, std::shared_ptr<TaskDelivery> delivery) {
-    Following following{std::move(delivery), std::move(executor), nullptr};
-    const bool throughExecutor = static_cast<bool>(following.executor);
+    Continuation continuation{std::move(delivery), std::move(executor), nullptr};
+    const bool throughExecutor = static_cast<bool>(continuation.executor);
     if (throughExecutor)
-        following.job = TaskDelivery::makeJob(following.delivery);
+        continuation.job = TaskDelivery::makeJob(continuation.delivery);
     {
         const std::lock_guard lock(sync_->mutex);
         if (!sync_->done) {
-            sync_->following = std::move(following);
+            sync_->continuation = std::move(continuation);
             return true;
         }
     }
     if (throughExecutor)
-        following.start();
+        continuation.start();
     return throughExecutor;
 }
 
@@ -110,7 +112,7 @@ std::error_code TaskCore::start(std::shared_ptr<TaskCore> core, std::unique_ptr<
     try {
         worker = std::thread([core = std::move(core), operation = std::move(operation)]() mutable noexcept {
             operation->run();
-            operation.reset(); // What the operation held is destroyed before anybody hears that it is done.
+            operation.reset(); // Destroyed before the operation counts as done.
             finish(std::move(core));
         });
         return {};
@@ -121,23 +123,23 @@ std::error_code TaskCore::start(std::shared_ptr<TaskCore> core, std::unique_ptr<
     }
 }
 
-// The result belongs to those who follow: this thread gives up its share before they start, so that it never
-// is the last to destroy a result that they left untouched.
+// The result belongs to the continuation. This thread releases its reference before it starts the
+// continuation, so that it is never this thread that destroys a result which the continuation did not take.
 void TaskCore::finish(std::shared_ptr<TaskCore> core) noexcept {
-    Following following;
+    Continuation continuation;
     {
         const std::lock_guard lock(core->sync_->mutex);
         core->sync_->done = true;
-        following = std::exchange(core->sync_->following, {});
+        continuation = std::exchange(core->sync_->continuation, {});
         core->sync_->finished.notify_all();
     }
     core.reset();
-    following.start();
+    continuation.start();
 }
 
 void TaskCore::fail(std::exception_ptr error) noexcept { sync_->error = std::move(error); }
 
-// The error leaves with the thread that takes it, so that it is also destroyed there, and not by the worker.
+// The error is moved out, so that it is destroyed on the thread that takes it and not on the worker thread.
 void TaskCore::claimResult() {
     if (std::exchange(sync_->taken, true))
         throwTaskTaken();
@@ -161,8 +163,8 @@ bool TaskSuspension::ready() const {
     return !executor_ && core_->done();
 }
 
-// Once the delivery is handed over, another thread may resume the coroutine and destroy this object with it,
-// so from then on only local copies are used.
+// Once `deliver` has the delivery, another thread may resume the coroutine, which may destroy this object. So
+// only local copies are used from then on.
 bool TaskSuspension::suspend(std::coroutine_handle<> coroutine) {
     const std::shared_ptr<TaskCore> core = core_;
     auto delivery = std::make_shared<TaskDelivery>(std::make_unique<Resumption>(coroutine));

@@ -6,8 +6,9 @@
 
 namespace kinovane::detail {
 
-/// What the std::function that an executor receives holds. The copy constructor may throw, so that every
-/// implementation of std::function stores it on the heap: moving the function does not copy the job.
+/// The target of the std::function that an executor receives. Its copy constructor is not noexcept, so that
+/// std::function stores it on the heap in every implementation. Moving the function then does not copy the
+/// job.
 class TaskDelivery::Job {
   public:
     explicit Job(std::shared_ptr<TaskDelivery> delivery) : delivery_(std::move(delivery)), original_(true) {}
@@ -89,11 +90,12 @@ void TaskDelivery::jobDestroyed(bool original) noexcept {
         dropped = std::move(action_);
 }
 
-// An executor that copies its argument into a queue leaves the original to the thread that calls it. The main
-// loop may destroy the copy while that call has not returned; the original, which then is all that exists,
-// must not keep the action for the calling thread to destroy. An executor that moved its argument into the
-// queue made no copy: there the original is the job, and copies that others make and destroy meanwhile do not
-// count.
+// If an executor copies its argument into a queue, the original stays with the thread that calls the
+// executor. The main loop may destroy the copy before that call has returned. The job is then dropped,
+// although the original still exists: otherwise the calling thread would destroy the action.
+//
+// If an executor moves its argument into the queue, it makes no copy, and the original is the job. Copies
+// that other threads make and destroy during the call do not count.
 bool TaskDelivery::isDropped() const {
     if (copies_ > 0)
         return false;

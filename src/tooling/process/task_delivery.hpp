@@ -12,8 +12,8 @@
 
 namespace kinovane::detail {
 
-/// Brings an action to the thread that runs it. The action leaves this object with the call that runs it, and
-/// is destroyed there, so copies of the job that are destroyed later or elsewhere hold nothing.
+/// Passes an action to the thread that runs it. The call that runs the action also destroys it, so that
+/// copies of the job may be destroyed later and on any thread.
 class TaskDelivery {
   public:
     explicit TaskDelivery(std::unique_ptr<TaskAction> action);
@@ -21,13 +21,13 @@ class TaskDelivery {
     TaskDelivery& operator=(const TaskDelivery&) = delete;
     ~TaskDelivery();
 
-    /// A job for an executor, which runs the action; once for each delivery.
+    /// Makes the job for an executor. The job runs the action. Called once for each delivery.
     static std::function<void()> makeJob(std::shared_ptr<TaskDelivery> delivery);
 
-    /// Calls `executor` with the job. An exception out of the executor ends the process.
+    /// Calls `executor` with the job. If the executor throws, the process ends.
     void send(const Executor& executor, std::function<void()> job) noexcept;
 
-    /// Runs the action and destroys it; does nothing if it ran before, was withdrawn or was dropped.
+    /// Runs the action and destroys it. Does nothing if the action was run, withdrawn or dropped before.
     void run();
 
     /// Destroys the action without running it.
@@ -43,11 +43,11 @@ class TaskDelivery {
     std::mutex mutex_;
     std::unique_ptr<TaskAction> action_;
 
-    // Jobs are counted as the one that was made, which moves do not change, and all copies of it.
+    // Moving the original job keeps it the original; every copy of a job is counted.
     bool originalExists_ = false;
     std::size_t copies_ = 0;
 
-    std::thread::id caller_; ///< The thread that is calling the executor, if one is.
+    std::thread::id caller_; ///< The thread that is calling the executor, if any.
     bool copiedByExecutor_ = false;
 };
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 
 // Exits while a worker thread builds a handoff: exiting_builder RUN_JSON MICROSECONDS plain|initialised
-//   initialised  this program uses libcrypto itself, and has its clean-up registered before the library is
-//   used
+//   initialised  this program itself uses libcrypto before the library does, so that libcrypto's exit handler
+//   is
+//                registered first
 
 #include <atomic>
 #include <chrono>
@@ -23,7 +24,7 @@ int main(int count, char** arguments) {
         OPENSSL_init_crypto(OPENSSL_INIT_LOAD_CONFIG, nullptr);
         EVP_MD_free(EVP_MD_fetch(nullptr, "SHA2-256", nullptr));
     }
-    // Never destroyed, as the worker thread uses it to the end.
+    // Never destroyed, because the worker thread uses it until the process ends.
     const auto& film = *new kinovane::FilmWorkspaceSnapshot(kinovane::FilmProjectLoader::load(arguments[1]));
     static std::atomic<bool> building = false;
     std::thread([&film] {
@@ -36,7 +37,7 @@ int main(int count, char** arguments) {
         }
     }).detach();
     building.wait(false);
-    // The moment is part of the test: it differs from run to run.
+    // The delay is the parameter of the test: the process exits at a different step of the build each time.
     std::this_thread::sleep_for(std::chrono::microseconds(std::stol(arguments[2])));
-    return EXIT_SUCCESS; // Runs everything that is registered for the exit, and destroys static objects.
+    return EXIT_SUCCESS; // Runs the exit handlers and destroys static objects.
 }

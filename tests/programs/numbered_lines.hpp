@@ -8,7 +8,7 @@
 
 namespace kinovane::test {
 
-/// A text of exactly so many bytes in which a lost, repeated or moved piece shows.
+/// A text of exactly `bytes` bytes, with numbered lines, so that a comparison finds lost or repeated parts.
 inline std::string numberedLines(std::string_view word, std::size_t bytes) {
     std::string text;
     text.reserve(bytes + 64);

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Records how it was started: its arguments, each followed by a NUL byte, go into the file that RECORDER_FILE
-// names, and its environment likewise into the one of RECORDER_ENVIRONMENT. Then it prints what
-// RECORDER_OUTPUT and RECORDER_ERRORS say, without adding anything, and ends with the status
-// RECORDER_STATUS. Before that it waits, if RECORDER_GATE names a FIFO, until somebody opens that for
-// writing, and says so by a byte in the FIFO RECORDER_ARRIVALS.
+// Records how it was started, then prints a given text. Environment variables control it:
+//   RECORDER_FILE         the file for its arguments, each followed by a NUL byte
+//   RECORDER_ENVIRONMENT  the file for its environment, in the same form
+//   RECORDER_ARRIVALS     a FIFO to which it writes a byte before it waits for RECORDER_GATE
+//   RECORDER_GATE         a FIFO; it waits until this is opened for writing
+//   RECORDER_OUTPUT       the text for standard output
+//   RECORDER_ERRORS       the text for standard error
+//   RECORDER_STATUS       its exit status; 0 without it
 
 #include <cstdlib>
 #include <fstream>
@@ -15,7 +18,7 @@ extern char** environ; // NOLINT(readability-redundant-declaration): not every C
 
 namespace {
 
-/// Writes the texts into the file that the variable names; false when it cannot.
+/// Writes the texts to the file that the variable names. Returns false if that fails.
 bool record(const char* variable, char** texts) {
     const char* const name = std::getenv(variable);
     if (name == nullptr)
@@ -26,8 +29,8 @@ bool record(const char* variable, char** texts) {
     return static_cast<bool>(file.flush());
 }
 
-/// Opening a FIFO for reading takes until somebody opens it for writing.
-bool passGate() {
+/// Waits at the gate, if there is one. Returns false if that fails.
+bool waitAtGate() {
     const char* const gate = std::getenv("RECORDER_GATE");
     if (gate == nullptr)
         return true;
@@ -36,10 +39,11 @@ bool passGate() {
         if (!(announcement << '!').flush())
             return false;
     }
+    // Opening a FIFO for reading blocks until it is opened for writing.
     return std::ifstream(gate, std::ios::binary).is_open();
 }
 
-std::string told(const char* variable) {
+std::string valueOf(const char* variable) {
     const char* const value = std::getenv(variable);
     return value != nullptr ? value : "";
 }
@@ -47,12 +51,12 @@ std::string told(const char* variable) {
 } // namespace
 
 int main(int /*count*/, char** arguments) {
-    if (!record("RECORDER_FILE", arguments + 1) || !record("RECORDER_ENVIRONMENT", environ) || !passGate())
+    if (!record("RECORDER_FILE", arguments + 1) || !record("RECORDER_ENVIRONMENT", environ) || !waitAtGate())
         return 121;
-    std::cerr << told("RECORDER_ERRORS") << std::flush;
-    std::cout << told("RECORDER_OUTPUT") << std::flush;
+    std::cerr << valueOf("RECORDER_ERRORS") << std::flush;
+    std::cout << valueOf("RECORDER_OUTPUT") << std::flush;
     if (!std::cout || !std::cerr)
         return 121;
-    const std::string status = told("RECORDER_STATUS");
+    const std::string status = valueOf("RECORDER_STATUS");
     return status.empty() ? 0 : std::stoi(status);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// A program that does what its arguments say, one verb after the other, and then ends with status 0. It
-// stands for every way in which an outside program can behave.
+// Does what its arguments say, one verb after the other, and then ends with status 0. Tests start it in place
+// of an external program.
 
 #include <algorithm>
 #include <array>
@@ -26,7 +26,7 @@ namespace {
 
 using Words = std::span<char*>;
 
-/// Not a status that a test asks for.
+/// The exit status for an error in this program; no test asks for it.
 constexpr int broken = 120;
 
 [[noreturn]] void fail(std::string_view what) {
@@ -44,7 +44,7 @@ void writeAll(int descriptor, std::string_view text) {
     }
 }
 
-void say(std::string_view text) { writeAll(STDOUT_FILENO, text); }
+void print(std::string_view text) { writeAll(STDOUT_FILENO, text); }
 
 std::string unhex(std::string_view digits) {
     std::string bytes;
@@ -53,19 +53,19 @@ std::string unhex(std::string_view digits) {
     return bytes;
 }
 
-/// Both streams by turns, in pieces larger than what a pipe holds.
+/// Writes to both streams by turns, in chunks that are larger than a pipe.
 void flood(Words words) {
-    constexpr std::size_t piece = 100'000;
+    constexpr std::size_t chunk = 100'000;
     const auto bytes = static_cast<std::size_t>(std::stoul(words[0]));
     const std::string output = kinovane::test::numberedLines("output", bytes);
     const std::string errors = kinovane::test::numberedLines("errors", bytes);
-    for (std::size_t position = 0; position < bytes; position += piece) {
-        writeAll(STDOUT_FILENO, std::string_view(output).substr(position, piece));
-        writeAll(STDERR_FILENO, std::string_view(errors).substr(position, piece));
+    for (std::size_t position = 0; position < bytes; position += chunk) {
+        writeAll(STDOUT_FILENO, std::string_view(output).substr(position, chunk));
+        writeAll(STDERR_FILENO, std::string_view(errors).substr(position, chunk));
     }
 }
 
-/// Opening a FIFO for reading takes until somebody opens it for writing.
+/// Blocks until the FIFO is opened for writing.
 void waitFor(const char* fifo) {
     const int descriptor = ::open(fifo, O_RDONLY | O_CLOEXEC);
     if (descriptor < 0)
@@ -73,7 +73,7 @@ void waitFor(const char* fifo) {
     ::close(descriptor);
 }
 
-/// Tells whoever reads the FIFO that this point was reached.
+/// Writes a byte to the FIFO, so that its reader knows that this point was reached.
 void announce(Words words) {
     const int descriptor = ::open(words[0], O_WRONLY | O_CLOEXEC);
     if (descriptor < 0)
@@ -82,7 +82,7 @@ void announce(Words words) {
     ::close(descriptor);
 }
 
-/// Leaves a process behind that holds both streams until the FIFO is opened, and then writes to them.
+/// Starts a process that keeps both streams open until the FIFO is opened, then writes to them and ends.
 void leaveGrandchild(Words words) {
     const pid_t process = ::fork();
     if (process < 0)
@@ -90,7 +90,7 @@ void leaveGrandchild(Words words) {
     if (process > 0)
         return;
     waitFor(words[0]);
-    say("late output\n");
+    print("late output\n");
     writeAll(STDERR_FILENO, "late errors\n");
     std::_Exit(0);
 }
@@ -103,20 +103,20 @@ void copyInput(Words /*words*/) {
             fail("read");
         if (count == 0)
             return;
-        say({buffer.data(), static_cast<std::size_t>(count)});
+        print({buffer.data(), static_cast<std::size_t>(count)});
     }
 }
 
-/// Whether standard input is the null device, or what kind of file.
-void sayInputKind(Words /*words*/) {
+/// Prints what standard input is.
+void printInputKind(Words /*words*/) {
     struct stat input{};
     struct stat null{};
     if (::fstat(STDIN_FILENO, &input) != 0 || ::stat("/dev/null", &null) != 0)
         fail("stat");
     if (S_ISCHR(input.st_mode) && input.st_rdev == null.st_rdev)
-        say("null");
+        print("null");
     else
-        say(S_ISFIFO(input.st_mode) ? "pipe" : S_ISREG(input.st_mode) ? "file" : "other");
+        print(S_ISFIFO(input.st_mode) ? "pipe" : S_ISREG(input.st_mode) ? "file" : "other");
 }
 
 void listDescriptors(Words /*words*/) {
@@ -125,7 +125,7 @@ void listDescriptors(Words /*words*/) {
     for (int descriptor = 0; descriptor < limit; ++descriptor)
         if (::fcntl(descriptor, F_GETFD) >= 0)
             text += std::to_string(descriptor) + "\n";
-    say(text);
+    print(text);
 }
 
 void listSignals(Words /*words*/) {
@@ -142,15 +142,15 @@ void listSignals(Words /*words*/) {
         if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN)
             ignored += " " + std::to_string(signal);
     }
-    say(blocked + "\n" + ignored + "\n");
+    print(blocked + "\n" + ignored + "\n");
 }
 
 void listEnvironment(Words /*words*/) {
     for (char** entry = environ; *entry != nullptr; ++entry)
-        say(std::string(*entry) + '\0');
+        print(std::string(*entry) + '\0');
 }
 
-/// In hexadecimal digits, because an argument may hold what is no text.
+/// Prints the arguments in hexadecimal digits, because they may hold any bytes.
 void listArguments(Words words) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     std::string text;
@@ -161,7 +161,7 @@ void listArguments(Words words) {
         }
         text += '\n';
     }
-    say(text);
+    print(text);
 }
 
 void create(Words words) {
@@ -171,11 +171,11 @@ void create(Words words) {
     ::close(descriptor);
 }
 
-void sayDirectory(Words /*words*/) {
+void printDirectory(Words /*words*/) {
     std::array<char, 4096> path{};
     if (::getcwd(path.data(), path.size()) == nullptr)
         fail("getcwd");
-    say(path.data());
+    print(path.data());
 }
 
 struct Verb {
@@ -184,14 +184,14 @@ struct Verb {
     void (*act)(Words);
 };
 
-/// As an operand count: all that follow.
+/// The operand count of a verb that takes all arguments after it.
 constexpr std::size_t rest = ~std::size_t{0};
 
 constexpr std::array verbs{
     Verb{"flood", 1, flood},
-    Verb{"out", 1, [](Words words) { say(words[0]); }},
+    Verb{"out", 1, [](Words words) { print(words[0]); }},
     Verb{"err", 1, [](Words words) { writeAll(STDERR_FILENO, words[0]); }},
-    Verb{"out-hex", 1, [](Words words) { say(unhex(words[0])); }},
+    Verb{"out-hex", 1, [](Words words) { print(unhex(words[0])); }},
     Verb{"err-hex", 1, [](Words words) { writeAll(STDERR_FILENO, unhex(words[0])); }},
     Verb{"exit", 1, [](Words words) { std::_Exit(std::stoi(words[0])); }},
     Verb{"signal", 1, [](Words words) { ::raise(std::stoi(words[0])); }},
@@ -201,11 +201,11 @@ constexpr std::array verbs{
     Verb{"grandchild", 1, leaveGrandchild},
     Verb{"create", 1, create},
     Verb{"copy", 0, copyInput},
-    Verb{"input-kind", 0, sayInputKind},
+    Verb{"input-kind", 0, printInputKind},
     Verb{"descriptors", 0, listDescriptors},
     Verb{"signals", 0, listSignals},
     Verb{"environment", 0, listEnvironment},
-    Verb{"directory", 0, sayDirectory},
+    Verb{"directory", 0, printDirectory},
     Verb{"arguments", rest, listArguments},
 };
 

@@ -36,7 +36,7 @@ std::optional<std::string> growth(const Resources& first, const Resources& last)
     if (last.counts.threads != first.counts.threads)
         return "threads are left running";
     if (last.counts.children != first.counts.children)
-        return "programs are left";
+        return "child processes are left";
     if (!memoryIsSanitized && last.memory > first.memory + allowedMemory)
         return "memory grows";
     return std::nullopt;

@@ -10,20 +10,21 @@
 
 namespace kinovane::test {
 
-/// What this process holds.
+/// The resources that this process uses.
 struct Resources {
     std::size_t memory = 0; ///< Resident bytes.
     ProcessCounts counts;
 };
 
-/// Of now, once the threads that have been waited for are gone from the list.
+/// Measures now. Waits a moment for threads that were joined to disappear from the system's list.
 Resources resourcesNow(const ProcessCounts& expected);
 
-/// What has grown from one moment to a later one by more than is allowed, as a text; nothing when all is
-/// well.
+/// Describes a resource of which `last` has more than `first`, beyond what is allowed. Absent if there is
+/// none.
 std::optional<std::string> growth(const Resources& first, const Resources& last);
 
-/// A memory allocator keeps a little here and there; a leak of 60 bytes in each of 20 000 runs is more.
+/// Memory may vary by this much, because the allocator keeps some. A leak of 60 bytes in each of 20 000 runs
+/// is more.
 inline constexpr std::size_t allowedMemory = std::size_t{1} << 20U;
 
 } // namespace kinovane::test

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 
 // kinovane_soak RUNS LOADS BUILDS
-// Does so much in one process, looks at its memory, descriptors and threads after each tenth, and fails when
-// the last tenth leaves more behind than the first.
+// Runs programs, loads films and builds handoffs in one process. Measures memory, descriptors, threads and
+// child processes after each tenth of the work. Fails if there is more of them after the last tenth than
+// after the first.
 
 #include <cerrno>
 #include <chrono>
@@ -29,15 +30,16 @@ using kinovane::test::Rounds;
 using kinovane::test::Work;
 
 constexpr std::size_t tenths = 10;
-constexpr Rounds warmUp{200, 20, 30}; ///< What is made at the first use stays.
+/// Done before the first measurement, because some memory is kept from the first use on.
+constexpr Rounds warmUp{200, 20, 30};
 
-/// This one's share when `count` things are spread over all tenths.
+/// The number of items for this tenth when `count` items are spread evenly.
 std::size_t share(std::size_t tenth, std::size_t count) {
     return count * (tenth + 1) / tenths - count * tenth / tenths;
 }
 
-/// The C library would keep freed memory for every thread that it once was of use to; what it keeps is no
-/// leak, but would hide one.
+/// Makes the C library return freed memory to the system. It would otherwise keep some for every thread,
+/// which would hide a leak.
 void returnFreedMemory() {
     ::mallopt(M_ARENA_MAX, 1);
     ::mallopt(M_MMAP_THRESHOLD, 128 << 10);
@@ -73,7 +75,7 @@ int soak(const Rounds& rounds) {
         return 1;
     }
     if (hasChildren()) {
-        std::puts("kinovane_soak: an ended program has not been waited for");
+        std::puts("kinovane_soak: a child process is left as a zombie");
         return 1;
     }
     std::puts("kinovane_soak: nothing grows");

@@ -19,7 +19,7 @@ void require(bool right, const char* what) {
         throw std::runtime_error(what);
 }
 
-/// Whether the next of `count` things is due at this one of `total` steps.
+/// Whether one of `count` evenly spread items falls on this one of `total` steps.
 bool isDue(std::size_t step, std::size_t total, std::size_t count) {
     return (step + 1) * count / total > step * count / total;
 }
@@ -42,7 +42,7 @@ void Work::perform(const Rounds& rounds) {
     }
 }
 
-// Successes, failures and programs that cannot be started by turns: each leaves by another way.
+// Every tenth program fails, and every tenth is missing, because these return on different paths.
 void Work::run() {
     const std::string text = std::to_string(++turn_);
     if (turn_ % 10 == 0) {

@@ -11,19 +11,20 @@
 
 namespace kinovane::test {
 
-/// How often each thing is done.
+/// How often each operation is done.
 struct Rounds {
     std::size_t runs = 0;
     std::size_t loads = 0;
     std::size_t builds = 0;
 };
 
-/// What an application does all day. Every result is checked; throws std::runtime_error when one is wrong.
+/// The operations of an application: runs of programs, loads and builds. Every result is checked; a wrong one
+/// throws std::runtime_error.
 class Work {
   public:
     Work();
 
-    /// Does everything by turns, the rarer things spread evenly among the others.
+    /// Does all operations by turns, the rarer ones spread evenly among the others.
     void perform(const Rounds& rounds);
 
   private:

@@ -30,11 +30,12 @@ class FileActions {
     FileActions& operator=(const FileActions&) = delete;
     ~FileActions() { ::posix_spawn_file_actions_destroy(&actions_); }
 
-    void put(int descriptor, int place) {
+    /// Makes `descriptor` the descriptor `number` of the child; -1 closes it there.
+    void assign(int descriptor, int number) {
         if (descriptor < 0)
-            check(::posix_spawn_file_actions_addclose(&actions_, place), "close");
+            check(::posix_spawn_file_actions_addclose(&actions_, number), "close");
         else
-            check(::posix_spawn_file_actions_adddup2(&actions_, descriptor, place), "dup2");
+            check(::posix_spawn_file_actions_adddup2(&actions_, descriptor, number), "dup2");
     }
 
     const posix_spawn_file_actions_t* get() const { return &actions_; }
@@ -71,8 +72,8 @@ pid_t startCommandLineTool(std::vector<std::string> arguments, int out, int err)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);
     FileActions actions;
-    actions.put(out, STDOUT_FILENO);
-    actions.put(err, STDERR_FILENO);
+    actions.assign(out, STDOUT_FILENO);
+    actions.assign(err, STDERR_FILENO);
     pid_t child = 0;
     check(::posix_spawn(&child, program.c_str(), actions.get(), nullptr, pointers.data(), environ), "spawn");
     return child;
@@ -97,8 +98,8 @@ void writeDocuments(const WorkspaceMaker& workspace) {
 }
 
 std::string replaced(std::string text, const std::string& what, const std::string& by) {
-    for (auto place = text.find(what); place != std::string::npos; place = text.find(what, place + by.size()))
-        text.replace(place, what.size(), by);
+    for (auto found = text.find(what); found != std::string::npos; found = text.find(what, found + by.size()))
+        text.replace(found, what.size(), by);
     return text;
 }
 

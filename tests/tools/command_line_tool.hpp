@@ -14,7 +14,7 @@
 
 namespace kinovane::test {
 
-/// How a run of the command-line tool ended, and all it said.
+/// The exit status and the output of a run of the command-line tool.
 struct Outcome {
     int status = 0;
     std::string out;
@@ -25,23 +25,24 @@ struct Outcome {
 
 std::ostream& operator<<(std::ostream& stream, const Outcome& outcome);
 
-/// Runs the command-line tool with both of its outputs going into pipes.
+/// Runs the command-line tool with standard output and standard error connected to pipes.
 Outcome runCommandLineTool(std::vector<std::string> arguments,
                            std::map<std::string, std::string> environment = {});
 
-/// Starts the command-line tool on these descriptors; one of -1 is closed in the child.
+/// Starts the command-line tool with these descriptors as standard output and standard error; -1 leaves one
+/// closed.
 pid_t startCommandLineTool(std::vector<std::string> arguments, int out, int err);
 
-/// Waits for the program to end and gives its exit status, or -1 when a signal ended it.
+/// Waits for the process and returns its exit status, or -1 when a signal ended it.
 int exitStatusOf(pid_t child);
 
-/// Puts the maker's workspace on the disk: its plan, and its project with the artifacts.
+/// Writes the documents of the workspace: its plan, and its project with the artifacts.
 void writeDocuments(const WorkspaceMaker& workspace);
 
-/// `text` with every `what` replaced.
+/// `text` with every occurrence of `what` replaced.
 std::string replaced(std::string text, const std::string& what, const std::string& by);
 
-/// A file of the folder "golden", with the workspace's place filled in.
+/// A file of the folder "golden", with "{WORKSPACE}" replaced by the path of the workspace.
 std::string golden(const std::string& name, const std::filesystem::path& workspace);
 
 } // namespace kinovane::test

@@ -21,7 +21,7 @@ ProgramFinding found(const char* role) {
     return {role, role, std::filesystem::path("/bin") / role, std::nullopt};
 }
 
-/// Everything is there, and no model is known.
+/// All programs are found, and no model is known.
 Diagnosis soundDiagnosis() {
     return {found("film"),       found("vistrel"), found("quexrun"), found("pi"), PiOrigin::searchPath, {},
             QuexRunAgentStatus{}};
@@ -29,11 +29,11 @@ Diagnosis soundDiagnosis() {
 
 ProgramFinding missing(const char* role) {
     ProgramFinding program{role, role, std::nullopt, std::nullopt};
-    program.complaint = complaintAbout(program, FilmToolError(FilmToolError::executableNotFound{role}));
+    program.problem = problemOf(program, FilmToolError(FilmToolError::executableNotFound{role}));
     return program;
 }
 
-/// From one heading up to the next.
+/// The text from one heading to the next.
 std::string section(const std::string& text, const std::string& heading) {
     const auto begin = text.find("\n" + heading + "\n");
     if (begin == std::string::npos)
@@ -43,11 +43,11 @@ std::string section(const std::string& text, const std::string& heading) {
                        end == std::string::npos ? end : end - begin - heading.size() - 1);
 }
 
-TEST(Diagnosis, saysWhichPiIsUsedAndWhy) {
+TEST(Diagnosis, ReportsWhichPiIsUsedAndWhy) {
     struct Row {
         std::string sentence;
         std::optional<PiOrigin> origin;
-        std::filesystem::path place;
+        std::filesystem::path path;
         std::vector<std::filesystem::path> copies;
         std::string expected;
     };
@@ -74,7 +74,7 @@ TEST(Diagnosis, saysWhichPiIsUsedAndWhy) {
          "        installed copy  /a b/1.9/pi/pi\n"
          "  There is no pi on the search path, so the newest installed copy is used.\n"},
         {"named, and a copy",
-         PiOrigin::namedPlace,
+         PiOrigin::namedPath,
          "/x/pi",
          {"/a b/1.9/pi/pi"},
          "  USED  named with --pi  /x/pi\n"
@@ -91,13 +91,13 @@ TEST(Diagnosis, saysWhichPiIsUsedAndWhy) {
     for (const Row& row : rows) {
         Diagnosis diagnosis = soundDiagnosis();
         diagnosis.piOrigin = row.origin;
-        diagnosis.pi.place = row.origin ? std::optional(row.place) : std::nullopt;
+        diagnosis.pi.path = row.origin ? std::optional(row.path) : std::nullopt;
         diagnosis.installedPis = row.copies;
         EXPECT_EQ(section(humanText(diagnosis), "Copies of pi"), row.expected) << row.sentence;
     }
 }
 
-TEST(Diagnosis, nothingIsThere) {
+TEST(Diagnosis, ReportsThatAllProgramsAreMissing) {
     const Diagnosis diagnosis{missing("film"), missing("vistrel"), missing("quexrun"),
                               missing("pi"),   std::nullopt,       {},
                               std::nullopt};
@@ -128,13 +128,13 @@ What quexrun says of its own pi
 )");
 }
 
-TEST(Diagnosis, anErrorOfSeveralLinesKeepsItsLines) {
+TEST(Diagnosis, KeepsTheLinesOfAnErrorMessage) {
     Diagnosis diagnosis = soundDiagnosis();
     const std::string longWord(120, 'x');
     ProcessResult result{"/bin/quexrun", {}, 1, "", {}};
     result.stderr = "first \x1b[31mline\n\n  " + longWord + " y\n";
-    diagnosis.quexrun.complaint =
-        complaintAbout(diagnosis.quexrun, FilmToolError(FilmToolError::commandFailed{result}));
+    diagnosis.quexrun.problem =
+        problemOf(diagnosis.quexrun, FilmToolError(FilmToolError::commandFailed{result}));
     EXPECT_EQ(humanText(diagnosis).substr(0, humanText(diagnosis).find("\nCopies of pi")),
               "1 of the four programs is missing or does not answer.\n"
               "\nPrograms\n"
@@ -152,7 +152,7 @@ TEST(Diagnosis, anErrorOfSeveralLinesKeepsItsLines) {
                   "  pi       found    /bin/pi\n");
 }
 
-TEST(Diagnosis, marksTheModelThatIsBest) {
+TEST(Diagnosis, MarksTheBestModel) {
     const QuexRunAgentModel small{"s", "Small", true, -1, "e", true};
     const QuexRunAgentModel large{"l", "Large\tone", true, 64, "e", true};
     QuexRunAgentModel absent = large;
@@ -188,7 +188,7 @@ TEST(Diagnosis, marksTheModelThatIsBest) {
     }
 }
 
-TEST(Diagnosis, aPathThatJSONCannotCarryIsRefused) {
+TEST(Diagnosis, RefusesAPathThatIsNotUTF8InJSON) {
     Diagnosis diagnosis = soundDiagnosis();
     diagnosis.installedPis = {"/caf\xe9/pi"};
     try {

@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 namespace json = boost::json;
 
-TEST(DoctorJSON, ofTheProgram) {
+TEST(DoctorJSON, ReportsTheStateOfEveryProgram) {
     struct Row {
         std::string sentence;
         std::vector<std::string> options;
@@ -33,7 +33,7 @@ TEST(DoctorJSON, ofTheProgram) {
     const std::string empty =
         directory.write("status.json", R"({"models":[],"pi":{"installed":false}})").string();
     const std::vector<Row> rows{
-        {"everything is there", {}, {}, 0, "doctor.json"},
+        {"all programs are found", {}, {}, 0, "doctor.json"},
         {"no models", {}, {{"QUEXRUN_STATUS_FILE", empty}}, 0, "doctor-no-models.json"},
         {"one is missing and one fails",
          {"--film", "none-of-mine"},
@@ -56,7 +56,7 @@ TEST(DoctorJSON, ofTheProgram) {
         EXPECT_EQ(std::ranges::count(outcome.out, '\n'), 1);
         json::value expected =
             json::parse(replaced(golden(row.expected, {}), "{PROGRAMS}", programs.string()));
-        json::array copies; // this machine may have some installed
+        json::array copies; // This machine may have installed copies.
         for (const fs::path& copy : PiExecutableResolver::bundledCandidates())
             copies.emplace_back(copy.string());
         expected.at("pi").as_object()["installedCopies"] = copies;
@@ -64,14 +64,14 @@ TEST(DoctorJSON, ofTheProgram) {
     }
 }
 
-TEST(DoctorJSON, ofTheOriginOfPi) {
+TEST(DoctorJSON, ReportsTheOriginOfPi) {
     struct Row {
         std::optional<tool::PiOrigin> origin;
         std::string expected;
     };
     const std::vector<Row> rows{
         {tool::PiOrigin::searchPath, R"("search-path")"},
-        {tool::PiOrigin::namedPlace, R"("named-place")"},
+        {tool::PiOrigin::namedPath, R"("named-place")"},
         {tool::PiOrigin::installedCopy, R"("installed-copy")"},
         {std::nullopt, "null"},
     };

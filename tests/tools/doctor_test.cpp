@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 using Arguments = std::vector<std::string>;
 using Environment = std::map<std::string, std::string>;
 
-/// The stand-ins are what is on the search path.
+/// Runs `doctor` with the simulators on the search path.
 Outcome runDoctor(Arguments options, const Environment& more = {}) {
     Environment environment{{"PATH", fs::path(programPath("film")).parent_path().string()},
                             {"QUEXRUN_STATUS_FILE", ""},
@@ -31,7 +31,7 @@ Outcome runDoctor(Arguments options, const Environment& more = {}) {
     return runCommandLineTool(std::move(options), std::move(environment));
 }
 
-/// Places of this machine filled in; it may have copies of pi installed.
+/// Replaces the placeholders for paths of this machine, which may have copies of pi installed.
 std::string filledIn(std::string text, const fs::path& own = {}) {
     std::string rows;
     for (const fs::path& copy : PiExecutableResolver::bundledCandidates())
@@ -54,7 +54,7 @@ const std::string one = "1 of the four programs is missing or does not answer.\n
 const std::string piOnPath = "\nCopies of pi\n"
                              "  USED  on the search path  {PROGRAMS}/pi\n{COPIES}"
                              "  What is on the search path comes before the installed copies.\n";
-const std::string answered = R"(
+const std::string reply = R"(
 Models
         name          id            installed  startable  memory  engine
         Heron 8B      heron-8b-q4   yes        yes         16 GB  llama-server
@@ -67,7 +67,7 @@ What quexrun says of its own pi
   Version    0.0.0-simulator
   Place      /usr/local/bin/pi
 )";
-const std::string unanswered = R"(
+const std::string noReply = R"(
 Models
   not known, because quexrun gave no answer
 
@@ -75,14 +75,13 @@ What quexrun says of its own pi
   not known, because quexrun gave no answer
 )";
 
-TEST(Doctor, findsEverything) {
+TEST(Doctor, FindsAllPrograms) {
     EXPECT_EQ(
         runDoctor({}),
-        (Outcome{0, filledIn(all + "\nPrograms\n" + film + vistrel + quexrun + pi + piOnPath + answered),
-                 ""}));
+        (Outcome{0, filledIn(all + "\nPrograms\n" + film + vistrel + quexrun + pi + piOnPath + reply), ""}));
 }
 
-TEST(Doctor, aProgramThatIsMissing) {
+TEST(Doctor, ReportsAMissingProgram) {
     struct Row {
         std::string role, programs, rest;
     };
@@ -96,15 +95,15 @@ TEST(Doctor, aProgramThatIsMissing) {
         {"film",
          missing("film") + "\n                    film looked for on the search path (PATH).\n" +
              widened(vistrel + quexrun + pi),
-         piOnPath + answered},
+         piOnPath + reply},
         {"vistrel",
          widened(film) + missing("vistrel") +
              "\n                    vistrel looked for on the search path (PATH).\n" + widened(quexrun + pi),
-         piOnPath + answered},
+         piOnPath + reply},
         {"quexrun",
          widened(film + vistrel) + missing("quexrun") +
              "\n                    quexrun looked for on the search path (PATH).\n" + widened(pi),
-         piOnPath + unanswered},
+         piOnPath + noReply},
     };
     for (const Row& row : rows)
         EXPECT_EQ(runDoctor({"--" + row.role, "none-of-mine"}),
@@ -112,7 +111,7 @@ TEST(Doctor, aProgramThatIsMissing) {
             << row.role;
 }
 
-TEST(Doctor, aPiThatIsMissing) {
+TEST(Doctor, ReportsAMissingPi) {
     std::string copies = "\nCopies of pi\n";
     for (const fs::path& copy : PiExecutableResolver::bundledCandidates())
         copies += "    installed copy  " + copy.string() + "\n";
@@ -127,15 +126,15 @@ TEST(Doctor, aPiThatIsMissing) {
                                 "this option out to have pi\n"
                                 "                    looked for on the search path (PATH) and among the "
                                 "installed copies.\n" +
-                                copies + answered),
+                                copies + reply),
                        ""}));
 }
 
-TEST(Doctor, aQuexrunThatGivesNoAnswer) {
+TEST(Doctor, ReportsAFailingQuexrun) {
     struct Row {
         std::string sentence;
         Environment environment;
-        std::string words;
+        std::string description;
     };
     const std::string run =
         "                    Run it in a terminal with \"agent status --json\" to find out more, or name\n"
@@ -147,31 +146,31 @@ TEST(Doctor, aQuexrunThatGivesNoAnswer) {
     const TemporaryDirectory directory;
     const std::string torn = directory.write("status.json", R"({"models":[])").string();
     const std::vector<Row> rows{
-        {"ends badly", {{"QUEXRUN_MISBEHAVE", "exit-5"}}, "Film command exited 5.\n" + run},
+        {"exits with a status", {{"QUEXRUN_MISBEHAVE", "exit-5"}}, "Film command exited 5.\n" + run},
         {"is killed", {{"QUEXRUN_MISBEHAVE", "killed"}}, "Film command exited 9.\n" + run},
-        {"explains itself",
+        {"prints an error message",
          {{"QUEXRUN_MISBEHAVE", "complain"}},
          "The agent runtime is being updated. Try again in a moment.\n" + run},
-        {"gives no JSON",
+        {"prints no JSON",
          {{"QUEXRUN_MISBEHAVE", "not-json"}},
          invalid + "line 1, column 1: this is not valid JSON\n" + update},
-        {"lacks something",
+        {"omits a key",
          {{"QUEXRUN_MISBEHAVE", "missing-key"}},
          invalid + "models[0].servingEngine is missing\n" + update},
-        {"stops in the middle",
+        {"stops in the middle of the document",
          {{"QUEXRUN_STATUS_FILE", torn}},
          invalid + "line 1, column 13: the document ends too early\n" + update},
     };
     const std::string before =
         filledIn(one + "\nPrograms\n" + widened(film + vistrel + quexrun) + "           FAILING  ");
-    const std::string after = filledIn(widened(pi) + piOnPath + unanswered);
+    const std::string after = filledIn(widened(pi) + piOnPath + noReply);
     for (const Row& row : rows)
         EXPECT_EQ(runDoctor({}, row.environment),
-                  (Outcome{5, std::string(before).append(row.words).append(after), ""}))
+                  (Outcome{5, std::string(before).append(row.description).append(after), ""}))
             << row.sentence;
 }
 
-TEST(Doctor, programsThatAreNamedByTheirPlaces) {
+TEST(Doctor, UsesProgramsNamedByTheirPaths) {
     const TemporaryDirectory own;
     for (const char* name : {"my pi", "torn"}) {
         own.write(name, "neither script nor program");
@@ -191,12 +190,12 @@ TEST(Doctor, programsThatAreNamedByTheirPlaces) {
                               "\nCopies of pi\n"
                               "  USED  named with --pi  {OWN}/my pi\n" +
                               replaced(filledIn("{COPIES}"), "copy      ", "copy   ") +
-                              "  What is named with --pi comes before the installed copies.\n" + unanswered,
+                              "  What is named with --pi comes before the installed copies.\n" + noReply,
                           own.path()),
                  ""}));
 }
 
-TEST(Doctor, aQuexrunWithoutModelsIsNoFailure) {
+TEST(Doctor, SucceedsWithoutModels) {
     const TemporaryDirectory directory;
     const std::string status =
         directory.write("status.json", R"({"models":[],"pi":{"installed":false}})").string();

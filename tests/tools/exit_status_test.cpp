@@ -16,11 +16,11 @@ namespace {
 namespace fs = std::filesystem;
 using Arguments = std::vector<std::string>;
 
-TEST(ExitStatus, argumentsThatMakeNoSense) {
+TEST(ExitStatus, Is2ForInvalidArguments) {
     struct Row {
         std::string sentence;
         Arguments arguments;
-        std::string complaint, help;
+        std::string message, help;
     };
     const std::vector<Row> rows{
         {"no command", {}, "A command is needed: inspect, verify, publish or doctor", "kinovane --help"},
@@ -78,14 +78,14 @@ TEST(ExitStatus, argumentsThatMakeNoSense) {
     };
     for (const Row& row : rows)
         EXPECT_EQ(runCommandLineTool(row.arguments),
-                  (Outcome{2, "", "kinovane: " + row.complaint + "\nFor help: " + row.help + "\n"}))
+                  (Outcome{2, "", "kinovane: " + row.message + "\nFor help: " + row.help + "\n"}))
             << row.sentence;
 }
 
-TEST(ExitStatus, helpAndVersionAreSuccesses) {
+TEST(ExitStatus, Is0ForHelpAndVersion) {
     struct Row {
         Arguments arguments;
-        std::string beginning;
+        std::string prefix;
     };
     const std::vector<Row> rows{
         {{"--version"}, "kinovane 1.0\n"},
@@ -102,11 +102,11 @@ TEST(ExitStatus, helpAndVersionAreSuccesses) {
         const Outcome outcome = runCommandLineTool(row.arguments);
         EXPECT_EQ(outcome.status, 0);
         EXPECT_EQ(outcome.err, "");
-        EXPECT_EQ(outcome.out.substr(0, row.beginning.size()), row.beginning);
+        EXPECT_EQ(outcome.out.substr(0, row.prefix.size()), row.prefix);
     }
 }
 
-TEST(ExitStatus, aPlaceThatJSONCannotCarry) {
+TEST(ExitStatus, Is4ForAPathThatIsNotUTF8) {
     const TemporaryDirectory directory;
     const fs::path run = directory.write("caf\xe9/run.json", "");
     directory.write("caf\xe9/film-project.json", smallestProject());

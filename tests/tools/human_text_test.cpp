@@ -15,7 +15,7 @@ namespace kinovane::tool {
 
 namespace {
 
-TEST(HumanText, durations) {
+TEST(HumanText, ShowsDurations) {
     struct Row {
         double seconds;
         std::string expected;
@@ -32,7 +32,7 @@ TEST(HumanText, durations) {
         EXPECT_EQ(durationText(row.seconds), row.expected) << row.seconds;
 }
 
-TEST(HumanText, sizes) {
+TEST(HumanText, ShowsSizes) {
     struct Row {
         std::int64_t bytes;
         std::string expected;
@@ -54,20 +54,20 @@ TEST(HumanText, sizes) {
         EXPECT_EQ(sizeText(row.bytes), row.expected) << row.bytes;
 }
 
-TEST(HumanText, counts) {
+TEST(HumanText, ShowsCounts) {
     EXPECT_EQ(countText(0, "file", "files"), "0 files");
     EXPECT_EQ(countText(1, "file", "files"), "1 file");
     EXPECT_EQ(countText(2, "file", "files"), "2 files");
 }
 
-TEST(HumanText, whatSteersATerminalBecomesASpace) {
+TEST(HumanText, ReplacesControlCharactersBySpaces) {
     struct Row {
         std::string sentence, text, expected;
     };
     const std::vector<Row> rows{
-        {"plain text stays", "Brèmes — 灯", "Brèmes — 灯"},
+        {"plain text", "Brèmes — 灯", "Brèmes — 灯"},
         {"line breaks and tabs", "a\nb\tc\r", "a b c "},
-        {"an escape sequence loses its beginning", "\x1b[2Jx", " [2Jx"},
+        {"an escape sequence", "\x1b[2Jx", " [2Jx"},
         {"a control character of two bytes",
          "a\xc2\x9b"
          "2J",
@@ -82,7 +82,7 @@ TEST(HumanText, whatSteersATerminalBecomesASpace) {
         EXPECT_EQ(plainText(row.text), row.expected) << row.sentence;
 }
 
-TEST(HumanText, widths) {
+TEST(HumanText, MeasuresDisplayWidths) {
     struct Row {
         std::string text;
         std::size_t expected;
@@ -93,24 +93,24 @@ TEST(HumanText, widths) {
         EXPECT_EQ(displayWidth(row.text), row.expected) << row.text;
 }
 
-TEST(HumanText, wrapping) {
+TEST(HumanText, WrapsLines) {
     struct Row {
         std::string sentence, text;
         std::size_t width;
         std::vector<std::string> expected;
     };
     const std::vector<Row> rows{
-        {"nothing is one empty line", "", 5, {""}},
+        {"an empty text is one empty line", "", 5, {""}},
         {"a text that fits", "a lamp", 6, {"a lamp"}},
-        {"a text that does not", "a lamp for", 6, {"a lamp", "for"}},
-        {"a long word keeps a line to itself", "a lighthouse on", 6, {"a", "lighthouse", "on"}},
+        {"a text that does not fit", "a lamp for", 6, {"a lamp", "for"}},
+        {"a long word gets its own line", "a lighthouse on", 6, {"a", "lighthouse", "on"}},
         {"columns count, not bytes", "éé éé", 5, {"éé éé"}},
     };
     for (const Row& row : rows)
         EXPECT_EQ(wrappedText(row.text, row.width), row.expected) << row.sentence;
 }
 
-TEST(TextTable, alignsItsColumnsAndWrapsTheLast) {
+TEST(TextTable, AlignsItsColumnsAndWrapsTheLast) {
     using enum TextTable::Alignment;
     TextTable numbers({left, right});
     numbers.add({"été", "7"});

@@ -17,9 +17,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A film in the middle of its production, with one of everything that may be missing, waiting or broken.
+/// A film in production, with an example of everything that can be missing, waiting or failed.
 void writeUnfinishedFilm(const TemporaryDirectory& directory) {
-    const std::vector<std::pair<std::string, std::string>> changes{
+    const std::vector<std::pair<std::string, std::string>> replacements{
         {R"("title":"t")", R"("title":"Night\u001b[31m Shift")"},
         {R"("clips":true)", R"("clips":false)"},
         {R"("humanReview":true)", R"("humanReview":false)"},
@@ -38,35 +38,35 @@ void writeUnfinishedFilm(const TemporaryDirectory& directory) {
          R"(made; reroll the shot or draw a frame by hand.","blocking":true}])"},
     };
     std::string project = smallestProject();
-    for (const auto& [what, by] : changes)
+    for (const auto& [what, by] : replacements)
         project = replaced(project, what, by);
     directory.write("film-project.json", project);
     directory.write("run.json", "");
 }
 
-boost::json::value inspectedJSON(const fs::path& place) {
-    const Outcome outcome = runCommandLineTool({"inspect", place.string(), "--json"});
+boost::json::value inspectedJSON(const fs::path& location) {
+    const Outcome outcome = runCommandLineTool({"inspect", location.string(), "--json"});
     EXPECT_EQ(outcome.status, 0) << outcome;
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(std::ranges::count(outcome.out, '\n'), 1) << outcome.out;
     return boost::json::parse(outcome.out);
 }
 
-TEST(Inspect, showsTheSampleFilm) {
+TEST(Inspect, ShowsTheSampleFilm) {
     const Outcome expected{0, golden("inspect.txt", sampleFilm()), ""};
     EXPECT_EQ(runCommandLineTool({"inspect", (sampleFilm() / "run.json").string()}), expected);
     EXPECT_EQ(runCommandLineTool({"inspect", sampleFilm().string()}), expected)
         << "the folder stands for its run.json";
 }
 
-TEST(Inspect, showsAnUnfinishedFilm) {
+TEST(Inspect, ShowsAnUnfinishedFilm) {
     const TemporaryDirectory directory;
     writeUnfinishedFilm(directory);
     EXPECT_EQ(runCommandLineTool({"inspect", (directory / "run.json").string()}),
               (Outcome{0, golden("unfinished.txt", directory.path()), ""}));
 }
 
-TEST(Inspect, countsAPlanThatHasOtherShotsThanTheProject) {
+TEST(Inspect, ShowsThatThePlanHasAnotherNumberOfShots) {
     const WorkspaceMaker workspace;
     writeDocuments(workspace);
     const Outcome outcome = runCommandLineTool({"inspect", workspace.snapshot.runManifest.string()});
@@ -75,23 +75,24 @@ TEST(Inspect, countsAPlanThatHasOtherShotsThanTheProject) {
         << outcome;
 }
 
-TEST(Inspect, placesMayHoldAnyCharacters) {
+TEST(Inspect, AcceptsAnyCharactersInAPath) {
     const TemporaryDirectory directory;
-    const fs::path place = directory.write("a film, 'late' \"x\" [1] %s/run.json", "");
-    fs::copy_file(sampleFilm() / "film-project.json", place.parent_path() / "film-project.json");
-    const Outcome outcome = runCommandLineTool({"inspect", place.string()});
+    const fs::path manifest = directory.write("a film, 'late' \"x\" [1] %s/run.json", "");
+    fs::copy_file(sampleFilm() / "film-project.json", manifest.parent_path() / "film-project.json");
+    const Outcome outcome = runCommandLineTool({"inspect", manifest.string()});
     EXPECT_EQ(outcome.status, 0) << outcome;
-    EXPECT_TRUE(outcome.out.starts_with("A Lamp for the Late Ferry\n" + place.parent_path().string() + "\n"))
+    EXPECT_TRUE(
+        outcome.out.starts_with("A Lamp for the Late Ferry\n" + manifest.parent_path().string() + "\n"))
         << outcome;
 }
 
-TEST(Inspect, givesTheSampleFilmAsJSON) {
+TEST(Inspect, PrintsTheSampleFilmAsJSON) {
     const boost::json::value actual = inspectedJSON(sampleFilm() / "run.json");
     const boost::json::value expected = boost::json::parse(golden("inspect.json", sampleFilm()));
     EXPECT_EQ(actual, expected) << boost::json::serialize(actual);
 }
 
-TEST(Inspect, givesAnUnfinishedFilmAsJSON) {
+TEST(Inspect, PrintsAnUnfinishedFilmAsJSON) {
     const TemporaryDirectory directory;
     writeUnfinishedFilm(directory);
     const boost::json::value actual = inspectedJSON(directory.path());

@@ -14,14 +14,14 @@ namespace kinovane::tool {
 
 namespace {
 
-TEST(JSONText, values) {
+TEST(JSONText, EncodesValues) {
     struct Row {
         std::string sentence;
         JSONValue value;
         std::string expected;
     };
     const std::vector<Row> rows{
-        {"nothing", nullptr, "null"},
+        {"null", nullptr, "null"},
         {"true", true, "true"},
         {"false", false, "false"},
         {"the smallest integer", std::numeric_limits<std::int64_t>::min(), "-9223372036854775808"},
@@ -38,13 +38,13 @@ TEST(JSONText, values) {
         {"an object", JSONObject().add("a", 1).add("b\"", JSONList().add(true).add("c")),
          R"({"a":1,"b\"":[true,"c"]})"},
         {"an empty list", JSONList(), "[]"},
-        {"ready JSON", JSONValue::ready(R"({"ok":true})"), R"({"ok":true})"},
+        {"text that is already JSON", JSONValue::fromJSON(R"({"ok":true})"), R"({"ok":true})"},
     };
     for (const Row& row : rows)
         EXPECT_EQ(row.value.text(), row.expected) << row.sentence;
 }
 
-TEST(JSONText, textThatIsNotUTF8IsRefused) {
+TEST(JSONText, RefusesTextThatIsNotUTF8) {
     const std::vector<std::string> rows{"\xff",         "a\x80",           "\xc0\xaf",
                                         "\xe2\x82",     "\xed\xa0\x80",    "\xf4\x90\x80\x80",
                                         "\xe0\x80\x80", "\xf0\x80\x80\x80"};
@@ -58,7 +58,7 @@ TEST(JSONText, textThatIsNotUTF8IsRefused) {
     }
 }
 
-TEST(JSONText, numbersThatAreNotFiniteAreRefused) {
+TEST(JSONText, RefusesNumbersThatAreNotFinite) {
     for (const double number :
          {std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
         try {

@@ -17,13 +17,13 @@ namespace {
 namespace fs = std::filesystem;
 using Arguments = std::vector<std::string>;
 
-/// A sound film of two files, spoilt by each row in its own way, and published.
+/// A failure when a film of two files is published.
 struct Failure {
     std::string sentence;
-    std::function<void(WorkspaceMaker&)> spoil;
+    std::function<void(WorkspaceMaker&)> damage; ///< Changes the sound workspace; may be empty.
     int status;
-    std::string message;     ///< "{ROOT}" stands for the workspace's folder.
-    std::string stepsBefore; ///< Those that were told before the failure.
+    std::string message;     ///< "{ROOT}" is replaced by the workspace's folder.
+    std::string stepsBefore; ///< The steps that are printed before the failure.
     std::string program = programPath("vistrel");
     std::string misbehaviour = {};
     Arguments more = {};
@@ -37,8 +37,8 @@ void expectFailures(const std::vector<Failure>& rows) {
             workspace.add("shot-clip", "clips/s1.mp4", "moving pictures");
             workspace.add("poster", "poster.png", "a poster");
             writeDocuments(workspace);
-            if (row.spoil)
-                row.spoil(workspace);
+            if (row.damage)
+                row.damage(workspace);
             const std::string root = workspace.directory.path().string();
             Arguments arguments{"publish", root, "--vistrel", row.program};
             for (const std::string& argument : row.more)
@@ -47,7 +47,7 @@ void expectFailures(const std::vector<Failure>& rows) {
                 arguments.emplace_back("--json");
             Outcome outcome = runCommandLineTool(
                 arguments, {{"VISTREL_LIBRARY", ""}, {"VISTREL_MISBEHAVE", row.misbehaviour}});
-            // The digest of the manifest holds the time of day.
+            // The manifest, and so its digest, depends on the time of day.
             if (const auto digest = outcome.out.find("sha256:"); digest != std::string::npos)
                 outcome.out.erase(digest, std::string("sha256:").size() + 64);
             EXPECT_EQ(outcome, (Outcome{row.status, json ? "" : replaced(row.stepsBefore, "{ROOT}", root),
@@ -67,32 +67,33 @@ void changeProject(const WorkspaceMaker& workspace, const std::string& what, con
     workspace.directory.write("film-project.json", replaced(project, what, by));
 }
 
-void listLost(WorkspaceMaker& workspace, const char* path) {
+void listMissingFile(WorkspaceMaker& workspace, const char* path) {
     workspace.list("poster", path);
     writeDocuments(workspace);
 }
 
-TEST(PublishFailure, aWorkspaceThatCannotBeRead) {
+TEST(PublishFailure, IsReportedForAWorkspaceThatCannotBeRead) {
     expectFailures({
         {"no run manifest", [](auto& workspace) { removeFile(workspace, "run.json"); }, 3,
          "No run.json exists at {ROOT}/run.json.", ""},
         {"no project", [](auto& workspace) { removeFile(workspace, "film-project.json"); }, 3,
          "No film-project.json exists at {ROOT}/film-project.json.", ""},
-        {"a foreign contract", [](auto& workspace) { changeProject(workspace, "project.v1", "project.v2"); },
-         3, "Unsupported film contract: quexrun/film-project.v2.", ""},
-        {"a project that lacks something",
+        {"an unsupported contract",
+         [](auto& workspace) { changeProject(workspace, "project.v1", "project.v2"); }, 3,
+         "Unsupported film contract: quexrun/film-project.v2.", ""},
+        {"a project without a title",
          [](auto& workspace) { changeProject(workspace, "\"title\"", "\"titel\""); }, 3,
          "The film project could not be read: film-project.json: title is missing", ""},
     });
 }
 
-TEST(PublishFailure, aFilmThatCannotBeHandedOver) {
+TEST(PublishFailure, IsReportedForAFilmThatCannotBeHandedOver) {
     expectFailures({
         {"no plan", [](auto& workspace) { removeFile(workspace, "production-plan.json"); }, 4,
          "An accepted production plan is required before publishing to Vistrel.", loaded},
-        {"a missing file", [](auto& workspace) { listLost(workspace, "lost.png"); }, 4,
+        {"a missing file", [](auto& workspace) { listMissingFile(workspace, "lost.png"); }, 4,
          "The handoff artifact is missing: lost.png", loaded},
-        {"a path that leads out", [](auto& workspace) { listLost(workspace, "../lost.png"); }, 4,
+        {"a path that leads out", [](auto& workspace) { listMissingFile(workspace, "../lost.png"); }, 4,
          "The handoff contains an unsafe artifact path: ../lost.png", loaded},
         {"a changed file", [](auto& workspace) { workspace.directory.write("poster.png", ""); }, 4,
          "Artifact hash mismatch for poster.png. Expected " + posterDigest + ", got " +
@@ -101,13 +102,13 @@ TEST(PublishFailure, aFilmThatCannotBeHandedOver) {
     });
 }
 
-TEST(PublishFailure, anOutsideProgramThatFails) {
+TEST(PublishFailure, IsReportedForAnExternalProgramThatFails) {
     expectFailures({
         {"no such program", {}, 5, "Required executable not found: /nowhere/vistrel", "", "/nowhere/vistrel"},
-        {"no such program, noticed before any file is verified",
-         [](auto& workspace) { listLost(workspace, "lost.png"); }, 5,
+        {"no such program, reported before any file is verified",
+         [](auto& workspace) { listMissingFile(workspace, "lost.png"); }, 5,
          "Required executable not found: /nowhere/vistrel", "", "/nowhere/vistrel"},
-        {"a program that ends badly",
+        {"a program that exits with a status",
          {},
          5,
          "Film command exited 3.",
@@ -121,7 +122,7 @@ TEST(PublishFailure, anOutsideProgramThatFails) {
          written,
          programPath("vistrel"),
          "killed"},
-        {"a program that explains itself",
+        {"a program that prints an error message",
          {},
          5,
          "VISTREL_LIBRARY is not set: it names the folder that films are imported into",
@@ -133,7 +134,7 @@ TEST(PublishFailure, anOutsideProgramThatFails) {
          written,
          programPath("vistrel"),
          "camel-case"},
-        {"an answer that is no receipt",
+        {"a reply that is no receipt",
          {},
          5,
          "Film command returned invalid JSON: line 1, column 1: this is not valid JSON",
@@ -143,9 +144,9 @@ TEST(PublishFailure, anOutsideProgramThatFails) {
     });
 }
 
-TEST(PublishFailure, aFileSystemThatDoesNotServe) {
+TEST(PublishFailure, IsReportedForPathsThatCannotBeReadOrWritten) {
     expectFailures({
-        {"a folder in the place of a file",
+        {"a folder instead of a file",
          [](auto& workspace) {
              removeFile(workspace, "poster.png");
              fs::create_directory(workspace.directory / "poster.png");
@@ -159,7 +160,7 @@ TEST(PublishFailure, aFileSystemThatDoesNotServe) {
          programPath("vistrel"),
          "",
          {"--output", "{ROOT}/run.json/handoff.json"}},
-        {"a manifest in the place of a folder",
+        {"a manifest at the path of a folder",
          {},
          6,
          "{ROOT}/clips: Is a directory",
@@ -170,7 +171,7 @@ TEST(PublishFailure, aFileSystemThatDoesNotServe) {
     });
 }
 
-TEST(PublishFailure, aRefusal) {
+TEST(PublishFailure, IsReportedForARefusal) {
     expectFailures({
         {"in the dry run",
          {},

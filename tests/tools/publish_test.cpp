@@ -39,9 +39,9 @@ class Publish : public testing::Test {
     fs::path project() const { return library() / projectName; }
     fs::path manifest() const { return workspace.directory / "vistrel-handoff.json"; }
 
-    /// Whether the manifest is one of this workspace; what depends on the time of day is left out.
-    void expectManifest(const fs::path& place) const {
-        const auto handoff = decodeJSON<VistrelHandoff>(contentOf(place));
+    /// Expects a manifest of this workspace, exported at any time.
+    void expectManifest(const fs::path& file) const {
+        const auto handoff = decodeJSON<VistrelHandoff>(contentOf(file));
         EXPECT_EQ(handoff, VistrelHandoffBuilder::build(
                                workspace.snapshot, workspace.directory.path().string(), handoff.exportedAt));
     }
@@ -63,7 +63,7 @@ class Publish : public testing::Test {
     WorkspaceMaker workspace;
 };
 
-TEST_F(Publish, writesTheManifestIntoTheWorkspaceAndImportsTheFilm) {
+TEST_F(Publish, WritesTheManifestAndImportsTheFilm) {
     const Outcome outcome = publish({});
     expectManifest(manifest());
     EXPECT_EQ(outcome, (Outcome{0, steps(manifest(), importStep), ""}));
@@ -71,22 +71,22 @@ TEST_F(Publish, writesTheManifestIntoTheWorkspaceAndImportsTheFilm) {
     EXPECT_EQ(contentOf(project() / "assets/clips/s1.mp4"), "moving pictures");
 }
 
-TEST_F(Publish, aDryRunImportsNothing) {
+TEST_F(Publish, ImportsNothingInADryRun) {
     const Outcome outcome = publish({"--dry-run"});
     expectManifest(manifest());
     EXPECT_EQ(outcome, (Outcome{0, steps(manifest(), dryRunStep), ""}));
     EXPECT_FALSE(fs::exists(library()));
 }
 
-TEST_F(Publish, writesTheManifestWhereItIsWanted) {
+TEST_F(Publish, WritesTheManifestToTheOutputPath) {
     struct Row {
         std::string sentence, output;
         fs::path expected;
     };
     const std::vector<Row> rows{
-        {"an absolute place", (home / "a/b.json").string(), home / "a/b.json"},
-        {"a place with a space", (home / "my film.json").string(), home / "my film.json"},
-        {"a place relative to the working folder", fs::relative(home / "c.json").string(),
+        {"an absolute path", (home / "a/b.json").string(), home / "a/b.json"},
+        {"a path with a space", (home / "my film.json").string(), home / "my film.json"},
+        {"a path relative to the working folder", fs::relative(home / "c.json").string(),
          fs::current_path() / fs::relative(home / "c.json")},
     };
     for (const Row& row : rows) {
@@ -98,14 +98,14 @@ TEST_F(Publish, writesTheManifestWhereItIsWanted) {
     }
 }
 
-TEST_F(Publish, anyNumberOfWorkersGivesTheSame) {
+TEST_F(Publish, GivesTheSameResultWithAnyNumberOfWorkers) {
     for (const char* workers : {"1", "3", "256"}) {
         const Outcome outcome = publish({"--workers", workers, "--dry-run"});
         EXPECT_EQ(outcome, (Outcome{0, steps(manifest(), dryRunStep), ""})) << workers;
     }
 }
 
-TEST_F(Publish, givesItsResultAsJSON) {
+TEST_F(Publish, PrintsItsResultAsJSON) {
     const std::string receipt =
         R"({"ok":true,"project_id":"vistrel_p_148de9c5a7a4","episode_id":"vistrel_p_148de9c5a7a4_episode_1",)"
         R"("imported_scenes":1,"imported_shots":1,"imported_assets":2,)"
@@ -131,7 +131,7 @@ TEST_F(Publish, givesItsResultAsJSON) {
     }
 }
 
-TEST_F(Publish, aReceiptWithoutCountsAndLinkIsShownAsFarAsItGoes) {
+TEST_F(Publish, ShowsAReceiptWithoutCountsAndLink) {
     const Outcome outcome = runCommandLineTool({"publish", workspace.snapshot.runManifest.string(),
                                                 "--vistrel", programPath("reluctant_importer"), "--dry-run"});
     EXPECT_EQ(
@@ -139,7 +139,7 @@ TEST_F(Publish, aReceiptWithoutCountsAndLinkIsShownAsFarAsItGoes) {
         (Outcome{0, replaced(steps(manifest(), dryRunStep), "1 scene, 1 shot, 2 files", "the film"), ""}));
 }
 
-TEST_F(Publish, theWholeSampleFilmIsPublished) {
+TEST_F(Publish, PublishesTheSampleFilm) {
     const Outcome outcome =
         runCommandLineTool({"publish", (sampleFilm() / "run.json").string(), "--vistrel",
                             programPath("vistrel"), "--output", (home / "handoff.json").string()},

@@ -33,7 +33,7 @@ std::vector<std::vector<std::string>> everyCommand(const std::filesystem::path& 
              manifest}};
 }
 
-TEST(StandardOutput, whereNothingCanBeWrittenIsAFileSystemFailure) {
+TEST(StandardOutput, CausesAFileSystemFailureWhenItCannotBeWritten) {
     struct Row {
         std::string sentence;
         int descriptor;

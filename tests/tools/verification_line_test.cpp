@@ -21,11 +21,11 @@ namespace kinovane::test {
 
 namespace {
 
-/// What a terminal showed in the end, and every line as it was drawn on the way.
+/// What a terminal showed at the end, and every line that was drawn before.
 struct Screen {
     int status = 0;
-    std::vector<std::string> drawn; ///< Between two returns to the line's beginning, without trailing blanks.
-    std::vector<std::string> lines; ///< Left standing, without trailing blanks.
+    std::vector<std::string> drawn; ///< Each text between two carriage returns, without trailing blanks.
+    std::vector<std::string> lines; ///< The lines at the end, without trailing blanks.
 };
 
 std::string withoutTrailingBlanks(std::string text) {
@@ -36,7 +36,7 @@ std::string withoutTrailingBlanks(std::string text) {
 std::string readAll(int terminal) {
     std::string text;
     std::vector<char> buffer(4096);
-    // Once the last program has let go of a terminal, reading from it fails.
+    // Reading fails when no process has the terminal open.
     for (ssize_t count = 0; (count = ::read(terminal, buffer.data(), buffer.size())) > 0;)
         text.append(buffer.data(), static_cast<std::size_t>(count));
     return text;
@@ -74,13 +74,13 @@ Screen runOnTerminal(const std::vector<std::string>& arguments, unsigned short c
     if (::openpty(&ends[0], &ends[1], nullptr, nullptr, &size) != 0)
         throw std::system_error(errno, std::generic_category(), "openpty");
     const Descriptor terminal(ends[0]);
-    const Descriptor nowhere(::open("/dev/null", O_WRONLY | O_CLOEXEC));
+    const Descriptor null(::open("/dev/null", O_WRONLY | O_CLOEXEC));
     ::fcntl(ends[0], F_SETFD, FD_CLOEXEC);
     pid_t child = 0;
     {
-        const Descriptor programsEnd(ends[1]);
+        const Descriptor childEnd(ends[1]);
         ::fcntl(ends[1], F_SETFD, FD_CLOEXEC);
-        child = startCommandLineTool(arguments, nowhere.get(), programsEnd.get());
+        child = startCommandLineTool(arguments, null.get(), childEnd.get());
     }
     Screen screen;
     const std::string text = readAll(terminal.get());
@@ -111,10 +111,10 @@ void fill(WorkspaceMaker& workspace) {
 
 const std::vector<std::string> nothing{""};
 
-/// How fast this machine is, is its own affair.
+/// The rate depends on the machine.
 const std::string rateAndNothingLeft = ", [0-9.]+ [kMGTPE]?B/s, 0:00 left";
 
-TEST(VerificationLine, isDrawnOnATerminalAndGoneAfterwards) {
+TEST(VerificationLine, IsErasedAfterTheLastFile) {
     WorkspaceMaker workspace;
     fill(workspace);
     writeDocuments(workspace);
@@ -131,7 +131,7 @@ TEST(VerificationLine, isDrawnOnATerminalAndGoneAfterwards) {
     }
 }
 
-TEST(VerificationLine, neverReachesTheEdgeOfTheTerminal) {
+TEST(VerificationLine, NeverReachesTheLastColumn) {
     WorkspaceMaker workspace;
     fill(workspace);
     writeDocuments(workspace);
@@ -146,7 +146,7 @@ TEST(VerificationLine, neverReachesTheEdgeOfTheTerminal) {
     }
 }
 
-TEST(VerificationLine, makesRoomForAMessage) {
+TEST(VerificationLine, IsErasedBeforeAMessage) {
     WorkspaceMaker workspace;
     fill(workspace);
     workspace.list("score", "lost.m4a");
@@ -158,7 +158,7 @@ TEST(VerificationLine, makesRoomForAMessage) {
     EXPECT_EQ(screen.lines, (Arguments{"kinovane: The handoff artifact is missing: lost.m4a", ""}));
 }
 
-TEST(VerificationLine, goesOnToTheEndAfterADamagedFile) {
+TEST(VerificationLine, ContinuesAfterADamagedFile) {
     WorkspaceMaker workspace;
     workspace.list("score", "lost.m4a");
     fill(workspace);
@@ -172,7 +172,7 @@ TEST(VerificationLine, goesOnToTheEndAfterADamagedFile) {
     EXPECT_EQ(screen.lines, nothing);
 }
 
-TEST(VerificationLine, isNotDrawnWhenAProgramWantsJSON) {
+TEST(VerificationLine, IsNotDrawnForJSONOutput) {
     WorkspaceMaker workspace;
     fill(workspace);
     writeDocuments(workspace);

@@ -46,20 +46,20 @@ void expectTexts(const std::vector<Row>& rows) {
     }
 }
 
-TEST(VerificationText, ofTheWayThroughAFilm) {
+TEST(VerificationText, ShowsTheProgress) {
     expectTexts({
         {"the beginning", 80, 0s, {0, 9, 0, 3'000'000'000}, "[----------]   0%  0 of 9 files, 0 B of 3.0 GB"},
-        {"a while in which nothing was read",
+        {"time passed and nothing was read",
          80,
          5s,
          {0, 9, 0, 3'000'000'000},
          "[----------]   0%  0 of 9 files, 0 B of 3.0 GB"},
-        {"no time in which something was read",
+        {"no time passed and something was read",
          80,
          0s,
          {0, 9, 1'000'000, 3'000'000'000},
          "[----------]   0%  0 of 9 files, 1.0 MB of 3.0 GB"},
-        {"on the way",
+        {"some files done",
          80,
          10s,
          {3, 9, 400'000'000, 3'000'000'000},
@@ -79,17 +79,17 @@ TEST(VerificationText, ofTheWayThroughAFilm) {
          10s,
          {9, 9, 3'000'000'000, 3'000'000'000},
          "[##########] 100%  9 of 9 files, 3.0 GB of 3.0 GB, 300.0 MB/s, 0:00 left"},
-        {"all bytes, and a file of none to come",
+        {"all bytes done, and an empty file left",
          80,
          1s,
          {1, 2, 5, 5},
          "[#########-]  99%  1 of 2 files, 5 B of 5 B, 5 B/s, 0:00 left"},
-        {"files of no bytes", 80, 1s, {1, 4, 0, 0}, "[##--------]  25%  1 of 4 files, 0 B of 0 B"},
+        {"empty files", 80, 1s, {1, 4, 0, 0}, "[##--------]  25%  1 of 4 files, 0 B of 0 B"},
         {"no files", 80, 1s, {0, 0, 0, 0}, "[##########] 100%  0 of 0 files, 0 B of 0 B"},
     });
 }
 
-TEST(VerificationText, ofTheTimeLeft) {
+TEST(VerificationText, ShowsTheTimeLeft) {
     const auto row = [](std::string sentence, std::uint64_t bytesTotal, const std::string& size,
                         const std::string& left) {
         return Row{std::move(sentence),
@@ -102,13 +102,13 @@ TEST(VerificationText, ofTheTimeLeft) {
         row("an hour less a second", 3600, "3.6 kB", "59:59 left"),
         row("an hour", 3601, "3.6 kB", "1:00:00 left"),
         row("hours", 7266, "7.3 kB", "2:01:05 left"),
-        row("the longest that is told", 360000, "360.0 kB", "99:59:59 left"),
+        row("the longest time that is shown", 360000, "360.0 kB", "99:59:59 left"),
         row("longer", 360001, "360.0 kB", "over 99 hours left"),
-        row("beyond all measure", most, "9.2 EB", "over 99 hours left"),
+        row("the longest time there can be", most, "9.2 EB", "over 99 hours left"),
     });
 }
 
-TEST(VerificationText, ofTerminalsOfAnyWidth) {
+TEST(VerificationText, FitsTerminalsOfAnyWidth) {
     const Counts half{1, 2, 1'500'000, 3'000'000};
     expectTexts({
         {"wide", 100, 1s, half,
@@ -130,15 +130,15 @@ TEST(VerificationText, ofTerminalsOfAnyWidth) {
         {"just wide enough for the time left", 58, 1s, half,
          " 50%  1 of 2 files, 1.5 MB of 3.0 MB, 1.5 MB/s, 0:01 left"},
         {"one column less", 57, 1s, half, " 50%  1 of 2 files, 1.5 MB of 3.0 MB, 1.5 MB/s"},
-        {"no room for the rate", 40, 1s, half, " 50%  1 of 2 files, 1.5 MB of 3.0 MB"},
-        {"no room for the bytes", 30, 1s, half, " 50%  1 of 2 files"},
-        {"no room for the files", 10, 1s, half, " 50%"},
-        {"hardly any room", 4, 1s, half, " 50"},
+        {"too narrow for the rate", 40, 1s, half, " 50%  1 of 2 files, 1.5 MB of 3.0 MB"},
+        {"too narrow for the bytes", 30, 1s, half, " 50%  1 of 2 files"},
+        {"too narrow for the files", 10, 1s, half, " 50%"},
+        {"too narrow for the percent sign", 4, 1s, half, " 50"},
         {"one column", 1, 1s, half, ""},
     });
 }
 
-TEST(VerificationText, countsNoFurtherThanSizesGo) {
+TEST(VerificationText, LimitsSizesTo64Bits) {
     expectTexts({
         {"as many bytes as there can be",
          80,

@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 using Arguments = std::vector<std::string>;
 
-/// A copy of the sample film, to be spoilt.
+/// A copy of the sample film that a test may damage.
 class FilmCopy {
   public:
     FilmCopy() { fs::copy(sampleFilm(), root(), fs::copy_options::recursive); }
@@ -41,7 +41,7 @@ class FilmCopy {
     TemporaryDirectory directory_;
 };
 
-/// A damaged file as it is listed.
+/// A damaged file as reported.
 struct Damage {
     std::string path, kind, description;
 };
@@ -58,10 +58,10 @@ const Damage folder{"score/score.m4a", "unreadable",
 const Damage otherFolder{"frames/shot-01.png", "unreadable",
                          "The handoff artifact could not be read: frames/shot-01.png (Is a directory)"};
 
-/// One way to spoil the film, and all that is said of it.
+/// A damage to the film, and the expected report.
 struct Row {
     std::string sentence;
-    std::function<void(const FilmCopy&)> spoil;
+    std::function<void(const FilmCopy&)> damage;
     int status;
     std::vector<Damage> damaged;
     std::string lastLine;
@@ -91,12 +91,12 @@ std::vector<Row> rows() {
          4,
          {misplaced},
          "1 of 59 files is damaged."},
-        {"a folder in the place of a file",
+        {"a folder instead of a file",
          [](const FilmCopy& film) { film.makeFolder("score/score.m4a"); },
          6,
          {folder},
          "1 of 59 files is damaged."},
-        {"folders in the place of two files",
+        {"folders instead of two files",
          [](const FilmCopy& film) {
              film.makeFolder("score/score.m4a");
              film.makeFolder("frames/shot-01.png");
@@ -104,7 +104,7 @@ std::vector<Row> rows() {
          6,
          {otherFolder, folder},
          "2 of 59 files are damaged."},
-        {"everything at once, in the project's order",
+        {"every damage at once, in the project's order",
          [](const FilmCopy& film) {
              film.remove("poster.png");
              film.makeFolder("score/score.m4a");
@@ -117,8 +117,8 @@ std::vector<Row> rows() {
     };
 }
 
-Outcome verify(const fs::path& place, const Arguments& options = {}) {
-    Arguments arguments{"verify", place.string()};
+Outcome verify(const fs::path& location, const Arguments& options = {}) {
+    Arguments arguments{"verify", location.string()};
     arguments.insert(arguments.end(), options.begin(), options.end());
     return runCommandLineTool(std::move(arguments));
 }
@@ -129,11 +129,11 @@ boost::json::value parsed(const Outcome& outcome) {
     return boost::json::parse(outcome.out);
 }
 
-TEST(Verify, listsTheDamagedFiles) {
+TEST(Verify, ListsTheDamagedFiles) {
     for (const Row& row : rows()) {
         SCOPED_TRACE(row.sentence);
         const FilmCopy film;
-        row.spoil(film);
+        row.damage(film);
         std::string out;
         for (const Damage& damage : row.damaged)
             out += damage.description + "\n";
@@ -144,11 +144,11 @@ TEST(Verify, listsTheDamagedFiles) {
     }
 }
 
-TEST(Verify, listsTheDamagedFilesAsJSON) {
+TEST(Verify, ListsTheDamagedFilesAsJSON) {
     for (const Row& row : rows()) {
         SCOPED_TRACE(row.sentence);
         const FilmCopy film;
-        row.spoil(film);
+        row.damage(film);
         const Outcome outcome = verify(film.root() / "run.json", {"--json"});
         EXPECT_EQ(outcome.status, row.status);
         boost::json::array damaged;
@@ -162,7 +162,7 @@ TEST(Verify, listsTheDamagedFilesAsJSON) {
     }
 }
 
-TEST(Verify, filmsOfOtherKinds) {
+TEST(Verify, AcceptsFilmsWithFewFilesAndWithoutAPlan) {
     struct OtherRow {
         std::string sentence;
         std::function<void(WorkspaceMaker&)> prepare;
@@ -180,11 +180,11 @@ TEST(Verify, filmsOfOtherKinds) {
              film.snapshot.productionPlan.reset();
          },
          0, "All files are sound: 1 file, 3 B.\n", R"({"files":1,"bytes":3,"sound":1,"damaged":[]})"},
-        {"a path that climbs", [](WorkspaceMaker& film) { film.list("poster", "../a.png"); }, 4,
+        {"a path that leaves the folder", [](WorkspaceMaker& film) { film.list("poster", "../a.png"); }, 4,
          "The handoff contains an unsafe artifact path: ../a.png\n1 of 1 file is damaged.\n",
          R"({"files":1,"bytes":0,"sound":0,"damaged":[{"path":"../a.png","kind":"unsafe",)"
          R"("description":"The handoff contains an unsafe artifact path: ../a.png"}]})"},
-        {"a path that would steer a terminal",
+        {"a path with control characters",
          [](WorkspaceMaker& film) { film.list("poster", "a\x1b[31m\n.png"); }, 4,
          "The handoff artifact is missing: a [31m .png\n1 of 1 file is damaged.\n",
          R"({"files":1,"bytes":0,"sound":0,"damaged":[{"path":"a\u001b[31m\n.png","kind":"missing",)"
@@ -202,10 +202,10 @@ TEST(Verify, filmsOfOtherKinds) {
     }
 }
 
-TEST(Verify, aWorkspaceThatCannotBeRead) {
+TEST(Verify, ReportsAWorkspaceThatCannotBeRead) {
     struct BadRow {
         std::string sentence;
-        std::function<void(const FilmCopy&)> spoil;
+        std::function<void(const FilmCopy&)> damage;
         std::string message;
     };
     const std::vector<BadRow> badRows{
@@ -220,7 +220,7 @@ TEST(Verify, aWorkspaceThatCannotBeRead) {
         for (const Arguments& options : {Arguments{}, Arguments{"--json"}}) {
             SCOPED_TRACE(row.sentence);
             const FilmCopy film;
-            row.spoil(film);
+            row.damage(film);
             EXPECT_EQ(verify(film.root(), options),
                       (Outcome{3, "",
                                "kinovane: " + replaced(row.message, "{ROOT}", film.root().string()) + "\n"}));

@@ -16,7 +16,7 @@ namespace kinovane::tool {
 
 namespace {
 
-constexpr unsigned mostWorkers = 256;
+constexpr unsigned maximumWorkers = 256;
 constexpr std::size_t optionColumn = 26;
 
 constexpr const char* workspaceHelp = "The run.json of the film's workspace, or the folder that holds it";
@@ -68,18 +68,19 @@ Ends with the status 0 when all four programs are there and quexrun answers, and
 otherwise with 5. That no model is installed is told, but is no failure.
 )";
 
-unsigned coresOfThisMachine() { return std::clamp(std::thread::hardware_concurrency(), 1U, mostWorkers); }
+unsigned defaultWorkers() { return std::clamp(std::thread::hardware_concurrency(), 1U, maximumWorkers); }
 
-std::string complaintAboutWorkers(const std::string& text) {
+/// A CLI11 validator: the error message, or an empty text.
+std::string workersError(const std::string& text) {
     unsigned number = 0;
     const char* end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, number);
-    if (error == std::errc() && rest == end && number >= 1 && number <= mostWorkers)
+    if (error == std::errc() && rest == end && number >= 1 && number <= maximumWorkers)
         return {};
-    return "\"" + text + "\" is not a whole number from 1 to " + std::to_string(mostWorkers);
+    return "\"" + text + "\" is not a whole number from 1 to " + std::to_string(maximumWorkers);
 }
 
-/// CLI11 ends some messages with a line break of its own.
+/// CLI11 ends some of its messages with a line break.
 std::string trimmed(std::string text) {
     while (!text.empty() && text.back() == '\n')
         text.pop_back();
@@ -93,8 +94,8 @@ std::string helpText(const CLI::App& app) {
     return trimmed(text.substr(begin)) + "\n";
 }
 
-UsageError usageError(std::string complaint, const std::string& help) {
-    return UsageError(trimmed(std::move(complaint)) + "\nFor help: " + help);
+UsageError usageError(std::string message, const std::string& help) {
+    return UsageError(trimmed(std::move(message)) + "\nFor help: " + help);
 }
 
 CLI::App* addInspect(CLI::App& app, InspectRequest& request) {
@@ -107,12 +108,12 @@ CLI::App* addInspect(CLI::App& app, InspectRequest& request) {
 }
 
 void addWorkers(CLI::App& command, unsigned& workers) {
-    workers = coresOfThisMachine();
+    workers = defaultWorkers();
     command
         .add_option("--workers", workers,
                     "How many files to verify at once (default: one for each core of this machine)")
         ->type_name("N")
-        ->check(complaintAboutWorkers);
+        ->check(workersError);
 }
 
 CLI::App* addVerify(CLI::App& app, VerifyRequest& request) {
@@ -151,8 +152,11 @@ CLI::App* addDoctor(CLI::App& app, DoctorRequest& request) {
         app.add_subcommand("doctor", "Show which outside programs and models are there, and what to do about "
                                      "those that are not")
             ->group("Commands");
-    const auto addProgram = [&](const std::string& name, std::string& place, const std::string& what) {
-        command->add_option("--" + name, place, what + ": its name, or its path (default: " + name + ")")
+    const auto addProgram = [&](const std::string& name, std::string& program,
+                                const std::string& description) {
+        command
+            ->add_option("--" + name, program,
+                         description + ": its name, or its path (default: " + name + ")")
             ->type_name("PROGRAM");
     };
     addProgram("film", request.film, "The film tool");

@@ -13,14 +13,14 @@
 
 namespace kinovane::tool {
 
-/// Text that was asked for instead of work: the help, or the version.
+/// The help or the version, to be printed.
 struct Notice {
     std::string text;
 };
 
 using Command = std::variant<Notice, InspectRequest, VerifyRequest, PublishRequest, DoctorRequest>;
 
-/// Arguments that make no sense.
+/// The arguments are not a valid command line.
 class UsageError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;

@@ -9,7 +9,7 @@ namespace kinovane::tool {
 
 namespace {
 
-/// What to do about each kind of failure.
+/// The advice for each case of the error.
 class Advice {
   public:
     explicit Advice(const ProgramFinding& program)
@@ -47,12 +47,12 @@ class Advice {
 
 } // namespace
 
-std::size_t Diagnosis::complaints() const {
+std::size_t Diagnosis::problemCount() const {
     return static_cast<std::size_t>(std::ranges::count_if(
-        programs(), [](const ProgramFinding* program) { return program->complaint.has_value(); }));
+        programs(), [](const ProgramFinding* program) { return program->problem.has_value(); }));
 }
 
-Complaint complaintAbout(const ProgramFinding& program, const FilmToolError& error) {
+Problem problemOf(const ProgramFinding& program, const FilmToolError& error) {
     return {error.errorDescription(), std::visit(Advice(program), error.value())};
 }
 

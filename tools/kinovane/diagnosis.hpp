@@ -13,39 +13,39 @@
 
 namespace kinovane::tool {
 
-/// Why something does not serve, and what a person can do about it.
-struct Complaint {
-    std::string description; ///< The library's words.
+/// Why a program cannot be used, and what the user can do about it.
+struct Problem {
+    std::string description; ///< The library's error description.
     std::string advice;      ///< One sentence.
 
-    bool operator==(const Complaint&) const = default;
+    bool operator==(const Problem&) const = default;
 };
 
-/// What became of one of the outside programs.
+/// The state of one external program.
 struct ProgramFinding {
-    std::string role; ///< "film"; also the name that is looked for by default, and that of the option.
-    std::string name; ///< As it was asked for: a name, or a path.
-    std::optional<std::filesystem::path> place; ///< Where it was found.
-    std::optional<Complaint> complaint;         ///< With a place, the program is there but does not answer.
+    std::string role; ///< Such as "film": the default name, and the name of the option.
+    std::string name; ///< As requested: a name or a path.
+    std::optional<std::filesystem::path> path; ///< Absent when the program was not found.
+    std::optional<Problem> problem;            ///< With a path: the program was found but failed.
 };
 
-/// Why a certain copy of pi is the one that is used.
-enum class PiOrigin { searchPath, namedPlace, installedCopy };
+/// Where the copy of pi that is used comes from.
+enum class PiOrigin { searchPath, namedPath, installedCopy };
 
-/// All that is known of the outside programs.
+/// The state of all external programs.
 struct Diagnosis {
     ProgramFinding film, vistrel, quexrun, pi;
     std::optional<PiOrigin> piOrigin;                ///< Absent when no pi was found.
     std::vector<std::filesystem::path> installedPis; ///< Newest version first.
-    std::optional<QuexRunAgentStatus> agent;         ///< Absent when quexrun gave no answer.
+    std::optional<QuexRunAgentStatus> agent;         ///< Absent when quexrun gave no valid reply.
 
     std::vector<const ProgramFinding*> programs() const { return {&film, &vistrel, &quexrun, &pi}; }
 
-    /// How many programs are missing or do not answer.
-    std::size_t complaints() const;
+    /// How many programs are missing or fail.
+    std::size_t problemCount() const;
 };
 
-/// What to say of a program that failed in this way.
-Complaint complaintAbout(const ProgramFinding& program, const FilmToolError& error);
+/// The problem of a program whose lookup or run ended with this error.
+Problem problemOf(const ProgramFinding& program, const FilmToolError& error);
 
 } // namespace kinovane::tool

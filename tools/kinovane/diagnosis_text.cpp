@@ -17,10 +17,10 @@ namespace {
 using enum TextTable::Alignment;
 
 constexpr const char* modelAdvice = "Install a model that quexrun can start.";
-constexpr const char* noAnswer = "  not known, because quexrun gave no answer\n";
+constexpr const char* noReply = "  not known, because quexrun gave no answer\n";
 
 std::string summaryText(const Diagnosis& diagnosis) {
-    const std::size_t count = diagnosis.complaints();
+    const std::size_t count = diagnosis.problemCount();
     if (count == 0)
         return "All four programs are there, and quexrun answers.\n";
     if (count == diagnosis.programs().size())
@@ -29,7 +29,7 @@ std::string summaryText(const Diagnosis& diagnosis) {
            (count == 1 ? "is missing or does" : "are missing or do") + " not answer.\n";
 }
 
-/// An outside program's words may take several lines, and end with a line break.
+/// An error description from an external program may have several lines and end with a line break.
 std::vector<std::string> plainLines(std::string_view text) {
     text = text.substr(0, text.find_last_not_of('\n') + 1);
     std::vector<std::string> lines;
@@ -46,13 +46,13 @@ std::string programsText(const Diagnosis& diagnosis) {
     TextTable table({left, left, left});
     for (const ProgramFinding* program : diagnosis.programs()) {
         std::string role = program->role;
-        if (program->place)
-            table.addWhole({std::exchange(role, ""), "found", plainText(program->place->string())});
-        if (program->complaint) {
-            const auto& [description, advice] = *program->complaint;
-            std::string state = program->place ? "FAILING" : "MISSING";
+        if (program->path)
+            table.addUnwrapped({std::exchange(role, ""), "found", plainText(program->path->string())});
+        if (program->problem) {
+            const auto& [description, advice] = *program->problem;
+            std::string state = program->path ? "FAILING" : "MISSING";
             for (const std::string& line : plainLines(description))
-                table.addWhole({std::exchange(role, ""), std::exchange(state, ""), line});
+                table.addUnwrapped({std::exchange(role, ""), std::exchange(state, ""), line});
             table.add({"", "", advice});
         }
     }
@@ -63,7 +63,7 @@ const char* originText(PiOrigin origin) {
     switch (origin) {
     case PiOrigin::searchPath:
         return "on the search path";
-    case PiOrigin::namedPlace:
+    case PiOrigin::namedPath:
         return "named with --pi";
     case PiOrigin::installedCopy:
         break;
@@ -77,7 +77,7 @@ const char* choiceText(const std::optional<PiOrigin>& origin) {
     switch (*origin) {
     case PiOrigin::searchPath:
         return "  What is on the search path comes before the installed copies.\n";
-    case PiOrigin::namedPlace:
+    case PiOrigin::namedPath:
         return "  What is named with --pi comes before the installed copies.\n";
     case PiOrigin::installedCopy:
         break;
@@ -90,11 +90,11 @@ std::string copiesText(const Diagnosis& diagnosis) {
         return "\nCopies of pi\n  none\n";
     TextTable table({left, left, left});
     bool fromCopies = diagnosis.piOrigin == PiOrigin::installedCopy;
-    if (diagnosis.piOrigin && diagnosis.pi.place && !fromCopies)
-        table.addWhole({"USED", originText(*diagnosis.piOrigin), plainText(diagnosis.pi.place->string())});
+    if (diagnosis.piOrigin && diagnosis.pi.path && !fromCopies)
+        table.addUnwrapped({"USED", originText(*diagnosis.piOrigin), plainText(diagnosis.pi.path->string())});
     for (const std::filesystem::path& copy : diagnosis.installedPis)
-        table.addWhole({std::exchange(fromCopies, false) ? "USED" : "", originText(PiOrigin::installedCopy),
-                        plainText(copy.string())});
+        table.addUnwrapped({std::exchange(fromCopies, false) ? "USED" : "",
+                            originText(PiOrigin::installedCopy), plainText(copy.string())});
     return "\nCopies of pi\n" + table.text() + choiceText(diagnosis.piOrigin);
 }
 
@@ -102,13 +102,13 @@ std::string yesOrNo(bool value) { return value ? "yes" : "no"; }
 
 std::string modelsText(const std::optional<QuexRunAgentStatus>& agent) {
     if (!agent)
-        return std::string("\nModels\n") + noAnswer;
+        return std::string("\nModels\n") + noReply;
     auto best = agent->bestInstalledModel();
     TextTable table({left, left, left, left, left, right, left});
     table.add({"", "name", "id", "installed", "startable", "memory", "engine"});
     for (const QuexRunAgentModel& model : agent->models) {
         const bool marked = best == model;
-        if (marked) // The same model may be listed twice; the first of them counts.
+        if (marked) // Only the first of two equal models is marked.
             best.reset();
         table.add({marked ? "BEST" : "", plainText(model.displayName), plainText(model.id),
                    yesOrNo(model.installed), yesOrNo(model.startableByQuexRun),
@@ -123,21 +123,21 @@ std::string modelsText(const std::optional<QuexRunAgentStatus>& agent) {
 std::string agentPiText(const std::optional<QuexRunAgentStatus>& agent) {
     const char* title = "\nWhat quexrun says of its own pi\n";
     if (!agent)
-        return std::string(title) + noAnswer;
+        return std::string(title) + noReply;
     TextTable table({left, left});
     table.add({"Installed", yesOrNo(agent->pi.installed)});
     table.add({"Version", plainText(agent->pi.version.value_or("not given"))});
-    table.addWhole({"Place", plainText(agent->pi.path.value_or("not given"))});
+    table.addUnwrapped({"Place", plainText(agent->pi.path.value_or("not given"))});
     return title + table.text();
 }
 
 JSONObject programJSON(const ProgramFinding& program) {
-    const auto& complaint = program.complaint;
+    const auto& problem = program.problem;
     return JSONObject()
         .add("name", program.name)
-        .add("path", program.place ? JSONValue(program.place->string()) : JSONValue(nullptr))
-        .add("error", complaint ? JSONValue(complaint->description) : JSONValue(nullptr))
-        .add("advice", complaint ? JSONValue(complaint->advice) : JSONValue(nullptr));
+        .add("path", program.path ? JSONValue(program.path->string()) : JSONValue(nullptr))
+        .add("error", problem ? JSONValue(problem->description) : JSONValue(nullptr))
+        .add("advice", problem ? JSONValue(problem->advice) : JSONValue(nullptr));
 }
 
 JSONValue originJSON(const std::optional<PiOrigin>& origin) {
@@ -146,7 +146,7 @@ JSONValue originJSON(const std::optional<PiOrigin>& origin) {
     switch (*origin) {
     case PiOrigin::searchPath:
         return "search-path";
-    case PiOrigin::namedPlace:
+    case PiOrigin::namedPath:
         return "named-place";
     case PiOrigin::installedCopy:
         break;
@@ -160,12 +160,12 @@ JSONValue agentJSON(const std::optional<QuexRunAgentStatus>& agent) {
     const auto best = agent->bestInstalledModel();
     JSONList models;
     for (const QuexRunAgentModel& model : agent->models)
-        models.add(JSONValue::ready(encodeJSON(model)));
+        models.add(JSONValue::fromJSON(encodeJSON(model)));
     return JSONObject()
         .add("models", models)
         .add("bestInstalledModel", best ? JSONValue(best->id) : JSONValue(nullptr))
         .add("advice", best ? JSONValue(nullptr) : JSONValue(modelAdvice))
-        .add("pi", JSONValue::ready(encodeJSON(agent->pi)));
+        .add("pi", JSONValue::fromJSON(encodeJSON(agent->pi)));
 }
 
 } // namespace
@@ -184,7 +184,7 @@ std::string jsonText(const Diagnosis& diagnosis) {
         copies.add(copy.string());
     const JSONValue document =
         JSONObject()
-            .add("ok", diagnosis.complaints() == 0)
+            .add("ok", diagnosis.problemCount() == 0)
             .add("programs", programs)
             .add("pi",
                  JSONObject().add("origin", originJSON(diagnosis.piOrigin)).add("installedCopies", copies))

@@ -8,7 +8,7 @@
 
 namespace kinovane::tool {
 
-/// The diagnosis as a person reads it.
+/// The diagnosis as text for the terminal.
 std::string humanText(const Diagnosis& diagnosis);
 
 /// The diagnosis as one line with one JSON object. Throws JSONEncodingError for a path that is not UTF-8.

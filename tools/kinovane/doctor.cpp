@@ -18,42 +18,42 @@ namespace {
 
 using Lookup = std::filesystem::path (*)(const std::string&);
 
-ProgramFinding lookedUp(std::string role, const std::string& name, Lookup lookup) {
+ProgramFinding findProgram(std::string role, const std::string& name, Lookup lookup) {
     ProgramFinding program{std::move(role), name, {}, {}};
     try {
-        program.place = lookup(name);
+        program.path = lookup(name);
     } catch (const FilmToolError& error) {
-        program.complaint = complaintAbout(program, error);
+        program.problem = problemOf(program, error);
     }
     return program;
 }
 
 PiOrigin originOf(const std::string& name) {
     if (name.find('/') != std::string::npos)
-        return PiOrigin::namedPlace;
-    return lookedUp("pi", name, FilmToolClient::resolveExecutable).place ? PiOrigin::searchPath
-                                                                         : PiOrigin::installedCopy;
+        return PiOrigin::namedPath;
+    return findProgram("pi", name, FilmToolClient::resolveExecutable).path ? PiOrigin::searchPath
+                                                                           : PiOrigin::installedCopy;
 }
 
-void ask(Diagnosis& diagnosis) {
+void queryAgent(Diagnosis& diagnosis) {
     try {
         diagnosis.agent = QuexRunAgentClient(diagnosis.quexrun.name).status().get();
     } catch (const FilmToolError& error) {
-        diagnosis.quexrun.complaint = complaintAbout(diagnosis.quexrun, error);
+        diagnosis.quexrun.problem = problemOf(diagnosis.quexrun, error);
     }
 }
 
 Diagnosis diagnose(const DoctorRequest& request) {
     Diagnosis diagnosis;
-    diagnosis.film = lookedUp("film", request.film, FilmToolClient::resolveExecutable);
-    diagnosis.vistrel = lookedUp("vistrel", request.vistrel, FilmToolClient::resolveExecutable);
-    diagnosis.quexrun = lookedUp("quexrun", request.quexrun, FilmToolClient::resolveExecutable);
-    diagnosis.pi = lookedUp("pi", request.pi, PiExecutableResolver::resolve);
-    if (diagnosis.pi.place)
+    diagnosis.film = findProgram("film", request.film, FilmToolClient::resolveExecutable);
+    diagnosis.vistrel = findProgram("vistrel", request.vistrel, FilmToolClient::resolveExecutable);
+    diagnosis.quexrun = findProgram("quexrun", request.quexrun, FilmToolClient::resolveExecutable);
+    diagnosis.pi = findProgram("pi", request.pi, PiExecutableResolver::resolve);
+    if (diagnosis.pi.path)
         diagnosis.piOrigin = originOf(request.pi);
     diagnosis.installedPis = PiExecutableResolver::bundledCandidates();
-    if (diagnosis.quexrun.place)
-        ask(diagnosis);
+    if (diagnosis.quexrun.path)
+        queryAgent(diagnosis);
     return diagnosis;
 }
 
@@ -62,7 +62,7 @@ Diagnosis diagnose(const DoctorRequest& request) {
 bool doctor(const DoctorRequest& request) {
     const Diagnosis diagnosis = diagnose(request);
     printResult(request.json ? jsonText(diagnosis) : humanText(diagnosis));
-    return diagnosis.complaints() == 0;
+    return diagnosis.problemCount() == 0;
 }
 
 } // namespace kinovane::tool

@@ -6,7 +6,7 @@
 
 namespace kinovane::tool {
 
-/// Names or paths of the outside programs.
+/// The names or paths of the external programs.
 struct DoctorRequest {
     std::string film = "film";
     std::string vistrel = "vistrel";
@@ -15,8 +15,9 @@ struct DoctorRequest {
     bool json = false;
 };
 
-/// Prints which outside programs are there and what the agent runtime says; whether all of them are there and
-/// answer. A program that fails is part of what is printed, and no exception.
+/// Prints which external programs are found, and the status of the agent runtime. Returns whether all
+/// programs are found and the agent runtime replies. A failing program is part of the output, not an
+/// exception.
 bool doctor(const DoctorRequest& request);
 
 } // namespace kinovane::tool

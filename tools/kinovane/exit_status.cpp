@@ -22,8 +22,8 @@ namespace kinovane::tool {
 
 namespace {
 
-/// What a film maker can use of it: the places and the system's own words, without the name of the call that
-/// failed.
+/// The paths and the message of the system, without the name of the failed call, which means nothing to a
+/// film maker.
 std::string describe(const std::filesystem::filesystem_error& error) {
     std::string text;
     if (!error.path1().empty())
@@ -35,7 +35,7 @@ std::string describe(const std::filesystem::filesystem_error& error) {
 
 ExitStatus report(ExitStatus status, std::string_view description) {
     std::string text = "kinovane: " + std::string(description);
-    // An outside program's words usually come with their own line break.
+    // Error output of an external program usually ends with a line break.
     if (text.back() != '\n')
         text += '\n';
     printMessage(text);
@@ -73,7 +73,7 @@ ExitStatus reportByClass() {
 ExitStatus reportCurrentException() noexcept {
     try {
         return reportByClass();
-    } catch (...) { // Not even the message could be made; the status still tells that something is wrong.
+    } catch (...) { // No memory for the message; the exit status still reports the failure.
         return ExitStatus::unexpected;
     }
 }

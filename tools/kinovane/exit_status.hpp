@@ -4,7 +4,7 @@
 
 namespace kinovane::tool {
 
-/// How the program ends; one status for each class of outcome.
+/// The exit statuses of the command-line tool.
 enum class ExitStatus {
     success = 0,
     unexpected = 1,
@@ -16,7 +16,7 @@ enum class ExitStatus {
     refused = 7,
 };
 
-/// Writes the exception that is being handled to standard error and gives the status to end with.
+/// Writes the exception that is being handled to standard error and returns the exit status for it.
 ExitStatus reportCurrentException() noexcept;
 
 } // namespace kinovane::tool

@@ -35,10 +35,11 @@ struct Range {
     char32_t first, last;
 };
 
+/// Combining marks and other characters without a width.
 constexpr std::array<Range, 4> invisible{
     {{0x0300, 0x036F}, {0x200B, 0x200F}, {0x20D0, 0x20FF}, {0xFE00, 0xFE0F}}};
 
-/// East Asian scripts and pictures take two columns.
+/// East Asian scripts and emoji, which are two columns wide.
 constexpr std::array<Range, 8> wide{{{0x1100, 0x115F},
                                      {0x2E80, 0xA4CF},
                                      {0xAC00, 0xD7A3},
@@ -54,7 +55,7 @@ bool isIn(const Ranges& ranges, char32_t value) {
         ranges, [&](const Range& range) { return value >= range.first && value <= range.last; });
 }
 
-bool steersTerminals(char32_t value) { return value < 0x20 || (value >= 0x7F && value <= 0x9F); }
+bool isControlCharacter(char32_t value) { return value < 0x20 || (value >= 0x7F && value <= 0x9F); }
 
 template <class... Values>
 std::string formatted(const char* format, Values... values) {
@@ -67,7 +68,7 @@ std::string formatted(const char* format, Values... values) {
 
 std::string durationText(double seconds) {
     const double milliseconds = std::round(std::abs(seconds) * 1000);
-    constexpr double exactLimit = 9007199254740992.0; // 2^53: beyond it, milliseconds mean nothing
+    constexpr double exactLimit = 9007199254740992.0; // 2^53: above it, a double is not exact to 1
     if (!(milliseconds < exactLimit))
         return formatted("%g seconds", seconds);
     const auto whole = static_cast<long long>(milliseconds);
@@ -95,7 +96,7 @@ std::string plainText(std::string_view text) {
     std::string plain;
     for (std::size_t position = 0; position < text.size();) {
         const auto [value, length] = codePointAt(text, position);
-        if (steersTerminals(value))
+        if (isControlCharacter(value))
             plain += ' ';
         else
             plain += text.substr(position, length);

@@ -10,23 +10,23 @@
 
 namespace kinovane::tool {
 
-/// Minutes, seconds and milliseconds: "1:02.500". Halves of a millisecond are rounded away from zero, as they
-/// are in a handoff manifest.
+/// Minutes, seconds and milliseconds: "1:02.500". Halves of a millisecond are rounded away from zero, as in
+/// a handoff manifest.
 std::string durationText(double seconds);
 
-/// "812 B", "27.3 kB", "1.5 GB": powers of 1000, as file managers show them.
+/// "812 B", "27.3 kB", "1.5 GB"; the units are powers of 1000.
 std::string sizeText(std::int64_t bytes);
 
 /// "1 file", "7 files".
 std::string countText(std::uint64_t count, std::string_view one, std::string_view many);
 
-/// Fit to stand within a line: what would move the cursor or steer a terminal becomes a space.
+/// The text with a space for every line break, tab and other control character.
 std::string plainText(std::string_view text);
 
-/// How many columns of a terminal the text takes.
+/// The width of the text in terminal columns.
 std::size_t displayWidth(std::string_view text);
 
-/// The text in lines of at most `width` columns, broken at spaces; a longer word keeps a line to itself.
+/// The text in lines of at most `width` columns, broken at spaces. A word longer than that gets its own line.
 std::vector<std::string> wrappedText(std::string_view text, std::size_t width);
 
 } // namespace kinovane::tool

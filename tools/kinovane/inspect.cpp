@@ -63,7 +63,7 @@ std::string factsText(const FilmWorkspaceSnapshot& workspace, const WorkspaceSum
         {"Running time", plan ? durationText(plan->plannedDurationSeconds) + " planned" : "not planned yet"});
     facts.add({"Treatment", presence(workspace.treatment.has_value())});
     facts.add({"Plan", presence(plan.has_value())});
-    facts.addWhole(
+    facts.addUnwrapped(
         {"Playable cut", summary.playableCut ? plainText(summary.playableCut->string()) : "none yet"});
     return facts.text();
 }

@@ -11,7 +11,7 @@ struct InspectRequest {
     bool json = false;
 };
 
-/// Prints what a person wants to know about a workspace. Throws FilmProjectError.
+/// Prints a summary of a workspace. Throws FilmProjectError.
 void inspect(const InspectRequest& request);
 
 } // namespace kinovane::tool

@@ -20,8 +20,8 @@ unsigned byteAt(std::string_view text, std::size_t position) {
     return position < text.size() ? static_cast<unsigned char>(text[position]) : 0;
 }
 
-/// The length of the well-formed UTF-8 sequence of more than one byte at `position`, or 0. Overlong forms,
-/// surrogates and what lies beyond U+10FFFF are kept out by the bounds of the second byte.
+/// The length of the well-formed UTF-8 sequence of more than one byte at `position`, or 0. The bounds of the
+/// second byte exclude overlong forms, surrogates and values above U+10FFFF.
 std::size_t sequenceLength(std::string_view text, std::size_t position) {
     const unsigned first = byteAt(text, position);
     const std::size_t length = first >= 0xC2 && first <= 0xDF   ? 2
@@ -86,14 +86,14 @@ void append(std::string& list, const std::string& item) {
 JSONValue::JSONValue(double value) {
     if (!std::isfinite(value))
         throw JSONEncodingError("", "the number is not finite");
-    std::array<char, 32> digits{}; // the shortest form of a double takes 24
+    std::array<char, 32> digits{}; // the shortest form of a double has at most 24
     const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), value);
     text_.assign(digits.data(), written.ptr);
 }
 
 JSONValue::JSONValue(std::string_view value) : text_(quoted(value)) {}
 
-JSONValue JSONValue::ready(std::string text) {
+JSONValue JSONValue::fromJSON(std::string text) {
     JSONValue value;
     value.text_ = std::move(text);
     return value;

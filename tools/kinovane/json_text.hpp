@@ -10,12 +10,12 @@
 
 namespace kinovane::tool {
 
-/// A JSON text under construction: every value knows how to write itself once.
+/// A JSON value as text.
 ///
 /// Throws JSONEncodingError for text that is not UTF-8 and for numbers that are not finite.
 class JSONValue {
   public:
-    // A value is made of whatever is added to an object or a list.
+    // Implicit, so that values can be passed to JSONObject::add and JSONList::add.
     // NOLINTBEGIN(google-explicit-constructor)
     JSONValue(std::nullptr_t /*null*/) : text_("null") {}
     template <std::same_as<bool> Boolean>
@@ -32,8 +32,8 @@ class JSONValue {
         : JSONValue(value ? JSONValue(*value) : JSONValue(nullptr)) {}
     // NOLINTEND(google-explicit-constructor)
 
-    /// A value that is JSON already.
-    static JSONValue ready(std::string text);
+    /// A value from text that is already JSON.
+    static JSONValue fromJSON(std::string text);
 
     const std::string& text() const { return text_; }
 
@@ -43,22 +43,23 @@ class JSONValue {
     std::string text_;
 };
 
-/// Members in the order in which they are added.
+/// A JSON object; members keep the order in which they are added.
 class JSONObject {
   public:
     JSONObject& add(std::string_view key, const JSONValue& value);
-    // NOLINTNEXTLINE(google-explicit-constructor): it is added like any other value
-    operator JSONValue() const { return JSONValue::ready("{" + members_ + "}"); }
+    // NOLINTNEXTLINE(google-explicit-constructor): added like any other value
+    operator JSONValue() const { return JSONValue::fromJSON("{" + members_ + "}"); }
 
   private:
     std::string members_;
 };
 
+/// A JSON list.
 class JSONList {
   public:
     JSONList& add(const JSONValue& value);
-    // NOLINTNEXTLINE(google-explicit-constructor): it is added like any other value
-    operator JSONValue() const { return JSONValue::ready("[" + values_ + "]"); }
+    // NOLINTNEXTLINE(google-explicit-constructor): added like any other value
+    operator JSONValue() const { return JSONValue::fromJSON("[" + values_ + "]"); }
 
   private:
     std::string values_;

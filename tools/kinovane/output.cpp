@@ -12,8 +12,8 @@ namespace kinovane::tool {
 
 namespace {
 
-/// The error number, or 0 once all is written. Straight to the descriptor: a buffer would put off the
-/// failure.
+/// The error number, or 0 when all is written. Unbuffered, so that a failure is reported here and not when
+/// the program ends.
 int writeAll(int descriptor, std::string_view text) noexcept {
     while (!text.empty()) {
         const ssize_t count = ::write(descriptor, text.data(), text.size());

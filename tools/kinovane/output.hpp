@@ -6,11 +6,11 @@
 
 namespace kinovane::tool {
 
-/// Writes to standard output, at once. Throws std::filesystem::filesystem_error when it cannot be written
-/// whole, so that nobody takes half a result for a result.
+/// Writes to standard output without a buffer. Throws std::filesystem::filesystem_error when not all of the
+/// text can be written.
 void printResult(std::string_view text);
 
-/// Writes to standard error as far as that is possible; there is nobody left to tell when it is not.
+/// Writes to standard error. Errors are ignored.
 void printMessage(std::string_view text) noexcept;
 
 } // namespace kinovane::tool

@@ -20,12 +20,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The steps as a person follows them; silent when one JSON object is wanted at the end.
+/// Prints each step when it is done; prints nothing when the result is printed as JSON.
 class StepReport {
   public:
     explicit StepReport(bool silent) : silent_(silent) {}
 
-    void tell(const std::string& step, const std::string& result) const {
+    void print(const std::string& step, const std::string& result) const {
         if (!silent_)
             printResult(step + std::string(step.size() < column ? column - step.size() : 1, ' ') +
                         plainText(result) + "\n");
@@ -70,33 +70,33 @@ void refuseUnlessOK(const VistrelImportReceipt& receipt, const char* refusal) {
         throw ImportRefused(refusal);
 }
 
-VistrelImportReceipt checked(const VistrelClient& vistrel, const fs::path& manifest,
-                             const StepReport& report) {
+VistrelImportReceipt validate(const VistrelClient& vistrel, const fs::path& manifest,
+                              const StepReport& report) {
     auto receipt = vistrel.validate(manifest).get();
     refuseUnlessOK(receipt, "Vistrel refused the manifest in the dry run. Nothing was imported.");
-    report.tell("Checked", "Vistrel accepts " + countsText(receipt));
+    report.print("Checked", "Vistrel accepts " + countsText(receipt));
     return receipt;
 }
 
-VistrelImportReceipt imported(const VistrelClient& vistrel, const fs::path& manifest,
-                              const StepReport& report) {
+VistrelImportReceipt import(const VistrelClient& vistrel, const fs::path& manifest,
+                            const StepReport& report) {
     auto receipt = vistrel.import(manifest).get();
     refuseUnlessOK(receipt, "Vistrel refused the import.");
-    report.tell("Imported", countsText(receipt));
-    report.tell("", receipt.projectURL.value_or("project " + receipt.projectId));
+    report.print("Imported", countsText(receipt));
+    report.print("", receipt.projectURL.value_or("project " + receipt.projectId));
     return receipt;
 }
 
 std::string jsonText(const VistrelHandoff& handoff, const fs::path& manifest, const std::string& digest,
-                     const VistrelImportReceipt& check, const std::optional<VistrelImportReceipt>& import) {
+                     const VistrelImportReceipt& check, const std::optional<VistrelImportReceipt>& imported) {
     const JSONValue document =
         JSONObject()
             .add("title", handoff.project.title)
             .add("verified",
                  JSONObject().add("files", handoff.assets.size()).add("bytes", totalBytes(handoff)))
             .add("manifest", JSONObject().add("path", manifest.string()).add("sha256", digest))
-            .add("checked", JSONValue::ready(encodeJSON(check)))
-            .add("imported", import ? JSONValue::ready(encodeJSON(*import)) : JSONValue(nullptr));
+            .add("checked", JSONValue::fromJSON(encodeJSON(check)))
+            .add("imported", imported ? JSONValue::fromJSON(encodeJSON(*imported)) : JSONValue(nullptr));
     return document.text() + "\n";
 }
 
@@ -105,30 +105,30 @@ std::string jsonText(const VistrelHandoff& handoff, const fs::path& manifest, co
 void publish(const PublishRequest& request) {
     const StepReport report(request.json);
     const FilmWorkspaceSnapshot workspace = FilmProjectLoader::load(runManifestAt(request.runManifest));
-    // Found out now rather than after gigabytes have been read.
+    // Looked up first, so that a missing program is reported before gigabytes are read.
     FilmToolClient::resolveExecutable(request.vistrel);
     const VistrelClient vistrel(request.vistrel);
-    report.tell("Loaded", workspace.project.title);
+    report.print("Loaded", workspace.project.title);
 
     const VistrelHandoff handoff = verifiedHandoff(workspace, request);
-    report.tell("Verified",
-                countText(handoff.assets.size(), "file", "files") + ", " + sizeText(totalBytes(handoff)));
+    report.print("Verified",
+                 countText(handoff.assets.size(), "file", "files") + ", " + sizeText(totalBytes(handoff)));
 
-    // Absolute, so that a name beginning with "-" is not taken for one of the importer's options.
+    // Absolute, so that the importer does not parse a name that begins with "-" as an option.
     const fs::path manifest =
         fs::absolute(request.manifest.value_or(workspace.root / "vistrel-handoff.json"));
     const std::string digest = VistrelHandoffBuilder::write(handoff, manifest);
-    report.tell("Written", manifest.string());
-    report.tell("", digest);
+    report.print("Written", manifest.string());
+    report.print("", digest);
 
-    const VistrelImportReceipt check = checked(vistrel, manifest, report);
-    std::optional<VistrelImportReceipt> import;
+    const VistrelImportReceipt check = validate(vistrel, manifest, report);
+    std::optional<VistrelImportReceipt> imported;
     if (request.dryRun)
-        report.tell("Imported", "nothing: this was a dry run");
+        report.print("Imported", "nothing: this was a dry run");
     else
-        import = imported(vistrel, manifest, report);
+        imported = import(vistrel, manifest, report);
     if (request.json)
-        printResult(jsonText(handoff, manifest, digest, check, import));
+        printResult(jsonText(handoff, manifest, digest, check, imported));
 }
 
 } // namespace kinovane::tool

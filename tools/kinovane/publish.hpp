@@ -11,21 +11,21 @@ namespace kinovane::tool {
 
 struct PublishRequest {
     std::filesystem::path runManifest;
-    std::string vistrel; ///< Name or path of Vistrel's program.
+    std::string vistrel; ///< The name or path of the importer.
     std::optional<std::filesystem::path> manifest;
     bool dryRun = false;
     unsigned workers = 1;
     bool json = false;
 };
 
-/// Vistrel's answer was a refusal.
+/// Vistrel refused the manifest or the import.
 class ImportRefused : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-/// Verifies the film's files, writes the handoff manifest, lets Vistrel check it and, unless it is a dry run,
-/// import it. Each step is told as soon as it is done.
+/// Verifies the film's files, writes the handoff manifest, validates it with Vistrel and, unless it is a dry
+/// run, imports it. Each step is printed when it is done.
 ///
 /// Throws FilmProjectError, VistrelHandoffError, JSONEncodingError, FilmToolError, ImportRefused and
 /// std::filesystem::filesystem_error.

@@ -25,11 +25,11 @@ std::string padding(const std::string& cell, std::size_t width) {
 
 void TextTable::add(std::vector<std::string> cells) { add(std::move(cells), true); }
 
-void TextTable::addWhole(std::vector<std::string> cells) { add(std::move(cells), false); }
+void TextTable::addUnwrapped(std::vector<std::string> cells) { add(std::move(cells), false); }
 
 void TextTable::add(std::vector<std::string> cells, bool wrapped) {
     if (cells.size() != columns_.size())
-        throw std::logic_error("a row with another number of cells than there are columns");
+        throw std::logic_error("a row must have one cell for each column");
     rows_.push_back({std::move(cells), wrapped});
 }
 
@@ -44,10 +44,10 @@ std::vector<std::size_t> TextTable::widths() const {
 std::string TextTable::text() const {
     const std::vector<std::size_t> width = widths();
     const std::size_t last = columns_.size() - 1;
-    std::size_t lastBegins = indent;
+    std::size_t lastColumn = indent;
     for (std::size_t column = 0; column < last; ++column)
-        lastBegins += width[column] + gap;
-    const std::size_t room = std::max(pageWidth - std::min(pageWidth, lastBegins), narrowestColumn);
+        lastColumn += width[column] + gap;
+    const std::size_t lastWidth = std::max(pageWidth - std::min(pageWidth, lastColumn), narrowestColumn);
 
     std::string text;
     for (const auto& [row, wrapped] : rows_) {
@@ -59,11 +59,11 @@ std::string TextTable::text() const {
         }
         if (columns_[last] == Alignment::right)
             line += padding(row[last], width[last]);
-        for (const std::string& piece : wrapped ? wrappedText(row[last], room) : std::vector{row[last]}) {
-            line += piece;
+        for (const std::string& part : wrapped ? wrappedText(row[last], lastWidth) : std::vector{row[last]}) {
+            line += part;
             line.erase(line.find_last_not_of(' ') + 1);
             text += line + "\n";
-            line.assign(lastBegins, ' ');
+            line.assign(lastColumn, ' ');
         }
     }
     return text;

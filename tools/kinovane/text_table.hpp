@@ -8,18 +8,18 @@
 
 namespace kinovane::tool {
 
-/// Rows of cells in aligned columns. The last column is wrapped to the page.
+/// Rows of cells in aligned columns. The last column is wrapped at 100 terminal columns.
 class TextTable {
   public:
     enum class Alignment { left, right };
 
     explicit TextTable(std::vector<Alignment> columns) : columns_(std::move(columns)) {}
 
-    /// As many cells as there are columns. Cells must be plain text.
+    /// Adds a row with one cell for each column. Cells must be plain text.
     void add(std::vector<std::string> cells);
 
-    /// The same, but the last cell keeps its line to itself however long it is, ready to be copied.
-    void addWhole(std::vector<std::string> cells);
+    /// The same, but the last cell is not wrapped, so that it can be copied.
+    void addUnwrapped(std::vector<std::string> cells);
 
     std::string text() const;
 

@@ -27,7 +27,7 @@ std::size_t terminalColumns() {
     return size.ws_col;
 }
 
-/// Rounded down, so that 100 means that all is done.
+/// Rounded down, so that 100 is shown only when everything is done.
 unsigned percentage(const VerificationProgress& progress) {
     const bool sized = progress.bytesTotal > 0;
     const auto done = static_cast<double>(sized ? progress.bytesDone : progress.filesDone);
@@ -41,7 +41,7 @@ std::string percentText(unsigned percent) {
     return std::string(percentWidth - std::min(percentWidth, digits.size()), ' ') + digits + "%";
 }
 
-/// Which parts there are depends on the terminal alone, so that nothing jumps about between two drawings.
+/// Its size depends only on the terminal, so that the other parts keep their columns when it is redrawn.
 std::string barText(unsigned percent, std::size_t columns) {
     if (columns < usualColumns)
         return "";
@@ -58,7 +58,7 @@ std::string sizeOf(std::uint64_t bytes) {
 
 std::string twoDigits(std::uint64_t number) { return (number < 10 ? "0" : "") + std::to_string(number); }
 
-/// "1:05 left", "2:01:05 left". Rounded up: nothing is left only when all is done.
+/// "1:05 left", "2:01:05 left". Rounded up, so that 0:00 is shown only when everything is done.
 std::string timeLeftText(double seconds) {
     constexpr double mostSeconds = 100.0 * 60 * 60 - 1;
     if (!(seconds <= mostSeconds))
@@ -85,14 +85,14 @@ std::function<void(const VerificationProgress&)> VerificationLine::callback() {
 
 std::string VerificationLine::text(const VerificationProgress& progress, std::size_t columns) const {
     const unsigned percent = percentage(progress);
-    // A line as wide as the terminal would wrap, and then could not be redrawn in place.
-    const std::size_t room = columns - std::min<std::size_t>(columns, 1);
+    // A line as wide as the terminal would wrap and could not be redrawn in place.
+    const std::size_t limit = columns - std::min<std::size_t>(columns, 1);
     std::string text = barText(percent, columns) + percentText(percent);
-    text.resize(std::min(text.size(), room));
+    text.resize(std::min(text.size(), limit));
     bool full = false;
-    // Half a number would be a wrong one, so a part is shown whole or not at all.
+    // A truncated number would be wrong, so each part is shown whole or not at all.
     const auto append = [&](const std::string& separator, const std::string& part) {
-        full = full || text.size() + separator.size() + part.size() > room;
+        full = full || text.size() + separator.size() + part.size() > limit;
         if (!full)
             text += separator + part;
     };
@@ -113,13 +113,13 @@ void VerificationLine::show(const VerificationProgress& progress) {
     if (!shown_)
         return;
     const std::string line = text(progress, terminalColumns());
-    const std::size_t leftovers = drawn_ - std::min(drawn_, line.size());
+    const std::size_t blanks = drawn_ - std::min(drawn_, line.size());
     drawn_ = line.size();
-    printMessage("\r" + line + std::string(leftovers, ' '));
+    printMessage("\r" + line + std::string(blanks, ' '));
 }
 
 void VerificationLine::erase() {
-    // Blanks rather than an escape sequence: every terminal understands them.
+    // Blanks instead of an escape sequence, because they work on every terminal.
     if (drawn_ > 0)
         printMessage("\r" + std::string(drawn_, ' ') + "\r");
     drawn_ = 0;

@@ -20,7 +20,7 @@ namespace kinovane::tool {
 
 namespace {
 
-/// What was found out about the film's files.
+/// The result of the examination.
 struct Findings {
     explicit Findings(const std::vector<ArtifactOutcome>& outcomes) {
         for (const ArtifactOutcome& outcome : outcomes) {

@@ -14,9 +14,9 @@ struct VerifyRequest {
     bool json = false;
 };
 
-/// Examines every file that is handed over and prints which of them are damaged, in the project's order. They
-/// are the result, and no exception: the status is `handoff` when a file is missing, changed or misplaced,
-/// and `fileSystem` when the only trouble is files that could not be read.
+/// Examines every file that is handed over and prints the damaged ones in the project's order. They are the
+/// result, not an exception: the status is `handoff` when a file is missing, changed or outside the project,
+/// and `fileSystem` when the only problem is files that could not be read.
 ///
 /// Throws FilmProjectError and std::filesystem::filesystem_error.
 ExitStatus verify(const VerifyRequest& request);

@@ -35,8 +35,7 @@ std::int64_t sum(std::int64_t left, std::int64_t right) {
     return right < 0 ? std::numeric_limits<std::int64_t>::min() : std::numeric_limits<std::int64_t>::max();
 }
 
-/// The film tool closes a request by applying or by dismissing it; whatever else it says, the request is
-/// still open.
+/// The film tool closes a request by applying or dismissing it; with any other status the request is open.
 bool isWaiting(const FilmReviewRequest& request) {
     return !request.appliedAt && request.status != "applied" && request.status != "dismissed";
 }
@@ -67,12 +66,12 @@ WorkspaceSummary::WorkspaceSummary(const FilmWorkspaceSnapshot& workspace)
     std::ranges::copy_if(project.reviewRequests, std::back_inserter(waitingRequests), isWaiting);
 }
 
-fs::path runManifestAt(const fs::path& place) {
-    std::error_code ignored; // Whatever is wrong with the place, the loader says it better.
-    // A folder that itself has the manifest's name is taken at its word, as the loader would.
-    if (place.filename() != "run.json" && fs::is_directory(place, ignored))
-        return place / "run.json";
-    return place;
+fs::path runManifestAt(const fs::path& location) {
+    std::error_code ignored; // The loader reports the error.
+    // A folder named "run.json" is treated as the manifest itself, as in the loader.
+    if (location.filename() != "run.json" && fs::is_directory(location, ignored))
+        return location / "run.json";
+    return location;
 }
 
 } // namespace kinovane::tool

@@ -16,19 +16,19 @@ namespace kinovane::tool {
 
 /// One of the ten steps of the proof.
 struct ProofStep {
-    std::string_view key;  ///< As the project document spells it.
-    std::string_view name; ///< As a person says it.
+    std::string_view key;  ///< The key in the project document.
+    std::string_view name; ///< The text that is shown.
     bool done;
 };
 
 struct ArtifactCount {
     std::uint64_t files = 0;
-    std::int64_t bytes = 0; ///< As recorded; sums stop at the ends of their range.
+    std::int64_t bytes = 0; ///< As recorded; the sum saturates at the limits of the type.
 
     void add(const FilmArtifact& artifact);
 };
 
-/// What is counted and chosen from a workspace before it is shown.
+/// The counts and lists that `inspect` shows.
 struct WorkspaceSummary {
     explicit WorkspaceSummary(const FilmWorkspaceSnapshot& workspace);
 
@@ -37,12 +37,12 @@ struct WorkspaceSummary {
     std::uint64_t shotsWithoutStatus = 0;
     std::map<std::string, ArtifactCount> artifactsByKind;
     ArtifactCount artifacts;
-    std::vector<FilmIssue> issues; ///< Those that block the film first.
+    std::vector<FilmIssue> issues; ///< Blocking issues first.
     std::vector<FilmReviewRequest> waitingRequests;
     std::optional<std::filesystem::path> playableCut;
 };
 
-/// The run manifest that a person means by a place: a folder stands for the "run.json" in it.
-std::filesystem::path runManifestAt(const std::filesystem::path& place);
+/// The path of the run manifest: for a folder the "run.json" in it, otherwise the given path.
+std::filesystem::path runManifestAt(const std::filesystem::path& location);
 
 } // namespace kinovane::tool

@@ -76,10 +76,10 @@ class GrammarParser {
                     return false;
                 continue;
             }
-            const Piece piece = pieceAt(rest_, 0);
-            if (!piece.whole || (piece.length == 1 && rest_.front() < ' '))
+            const Sequence sequence = sequenceAt(rest_, 0);
+            if (!sequence.valid || (sequence.length == 1 && rest_.front() < ' '))
                 return false;
-            rest_.remove_prefix(piece.length);
+            rest_.remove_prefix(sequence.length);
         }
         return false;
     }

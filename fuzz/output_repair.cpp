@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The output of a program is repaired as Unicode recommends, also where its bytes were read in two pieces.
+// Invalid UTF-8 in the output of a program is replaced as Unicode recommends, also where a read() ends within
+// a character.
 
 #include <array>
 #include <stdexcept>
@@ -21,21 +22,23 @@ namespace {
 
 void compareRepair(std::string_view text) {
     const std::string expected = repaired(text);
-    promise(repairUTF8(std::string(text)) == expected, "text is repaired as Unicode recommends", text);
-    promise(isUTF8(text) == isWellFormed(text), "UTF-8 is told from what is not", text);
-    promise(isUTF8(expected), "what was repaired is UTF-8", text);
+    promise(repairUTF8(std::string(text)) == expected, "invalid UTF-8 is replaced as Unicode recommends",
+            text);
+    promise(isUTF8(text) == isWellFormed(text), "valid and invalid UTF-8 are distinguished", text);
+    promise(isUTF8(expected), "repaired text is UTF-8", text);
     std::size_t ascii = 0;
     while (ascii < text.size() && static_cast<unsigned char>(text[ascii]) < 0x80)
         ++ascii;
-    promise(asciiLength(text) == ascii, "the plain beginning of a text is measured", text);
+    promise(asciiLength(text) == ascii, "the length of the ASCII prefix is correct", text);
     for (std::size_t position = 0; position < text.size(); ++position) {
-        const Piece piece = pieceAt(text, position);
-        promise(sequenceLength(text, position) == (piece.whole ? piece.length : 0),
-                "a character's length is that of its bytes", text.substr(position));
+        const Sequence sequence = sequenceAt(text, position);
+        promise(sequenceLength(text, position) == (sequence.valid ? sequence.length : 0),
+                "the length of a character is the number of its bytes", text.substr(position));
     }
 }
 
-/// A pipe that holds a text and whose writer is gone; the text has to fit it.
+/// The read end of a pipe that contains the text and whose write end is closed. The text must fit into the
+/// pipe.
 Descriptor pipeHolding(std::string_view text) {
     std::array<int, 2> ends{};
     if (::pipe(ends.data()) != 0)
@@ -47,12 +50,12 @@ Descriptor pipeHolding(std::string_view text) {
     return reading;
 }
 
-/// Output is read 4 KiB at first, so filling in front of it decides where its bytes are cut.
-void compareCapture(std::string_view text, std::size_t cut) {
+/// The first read() is for 4 KiB, so the length of the filling before the text determines where it is split.
+void compareCapture(std::string_view text, std::size_t split) {
     constexpr std::size_t firstRead = std::size_t{4} << 10U;
-    constexpr std::size_t mostText = std::size_t{16} << 10U;
-    text = text.substr(0, mostText);
-    std::string written(firstRead - cut % (std::min(text.size(), firstRead) + 1), '.');
+    constexpr std::size_t maximumText = std::size_t{16} << 10U;
+    text = text.substr(0, maximumText);
+    std::string written(firstRead - split % (std::min(text.size(), firstRead) + 1), '.');
     written += text;
     const Descriptor output = pipeHolding(written);
     const Descriptor errors = pipeHolding(text);
@@ -60,7 +63,7 @@ void compareCapture(std::string_view text, std::size_t cut) {
     promise(captured.output == written && captured.errors == text, "output is captured as it was written",
             text);
     promise(repairUTF8(captured.output) == repaired(written),
-            "output is repaired across the pieces it came in", text);
+            "output is repaired across the chunks in which it was read", text);
 }
 
 } // namespace
@@ -71,11 +74,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view input = textOf(data, size);
     if (input.empty())
         return 0;
-    const auto cut = static_cast<unsigned char>(input.front());
+    const auto split = static_cast<unsigned char>(input.front());
     const std::string_view text = input.substr(1);
     compareRepair(text);
-    // The pipes cost far more than the repair, so only few inputs go through them.
+    // Pipes are much slower than the repair, so only some inputs use them.
     if (text.size() % 16 == 0)
-        compareCapture(text, cut);
+        compareCapture(text, split);
     return 0;
 }

@@ -10,7 +10,7 @@ namespace kinovane::fuzz {
 void promise(bool kept, std::string_view what, std::string_view detail) {
     if (kept)
         return;
-    std::fprintf(stderr, "broken promise: %.*s\n", static_cast<int>(what.size()), what.data());
+    std::fprintf(stderr, "violated property: %.*s\n", static_cast<int>(what.size()), what.data());
     for (const char each : detail) {
         const auto byte = static_cast<unsigned char>(each);
         if (byte >= 0x20 && byte < 0x7F)

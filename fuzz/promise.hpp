@@ -6,8 +6,8 @@
 
 namespace kinovane::fuzz {
 
-/// Ends the process, so that the input is kept, unless the library kept its promise. `detail` is printed with
-/// every byte that is not plain text as a number.
+/// Aborts when `kept` is false, so that libFuzzer saves the input. Prints `what` and `detail`, with every
+/// byte of `detail` that is not printable ASCII as a number.
 void promise(bool kept, std::string_view what, std::string_view detail = {});
 
 } // namespace kinovane::fuzz

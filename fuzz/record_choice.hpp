@@ -7,8 +7,8 @@
 
 namespace kinovane::fuzz {
 
-/// The records that a target reads. The first byte of an input chooses one, and the rest is its document;
-/// kept inputs rely on the order, so new records go to the end.
+/// The records that a target decodes. The first byte of an input selects one, and the rest is its document.
+/// The regression corpus depends on the order: add new records at the end.
 template <class... Records>
 struct RecordChoice {
     /// Calls `use.template operator()<Record>(document)`.

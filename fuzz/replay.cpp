@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Gives a target every file of some folders: replay FOLDER…
-// A folder that is missing or empty is a failure, since nothing would then be checked.
+// Passes every file of the given folders to a target: replay FOLDER…
+// A missing or empty folder is an error, because nothing would be checked.
 
 #include <algorithm>
 #include <cstdio>
@@ -39,7 +39,7 @@ std::vector<fs::path> filesIn(const fs::path& folder) {
 void replay(const fs::path& folder) {
     const std::vector<fs::path> files = filesIn(folder);
     for (const fs::path& file : files) {
-        // Named beforehand, since a broken promise ends the process.
+        // Printed first, because the target may abort.
         std::printf("%s\n", file.c_str());
         std::fflush(stdout);
         const std::vector<std::uint8_t> bytes = bytesOf(file);

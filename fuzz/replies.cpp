@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Every reply of an outside program: it is read, and then answers what it is asked, or it is refused with a
-// message that a person can read.
+// Every reply of an external program is decoded, and the functions of the record return correct results, or
+// it is refused with a legible message.
 
 #include <kinovane/agent_runtime.hpp>
 #include <kinovane/handoff.hpp>
@@ -19,16 +19,16 @@ using Replies = RecordChoice<FilmStatusResponse, FilmVistrelExportReceipt, PiAge
                              FilmReviewRequest, FilmIssue, FilmProof>;
 
 template <class Record>
-void ask(const Record& /*record*/) {}
+void checkRecord(const Record& /*record*/) {}
 
-void ask(const FilmReviewRequest& request) {
+void checkRecord(const FilmReviewRequest& request) {
     promise(request.id() == request.shotId + ":" + request.recordedAt,
-            "a review request's id is made of shot and time", request.id());
+            "a review request's id consists of shot and time", request.id());
 }
 
-void ask(const FilmIssue& issue) { promise(issue.id() == issue.code, "an issue's id is its code"); }
+void checkRecord(const FilmIssue& issue) { promise(issue.id() == issue.code, "an issue's id is its code"); }
 
-void ask(const FilmProof& proof) {
+void checkRecord(const FilmProof& proof) {
     int complete = 0;
     for (const bool step :
          {proof.creation, proof.clips, proof.assembly, proof.dialogue, proof.sound, proof.captions,
@@ -37,38 +37,38 @@ void ask(const FilmProof& proof) {
     promise(proof.completedCount() == complete, "the complete steps are counted");
 }
 
-void ask(const FilmStatusResponse& status) {
+void checkRecord(const FilmStatusResponse& status) {
     for (const FilmReviewRequest& request : status.reviewRequests)
-        ask(request);
+        checkRecord(request);
     for (const FilmIssue& issue : status.issues)
-        ask(issue);
-    ask(status.proof);
+        checkRecord(issue);
+    checkRecord(status.proof);
 }
 
-/// Nothing usable is better than the best, and nothing earlier is as good.
-void ask(const QuexRunAgentStatus& status) {
+/// No usable model is better than the best, and no earlier one is as good.
+void checkRecord(const QuexRunAgentStatus& status) {
     const auto best = status.bestInstalledModel();
-    bool met = false;
+    bool found = false;
     for (const QuexRunAgentModel& model : status.models) {
         if (!model.installed || !model.startableByQuexRun)
             continue;
         promise(best.has_value(), "some model is best when one is usable");
         promise(model.recommendedUnifiedMemoryGB <= best->recommendedUnifiedMemoryGB,
                 "no usable model has more memory than the best", model.id);
-        if (!met && model.recommendedUnifiedMemoryGB == best->recommendedUnifiedMemoryGB) {
-            promise(model == *best, "the earliest of several best models is taken", model.id);
-            met = true;
+        if (!found && model.recommendedUnifiedMemoryGB == best->recommendedUnifiedMemoryGB) {
+            promise(model == *best, "the first of several best models is chosen", model.id);
+            found = true;
         }
     }
-    promise(met == best.has_value(), "the best model is one of the usable ones");
+    promise(found == best.has_value(), "the best model is one of the usable ones");
 }
 
-struct Read {
+struct CheckReply {
     template <class Record>
     void operator()(std::string_view document) const {
         const auto outcome = decodeWithinMemory<Record>(document);
         if (const auto* record = std::get_if<Record>(&outcome))
-            ask(*record);
+            checkRecord(*record);
     }
 };
 
@@ -77,6 +77,6 @@ struct Read {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace kinovane::fuzz;
-    Replies::apply(textOf(data, size), Read());
+    Replies::apply(textOf(data, size), CheckReply());
     return 0;
 }

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <string_view>
 
-/// What a fuzzer, or the replay of kept inputs, calls for every input. It ends the process when a promise of
-/// the library is broken. The name is libFuzzer's.
+/// Called for every input by the fuzzer or by the replay of the regression corpus. Aborts when a property of
+/// the library is violated. libFuzzer requires this name.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace kinovane::fuzz {

@@ -46,23 +46,23 @@ std::size_t matched(const Row& row, std::string_view text) {
 
 } // namespace
 
-Piece pieceAt(std::string_view text, std::size_t position) {
-    Piece piece;
+Sequence sequenceAt(std::string_view text, std::size_t position) {
+    Sequence longest;
     for (const Row& row : rows) {
         const std::size_t length = matched(row, text.substr(position));
         if (length == row.length)
             return {length, true};
-        piece.length = std::max(piece.length, length);
+        longest.length = std::max(longest.length, length);
     }
-    return piece;
+    return longest;
 }
 
 bool isWellFormed(std::string_view text) {
     for (std::size_t position = 0; position < text.size();) {
-        const Piece piece = pieceAt(text, position);
-        if (!piece.whole)
+        const Sequence sequence = sequenceAt(text, position);
+        if (!sequence.valid)
             return false;
-        position += piece.length;
+        position += sequence.length;
     }
     return true;
 }
@@ -70,27 +70,27 @@ bool isWellFormed(std::string_view text) {
 std::string repaired(std::string_view text) {
     std::string result;
     for (std::size_t position = 0; position < text.size();) {
-        const Piece piece = pieceAt(text, position);
-        if (piece.whole)
-            result += text.substr(position, piece.length);
+        const Sequence sequence = sequenceAt(text, position);
+        if (sequence.valid)
+            result += text.substr(position, sequence.length);
         else
             result += "\uFFFD";
-        position += piece.length;
+        position += sequence.length;
     }
     return result;
 }
 
 bool isLegible(std::string_view message) {
     for (std::size_t position = 0; position < message.size();) {
-        const Piece piece = pieceAt(message, position);
+        const Sequence sequence = sequenceAt(message, position);
         const auto byteAt = [&](std::size_t index) {
             return static_cast<unsigned char>(message[position + index]);
         };
-        const bool control =
-            piece.length == 1 ? byteAt(0) < 0x20 || byteAt(0) == 0x7F : byteAt(0) == 0xC2 && byteAt(1) < 0xA0;
-        if (!piece.whole || control)
+        const bool control = sequence.length == 1 ? byteAt(0) < 0x20 || byteAt(0) == 0x7F
+                                                  : byteAt(0) == 0xC2 && byteAt(1) < 0xA0;
+        if (!sequence.valid || control)
             return false;
-        position += piece.length;
+        position += sequence.length;
     }
     return true;
 }

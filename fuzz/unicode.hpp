@@ -6,26 +6,26 @@
 #include <string>
 #include <string_view>
 
-/// UTF-8 by Unicode's own table of well-formed byte sequences, to compare the library with. It shares nothing
-/// with the library, and is slow.
+/// UTF-8 according to Unicode's table of well-formed byte sequences: a simple and slow model that shares no
+/// code with the library.
 namespace kinovane::fuzz {
 
-/// The bytes that belong together at one place of a text: a character, or the longest beginning of one, or a
-/// byte that begins none.
-struct Piece {
+/// The bytes at a position of a text that belong together: a character, the longest prefix of one, or a
+/// single byte that begins no character.
+struct Sequence {
     std::size_t length = 1;
-    bool whole = false;
+    bool valid = false; ///< Whether it is a character.
 };
 
-/// `position` is inside `text`.
-Piece pieceAt(std::string_view text, std::size_t position);
+/// `position` must be inside `text`.
+Sequence sequenceAt(std::string_view text, std::size_t position);
 
 bool isWellFormed(std::string_view text);
 
-/// The text with one U+FFFD for each piece that is no character.
+/// The text with one U+FFFD for each sequence that is no character.
 std::string repaired(std::string_view text);
 
-/// Whether a person can read all of a message: it is UTF-8 and holds no control character.
+/// Whether the message is UTF-8 without control characters.
 bool isLegible(std::string_view message);
 
 } // namespace kinovane::fuzz

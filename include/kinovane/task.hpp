@@ -2,6 +2,11 @@
 
 #pragma once
 
+// First, because it refuses an older C++, and <coroutine> would do so less clearly.
+// clang-format off
+#include <kinovane/export.hpp>
+// clang-format on
+
 #include <coroutine>
 #include <exception>
 #include <functional>
@@ -11,8 +16,6 @@
 #include <type_traits>
 #include <utility>
 #include <variant>
-
-#include <kinovane/export.hpp>
 
 /// Asynchronous operations and their results.
 namespace kinovane {

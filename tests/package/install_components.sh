@@ -1,0 +1,47 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
+# Installs each component by itself and compares the files; then starts the installed command-line tool from a prefix
+# other than the one it was installed to:
+#   install_components.sh SOURCE BUILD WORK VERSION LIBDIR REAL_NAME SONAME LINK_NAME
+set -euo pipefail
+source=$1 build=$2 work=$3 version=$4 libdir=$5 realName=$6 soname=$7 linkName=$8
+rm -rf "$work"
+mkdir -p "$work"
+
+failed=0
+
+# expect COMPONENT FILES…
+expect() {
+    local component=$1 expected actual
+    shift
+    expected=$(printf '%s\n' "$@" | LC_ALL=C sort)
+    cmake --install "$build" --prefix "$work/$component" --component "$component" >/dev/null
+    actual=$(cd "$work/$component" && find . ! -type d | sed 's,^\./,,; s,Targets-[a-z]*\.cmake,Targets-CONFIG.cmake,' | LC_ALL=C sort)
+    if [ "$actual" != "$expected" ]; then
+        echo "the files of $component differ:"
+        diff <(echo "$expected") <(echo "$actual") || true
+        failed=1
+    fi
+}
+
+headers=()
+for header in "$source"/include/kinovane/*.hpp export.hpp version_macros.hpp; do
+    headers+=("include/kinovane/$(basename "$header")")
+done
+package=$libdir/cmake/KinovaneCore/KinovaneCore
+
+expect Runtime "$libdir/$realName" "$libdir/$soname"
+expect Development "$libdir/$linkName" "${headers[@]}" "$libdir/pkgconfig/kinovane-core.pc" \
+    "${package}Config.cmake" "${package}ConfigVersion.cmake" "${package}Targets.cmake" "${package}Targets-CONFIG.cmake"
+expect Tools bin/kinovane
+
+cmake --install "$build" --prefix "$work/before" --component Runtime >/dev/null
+cmake --install "$build" --prefix "$work/before" --component Tools >/dev/null
+mv "$work/before" "$work/after"
+unset LD_LIBRARY_PATH DYLD_LIBRARY_PATH
+actual=$("$work/after/bin/kinovane" --version) || true
+if [ "$actual" != "kinovane ${version%.*}" ]; then
+    echo "the moved command-line tool prints '$actual' as its version"
+    failed=1
+fi
+exit "$failed"

@@ -16,9 +16,9 @@ int main(int count, char** arguments) {
     try {
         const auto film = kinovane::FilmProjectLoader::load(arguments[1]);
         const auto handoff = kinovane::VistrelHandoffBuilder::build(film, film.root.string());
-        std::cout << "KinovaneCore " << KinovaneCoreVersionString << " (headers " << KINOVANE_VERSION_MAJOR << '.'
-                  << KINOVANE_VERSION_MINOR << '.' << KINOVANE_VERSION_PATCH << "): " << handoff.project.title << ", "
-                  << handoff.assets.size() << " assets\n";
+        std::cout << "KinovaneCore " << KinovaneCoreVersionString << " (headers " << KINOVANE_VERSION_MAJOR
+                  << '.' << KINOVANE_VERSION_MINOR << '.' << KINOVANE_VERSION_PATCH
+                  << "): " << handoff.project.title << ", " << handoff.assets.size() << " assets\n";
         // An error crosses the library's boundary as the type that it is.
         kinovane::FilmToolClient::resolveExecutable("no such program");
     } catch (const kinovane::FilmToolError& error) {

@@ -19,20 +19,20 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-TEST(AgentClient, HoldsTheNameAsItWasGiven) {
+TEST(AgentClient, KeepsTheNameOfItsProgram) {
     EXPECT_EQ(QuexRunAgentClient("~/quexrun").executable(), "~/quexrun");
     EXPECT_EQ(QuexRunAgentClient("a"), QuexRunAgentClient("a"));
     EXPECT_NE(QuexRunAgentClient("a"), QuexRunAgentClient("b"));
 }
 
-TEST(AgentClient, ArgumentsAndEnvironment) {
+TEST(AgentClient, PassesTheStatusCommandAndTheInheritedEnvironment) {
     const Recorder recorder(statusRow().fullDocument());
     EXPECT_EQ(QuexRunAgentClient(Recorder::path()).status().get(), fullStatus());
     EXPECT_EQ(recorder.arguments(), (Texts{"agent", "status", "--json"}));
     EXPECT_EQ(recorder.environment(), ownEnvironment());
 }
 
-TEST(AgentClient, Answers) {
+TEST(AgentClient, DecodesReplies) {
     const Variable errors("RECORDER_ERRORS", "Nothing to worry about.\n");
     struct Row {
         const char* sentence;
@@ -54,17 +54,17 @@ TEST(AgentClient, Answers) {
     }
 }
 
-TEST(AgentClient, AnswersThatAreNone) {
-    const Variable errors("RECORDER_ERRORS", "Not what the error tells.\n");
+TEST(AgentClient, RefusesRepliesThatCannotBeDecoded) {
+    const Variable errors("RECORDER_ERRORS", "Not part of the error.\n");
     struct Row {
         const char* sentence;
         std::string output;
         std::string expected;
     };
     const std::vector<Row> rows{
-        {"nothing", "", "line 1, column 1: the document ends too early"},
+        {"an empty reply", "", "line 1, column 1: the document ends too early"},
         {"a word", "ready", "line 1, column 1: this is not valid JSON"},
-        {"a second answer", R"({"models":[],"pi":{"installed":false}} {})",
+        {"a second reply", R"({"models":[],"pi":{"installed":false}} {})",
          "line 1, column 40: something follows the end of the document"},
         {"a list", "[]", "expected an object, found a list"},
         {"no pi", statusRow().documentWithout("pi"), "pi is missing"},
@@ -81,7 +81,7 @@ TEST(AgentClient, AnswersThatAreNone) {
          R"({"models":[{"id":"a","displayName":"A","installed":true,"recommendedUnifiedMemoryGB":7.5,)"
          R"("servingEngine":"e","startableByQuexRun":true}],"pi":{"installed":true}})",
          "models[0].recommendedUnifiedMemoryGB: expected an integer, found 7.5"},
-        {"a pi that may be installed", R"({"models":[],"pi":{"installed":"yes"}})",
+        {"a pi whose installed is a string", R"({"models":[],"pi":{"installed":"yes"}})",
          "pi.installed: expected true or false, found a string"},
         {"a version that is a number", R"({"models":[],"pi":{"installed":true,"version":1.4}})",
          "pi.version: expected a string, found a number"},
@@ -96,14 +96,14 @@ TEST(AgentClient, AnswersThatAreNone) {
     }
 }
 
-TEST(AgentClient, ARuntimeThatFails) {
+TEST(AgentClient, ReportsAFailedCommand) {
     struct Row {
         const char* status;
         std::int32_t exitCode;
         const char* errors;
         const char* expected;
     };
-    // The answer is sound, but a failed command has none.
+    // The reply is valid, but is not decoded if the command fails.
     const std::string output = statusRow().fullDocument();
     for (const Row& row : {Row{"3", 3, "", "Film command exited 3."}, Row{"1", 1, "boom\n", "boom\n"},
                            Row{"255", 255, " ", " "}}) {
@@ -119,7 +119,7 @@ TEST(AgentClient, ARuntimeThatFails) {
     }
 }
 
-TEST(AgentClient, FailuresToStartComeThroughTheTask) {
+TEST(AgentClient, ReportsAFailedStartThroughTheTask) {
     const TemporaryDirectory directory;
     const ProcessCounts before = countProcess();
     struct Row {
@@ -131,8 +131,8 @@ TEST(AgentClient, FailuresToStartComeThroughTheTask) {
     const std::vector<Row> rows{
         {"kinovane-no-such-runtime", FilmToolError::executableNotFound{"kinovane-no-such-runtime"},
          "Required executable not found: kinovane-no-such-runtime"},
-        {"~/no such place/quexrun", FilmToolError::executableNotFound{"~/no such place/quexrun"},
-         "Required executable not found: ~/no such place/quexrun"},
+        {"~/no-such-directory/quexrun", FilmToolError::executableNotFound{"~/no-such-directory/quexrun"},
+         "Required executable not found: ~/no-such-directory/quexrun"},
         {"/tmp", FilmToolError::executableNotFound{"/tmp"}, "Required executable not found: /tmp"},
         {broken, FilmToolError::launchFailed{broken + ": posix_spawn: Exec format error"},
          "Could not launch film command: " + broken + ": posix_spawn: Exec format error"},
@@ -147,23 +147,23 @@ TEST(AgentClient, FailuresToStartComeThroughTheTask) {
     EXPECT_EQ(settledCounts(before), before);
 }
 
-TEST(AgentClient, ARelativeRuntimeIsTheOneAtTheTimeOfTheCall) {
-    const TemporaryDirectory place;
+TEST(AgentClient, FindsARelativeProgramInTheDirectoryOfTheCall) {
+    const TemporaryDirectory directory;
     const Variable output("RECORDER_OUTPUT", statusRow().fullDocument());
-    std::filesystem::create_directories(place / "here/bin");
-    std::filesystem::create_directories(place / "there");
-    std::filesystem::copy_file(Recorder::path(), place / "here/bin/quexrun");
+    std::filesystem::create_directories(directory / "here/bin");
+    std::filesystem::create_directories(directory / "there");
+    std::filesystem::copy_file(Recorder::path(), directory / "here/bin/quexrun");
     const std::filesystem::path before = std::filesystem::current_path();
     for (int round = 0; round < 20; ++round) {
-        std::filesystem::current_path(place / "here");
+        std::filesystem::current_path(directory / "here");
         Task<QuexRunAgentStatus> task = QuexRunAgentClient("bin/quexrun").status();
-        std::filesystem::current_path(place / "there");
+        std::filesystem::current_path(directory / "there");
         EXPECT_EQ(failureOf(std::move(task)), "");
     }
     std::filesystem::current_path(before);
 }
 
-TEST(AgentClient, SeveralAtOnce) {
+TEST(AgentClient, RunsSeveralProgramsAtOnce) {
     const Variable output("RECORDER_OUTPUT", statusRow().fullDocument());
     const QuexRunAgentClient client(Recorder::path());
     std::vector<Task<QuexRunAgentStatus>> tasks;

@@ -8,9 +8,10 @@
 
 namespace kinovane::test {
 
+/// The JSON keys of the status.
 RecordRow statusRow();
 
-/// The status in which every key of the row has its value.
+/// The status that the full document of the row holds.
 QuexRunAgentStatus fullStatus();
 
 /// The records of the module.

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "tooling/film_tool/commands.hpp"
-
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
@@ -11,6 +9,7 @@
 
 #include "support/recorder.hpp"
 #include "support/task_failure.hpp"
+#include "tooling/film_tool/command_rows.hpp"
 #include "tooling/film_tool/replies.hpp"
 
 namespace kinovane::test {
@@ -21,7 +20,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-/// This process's environment with the additions over it, as the recorder gives it.
+/// This process's environment with the additions merged over it, sorted as the recorder's.
 Texts ownEnvironmentWith(const std::map<std::string, std::string>& additions) {
     Texts entries = ownEnvironment();
     std::erase_if(entries, [&](const std::string& entry) {
@@ -33,7 +32,7 @@ Texts ownEnvironmentWith(const std::map<std::string, std::string>& additions) {
     return entries;
 }
 
-TEST(FilmToolCommands, ArgumentsAndEnvironment) {
+TEST(FilmToolCommand, PassesItsArgumentsAndEnvironment) {
     for (const CommandRow& row : commandRows()) {
         SCOPED_TRACE(row.sentence);
         const Recorder recorder(row.reply);
@@ -43,8 +42,8 @@ TEST(FilmToolCommands, ArgumentsAndEnvironment) {
     }
 }
 
-// What the application was itself started with reaches the tool, unless the call says otherwise.
-TEST(FilmToolCommands, ProviderAndModelOfTheApplication) {
+// The application may itself have been started with these variables.
+TEST(FilmToolCommand, InheritsProviderAndModelUnlessTheCallSetsThem) {
     const Variable provider("QUEX_FILM_TOOLS_PI_PROVIDER", "inherited provider");
     const Variable model("QUEX_FILM_TOOLS_PI_MODEL", "inherited model");
     for (const CommandRow& row : commandRows()) {
@@ -55,7 +54,7 @@ TEST(FilmToolCommands, ProviderAndModelOfTheApplication) {
     }
 }
 
-TEST(FilmToolCommands, Durations) {
+TEST(FilmToolCommand, PassesDurationsInDecimal) {
     struct Row {
         std::int64_t seconds;
         std::string expected;
@@ -74,7 +73,7 @@ TEST(FilmToolCommands, Durations) {
     }
 }
 
-TEST(FilmToolCommands, TextsReachTheToolUnchanged) {
+TEST(FilmToolCommand, PassesTextsUnchanged) {
     struct Row {
         const char* sentence;
         std::string text;
@@ -83,12 +82,12 @@ TEST(FilmToolCommands, TextsReachTheToolUnchanged) {
         {"spaces", "  a lamp  for the ferry "},
         {"quotes", R"("double" 'single' `back` \ )"},
         {"line breaks", "one\ntwo\r\nthree\n"},
-        {"what a shell would do something with", "$HOME $(id) ; rm * ? [a] {b,c} | & > < ~ # !"},
+        {"characters that a shell interprets", "$HOME $(id) ; rm * ? [a] {b,c} | & > < ~ # !"},
         {"leading dashes", "--output"},
         {"the end of the options", "--"},
         {"nothing", ""},
-        {"letters of many kinds", "Brèmes – 灯 🎬"},
-        {"bytes that are no text", "\xFF\xC0\x80"},
+        {"letters of several scripts", "Brèmes – 灯 🎬"},
+        {"bytes that are not UTF-8", "\xFF\xC0\x80"},
         {"a long story", longText()},
     };
     const FilmToolClient client(Recorder::path());
@@ -122,66 +121,62 @@ TEST(FilmToolCommands, TextsReachTheToolUnchanged) {
     }
 }
 
-TEST(FilmToolCommands, ATextLongerThanTheSystemPassesOn) {
+TEST(FilmToolCommand, RefusesATextThatIsTooLongForTheSystem) {
     const Recorder recorder;
     EXPECT_EQ(failureOf(FilmToolClient(Recorder::path()).reroll("/r.json", "s1", std::string(1 << 25, 'x'))),
               "Could not launch film command: " + Recorder::path() + ": posix_spawn: Argument list too long");
     EXPECT_FALSE(recorder.ran());
 }
 
-/// A call with a location; the location is the second argument, or the one after its option.
+/// A call with a location.
 struct LocationRow {
     const char* sentence;
-    const char* what; ///< What lies at the location.
+    const char* what; ///< The name of the location in messages.
     std::string reply;
     std::function<std::string(const FilmToolClient&, const fs::path&)> failure;
-    std::size_t position;
+    std::size_t position; ///< Of the location among the arguments.
 };
 
 std::vector<LocationRow> locationRows() {
     using Client = FilmToolClient;
     return {
         {"plan", "output directory", planReply("/r.json"),
-         [](const Client& tool, const fs::path& place) { return failureOf(tool.plan("i", "t", 1, place)); },
-         8},
+         [](const Client& tool, const fs::path& path) { return failureOf(tool.plan("i", "t", 1, path)); }, 8},
         {"status", "run manifest", statusRow().fullDocument(),
-         [](const Client& tool, const fs::path& place) { return failureOf(tool.status(place)); }, 1},
+         [](const Client& tool, const fs::path& path) { return failureOf(tool.status(path)); }, 1},
         {"approve", "run manifest", "",
-         [](const Client& tool, const fs::path& place) {
-             return failureOf(tool.approve(place, "g", "n", "b"));
+         [](const Client& tool, const fs::path& path) {
+             return failureOf(tool.approve(path, "g", "n", "b"));
          },
          1},
         {"advance", "run manifest", "",
-         [](const Client& tool, const fs::path& place) { return failureOf(tool.advance(place)); }, 1},
+         [](const Client& tool, const fs::path& path) { return failureOf(tool.advance(path)); }, 1},
         {"recover", "run manifest", "",
-         [](const Client& tool, const fs::path& place) { return failureOf(tool.recover(place)); }, 1},
+         [](const Client& tool, const fs::path& path) { return failureOf(tool.recover(path)); }, 1},
         {"reroll", "run manifest", "",
-         [](const Client& tool, const fs::path& place) { return failureOf(tool.reroll(place, "s", "n")); },
-         1},
+         [](const Client& tool, const fs::path& path) { return failureOf(tool.reroll(path, "s", "n")); }, 1},
         {"review", "run manifest", "",
-         [](const Client& tool, const fs::path& place) { return failureOf(tool.review(place)); }, 1},
+         [](const Client& tool, const fs::path& path) { return failureOf(tool.review(path)); }, 1},
         {"exportVistrel", "run manifest", exportReceiptRow().fullDocument(),
-         [](const Client& tool, const fs::path& place) { return failureOf(tool.exportVistrel(place)); }, 1},
-        {"exportVistrel to it", "output file", exportReceiptRow().fullDocument(),
-         [](const Client& tool, const fs::path& place) {
-             return failureOf(tool.exportVistrel("/r.json", place));
+         [](const Client& tool, const fs::path& path) { return failureOf(tool.exportVistrel(path)); }, 1},
+        {"exportVistrel with an output", "output file", exportReceiptRow().fullDocument(),
+         [](const Client& tool, const fs::path& path) {
+             return failureOf(tool.exportVistrel("/r.json", path));
          },
          3},
         {"agentLaunchSpec", "run manifest", launchSpecRow().fullDocument(),
-         [](const Client& tool, const fs::path& place) {
-             return failureOf(tool.agentLaunchSpec(place, "pi"));
-         },
+         [](const Client& tool, const fs::path& path) { return failureOf(tool.agentLaunchSpec(path, "pi")); },
          2},
     };
 }
 
-TEST(FilmToolCommands, LocationsAreAbsolutePaths) {
+TEST(FilmToolCommand, PassesLocationsAsAbsolutePaths) {
     const auto here = [](const char* path) { return (fs::current_path() / path).string(); };
-    struct Place {
+    struct Location {
         std::string given;
         std::string expected;
     };
-    const std::vector<Place> places{
+    const std::vector<Location> locations{
         {"/films/a lamp/run.json", "/films/a lamp/run.json"},
         {"/films/100%20 #1?/\"Brèmes\"\n灯.json", "/films/100%20 #1?/\"Brèmes\"\n灯.json"},
         {"run.json", here("run.json")},
@@ -193,18 +188,18 @@ TEST(FilmToolCommands, LocationsAreAbsolutePaths) {
         {"~/run.json", here("~/run.json")},
     };
     for (const LocationRow& row : locationRows())
-        for (const Place& place : places) {
-            SCOPED_TRACE(std::string(row.sentence) + ": " + place.given);
+        for (const Location& location : locations) {
+            SCOPED_TRACE(std::string(row.sentence) + ": " + location.given);
             const Recorder recorder(row.reply);
-            EXPECT_EQ(row.failure(FilmToolClient(Recorder::path()), place.given), "");
+            EXPECT_EQ(row.failure(FilmToolClient(Recorder::path()), location.given), "");
             const Texts arguments = recorder.arguments();
             ASSERT_GT(arguments.size(), row.position);
-            EXPECT_EQ(arguments[row.position], place.expected);
+            EXPECT_EQ(arguments[row.position], location.expected);
         }
 }
 
-// An empty location names nothing; made absolute, it would be the working directory.
-TEST(FilmToolCommands, AnEmptyLocationNeverReachesTheTool) {
+// Made absolute, an empty location would be the working directory.
+TEST(FilmToolCommand, RefusesAnEmptyLocation) {
     for (const LocationRow& row : locationRows())
         for (const std::string& tool : {Recorder::path(), std::string("kinovane-no-such-tool")}) {
             SCOPED_TRACE(std::string(row.sentence) + " with " + tool);
@@ -216,7 +211,7 @@ TEST(FilmToolCommands, AnEmptyLocationNeverReachesTheTool) {
         }
 }
 
-TEST(FilmToolCommands, ALocationWithANULByteNeverReachesTheTool) {
+TEST(FilmToolCommand, RefusesALocationWithANULByte) {
     for (const LocationRow& row : locationRows()) {
         SCOPED_TRACE(row.sentence);
         const Recorder recorder(row.reply);

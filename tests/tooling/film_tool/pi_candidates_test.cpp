@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The versions of the candidates below a root, each checked to be the program of its version.
+/// The versions of the candidates below a root. Checks the path of each.
 std::vector<std::string> versionsIn(const fs::path& root) {
     std::vector<std::string> versions;
     for (const fs::path& candidate : PiExecutableResolver::bundledCandidates(root)) {
@@ -34,7 +34,7 @@ std::vector<std::string> versionsIn(const fs::path& root) {
 
 using Versions = std::vector<std::string>;
 
-TEST(PiCandidates, NewestFirst) {
+TEST(PiCandidates, AreSortedNewestFirst) {
     struct Row {
         const char* sentence;
         Versions installed;
@@ -42,8 +42,8 @@ TEST(PiCandidates, NewestFirst) {
     };
     const std::vector<Row> rows{
         {"no version", {}, {}},
-        {"one", {"1.4.2"}, {"1.4.2"}},
-        {"numbers, not letters", {"1.9.3", "1.10.0"}, {"1.10.0", "1.9.3"}},
+        {"one version", {"1.4.2"}, {"1.4.2"}},
+        {"numbers are compared as numbers", {"1.9.3", "1.10.0"}, {"1.10.0", "1.9.3"}},
         {"with a v", {"1.10.0", "1.9.3", "v2.0"}, {"v2.0", "1.10.0", "1.9.3"}},
         {"a word comes last",
          {"latest", "0.0.1", "1.9.3", "v2.0", "1.10.0"},
@@ -53,8 +53,8 @@ TEST(PiCandidates, NewestFirst) {
          {"3-beta", "0.5", "1..3", "2", "1.2", "vv9.1"},
          {"2", "1..3", "1.2", "0.5", "vv9.1", "3-beta"}},
         {"numbers beyond 64 bits", {"99999999999999999999", "1"}, {"1", "99999999999999999999"}},
-        {"hidden ones are none", {".9.9", "1", ".hidden"}, {"1"}},
-        {"spaces belong to the name", {"my pi", "2 beta.1", "1.0"}, {"1.0", "2 beta.1", "my pi"}},
+        {"hidden entries are ignored", {".9.9", "1", ".hidden"}, {"1"}},
+        {"spaces are part of the name", {"my pi", "2 beta.1", "1.0"}, {"1.0", "2 beta.1", "my pi"}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
@@ -65,7 +65,7 @@ TEST(PiCandidates, NewestFirst) {
     }
 }
 
-TEST(PiCandidates, EqualVersionsKeepTheOrderOfTheDirectory) {
+TEST(PiCandidates, KeepTheOrderOfTheDirectoryForEqualVersions) {
     const TemporaryDirectory root;
     for (const char* version : {"1.2", "v1.2", "01.2", "1.02", "1..2", "1.2.", "v01.2", "+1.2", "001.2",
                                 "1.002", "v1..2", "..hidden", "1.+2", "0001.2"})
@@ -85,7 +85,7 @@ TEST(PiCandidates, EqualVersionsKeepTheOrderOfTheDirectory) {
     EXPECT_EQ(more.back(), "1.1");
 }
 
-TEST(PiCandidates, WhatIsNoInstalledCopyIsPassedOver) {
+TEST(PiCandidates, SkipWhatIsNotAnInstalledCopy) {
     const TemporaryDirectory root;
     installPi(root.path(), "1.0");
     root.write("2.0", "a file in place of a version");
@@ -102,7 +102,7 @@ TEST(PiCandidates, WhatIsNoInstalledCopyIsPassedOver) {
     EXPECT_EQ(versionsIn(root.path()), Versions{"1.0"});
 }
 
-TEST(PiCandidates, LinksAreFollowed) {
+TEST(PiCandidates, IncludeLinkedCopies) {
     const TemporaryDirectory root;
     const TemporaryDirectory elsewhere;
     installPi(elsewhere.path(), "somewhere");
@@ -114,51 +114,51 @@ TEST(PiCandidates, LinksAreFollowed) {
     EXPECT_EQ(versionsIn(elsewhere / "root"), (Versions{"2.0", "1.0"}));
 }
 
-TEST(PiCandidates, OfARelativeRootAreAbsolute) {
-    const TemporaryDirectory place;
-    const std::string copy = installPi(place / "agents", "1.0").string();
+TEST(PiCandidates, AreAbsoluteForARelativeRoot) {
+    const TemporaryDirectory directory;
+    const std::string copy = installPi(directory / "agents", "1.0").string();
     const fs::path former = fs::current_path();
-    fs::current_path(place.path());
+    fs::current_path(directory.path());
     for (const char* root : {"agents", "./agents", ".//agents"})
         EXPECT_EQ(PiExecutableResolver::bundledCandidates(root), std::vector<fs::path>{copy}) << root;
-    fs::current_path(place / "agents");
+    fs::current_path(directory / "agents");
     for (const char* root : {".", "./"})
         EXPECT_EQ(PiExecutableResolver::bundledCandidates(root), std::vector<fs::path>{copy}) << root;
     EXPECT_EQ(PiExecutableResolver::bundledCandidates(""), std::vector<fs::path>());
     fs::current_path(former);
 }
 
-TEST(PiCandidates, ARootThatCannotBeListedHasNone) {
-    const TemporaryDirectory place;
-    place.write("file", "");
-    fs::create_symlink("loop", place / "loop");
-    for (const fs::path& root : {place / "nothing", place / "file", place / "loop", fs::path(),
-                                 fs::path(place.path().string() + std::string("\0x", 2))})
+TEST(PiCandidates, AreEmptyForARootThatCannotBeListed) {
+    const TemporaryDirectory directory;
+    directory.write("file", "");
+    fs::create_symlink("loop", directory / "loop");
+    for (const fs::path& root : {directory / "nothing", directory / "file", directory / "loop", fs::path(),
+                                 fs::path(directory.path().string() + std::string("\0x", 2))})
         EXPECT_EQ(PiExecutableResolver::bundledCandidates(root), std::vector<fs::path>()) << root;
 }
 
-TEST(PiCandidates, OnlyWhatThisUserMayListAndExecute) {
-    const TemporaryDirectory place;
-    installPi(place.path(), "root/1.0");
-    installPi(place.path(), "root/2.0");
+TEST(PiCandidates, IncludeOnlyWhatTheUserMayListAndExecute) {
+    const TemporaryDirectory directory;
+    installPi(directory.path(), "root/1.0");
+    installPi(directory.path(), "root/2.0");
     const auto shared = fs::perms::owner_all | fs::perms::others_read | fs::perms::others_exec;
-    fs::permissions(place.path(), shared);
-    for (const auto& entry : fs::recursive_directory_iterator(place.path()))
+    fs::permissions(directory.path(), shared);
+    for (const auto& entry : fs::recursive_directory_iterator(directory.path()))
         fs::permissions(entry.path(), shared);
     const auto versions = [&] {
         std::string text;
-        for (const std::string& version : versionsIn(place / "root"))
+        for (const std::string& version : versionsIn(directory / "root"))
             text += version + " ";
         return text;
     };
     EXPECT_EQ(asOrdinaryUser(versions), "2.0 1.0 ");
-    // The rights of others count while root runs the tests, and those of the owner otherwise.
+    // The permissions of others apply if root runs the tests, and those of the owner otherwise.
     const bool root = ::geteuid() == 0;
-    fs::permissions(place / "root/2.0/pi/pi", root ? fs::perms::owner_all : fs::perms::others_all);
+    fs::permissions(directory / "root/2.0/pi/pi", root ? fs::perms::owner_all : fs::perms::others_all);
     EXPECT_EQ(asOrdinaryUser(versions), "1.0 ");
-    fs::permissions(place / "root", fs::perms::owner_exec | fs::perms::others_exec);
+    fs::permissions(directory / "root", fs::perms::owner_exec | fs::perms::others_exec);
     EXPECT_EQ(asOrdinaryUser(versions), "");
-    fs::permissions(place / "root", shared);
+    fs::permissions(directory / "root", shared);
 }
 
 } // namespace

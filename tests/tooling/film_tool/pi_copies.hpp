@@ -8,7 +8,7 @@
 
 namespace kinovane::test {
 
-/// Puts an executable where the copy of this version belongs below a root; gives its location.
+/// Installs an executable file as the copy of this version below a root. Returns its location.
 inline std::filesystem::path installPi(const std::filesystem::path& root, const std::string& version) {
     const std::filesystem::path program = root / version / "pi/pi";
     std::filesystem::create_directories(program.parent_path());

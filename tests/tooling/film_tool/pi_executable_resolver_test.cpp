@@ -39,36 +39,36 @@ std::string found(const std::string& command) {
 
 std::string notFound(const std::string& command) { return "Required executable not found: " + command; }
 
-/// Somebody whose home the user database knows. The environment's HOME is another, with a newer copy of pi,
-/// and PATH is a directory "bin", empty at first.
+/// A user whose home directory in the user database is not that of HOME, which holds a newer copy of pi. PATH
+/// is a directory "bin", which is empty at first.
 class PiResolver : public testing::Test {
   protected:
     PiResolver() {
-        fs::create_directories(place / "bin");
-        installPi(place / "other home" / rootInHome, "99.0");
+        fs::create_directories(directory / "bin");
+        installPi(directory / "other home" / rootInHome, "99.0");
     }
 
     void SetUp() override {
-        for (const char* directory : {"/opt/homebrew/bin", "/usr/local/bin", "/usr/bin", "/bin"})
-            ASSERT_FALSE(fs::exists(fs::path(directory) / "pi"))
-                << "a pi of this machine's own is in the way";
+        for (const char* searched : {"/opt/homebrew/bin", "/usr/local/bin", "/usr/bin", "/bin"})
+            ASSERT_FALSE(fs::exists(fs::path(searched) / "pi"))
+                << "this machine has a pi that would be found first";
     }
 
     std::string install(const std::string& version) const { return installPi(root, version).string(); }
 
     std::string addProgram(const std::string& name) const {
-        fs::permissions(place.write(name, "never run"), fs::perms::owner_all);
-        return (place / name).string();
+        fs::permissions(directory.write(name, "never run"), fs::perms::owner_all);
+        return (directory / name).string();
     }
 
-    const TemporaryDirectory place;
-    UserDatabase users{(place / "home").string()};
-    const fs::path root = place / "home" / rootInHome;
-    const Variable home{"HOME", (place / "other home").string()};
-    const Variable path{"PATH", (place / "bin").string()};
+    const TemporaryDirectory directory;
+    UserDatabase users{(directory / "home").string()};
+    const fs::path root = directory / "home" / rootInHome;
+    const Variable home{"HOME", (directory / "other home").string()};
+    const Variable path{"PATH", (directory / "bin").string()};
 };
 
-TEST_F(PiResolver, TheNewestInstalledCopy) {
+TEST_F(PiResolver, FindsTheNewestInstalledCopy) {
     install("1.10.0");
     install("1.9.3");
     install("latest");
@@ -85,7 +85,7 @@ TEST_F(PiResolver, TheNewestInstalledCopy) {
     EXPECT_EQ(found("pi"), notFound("pi"));
 }
 
-TEST_F(PiResolver, TheSearchPathWins) {
+TEST_F(PiResolver, PrefersTheSearchPath) {
     install("99.9");
     const std::string onPath = addProgram("bin/pi");
     EXPECT_EQ(found("pi"), onPath);
@@ -93,13 +93,13 @@ TEST_F(PiResolver, TheSearchPathWins) {
     EXPECT_EQ(found("pi"), (root / "99.9/pi/pi").string());
 }
 
-TEST_F(PiResolver, WithoutASearchPath) {
+TEST_F(PiResolver, FindsAnInstalledCopyWithoutPATH) {
     const Variable none("PATH", std::nullopt);
     const std::string copy = install("1.0");
     EXPECT_EQ(found("pi"), copy);
 }
 
-TEST_F(PiResolver, OnlyTheBareNameFallsBack) {
+TEST_F(PiResolver, FindsInstalledCopiesOnlyForTheBareName) {
     install("1.0");
     const std::string nul("pi\0", 3);
     for (const std::string& command :
@@ -108,20 +108,16 @@ TEST_F(PiResolver, OnlyTheBareNameFallsBack) {
           std::string("pi/"), std::string("~pi"), std::string("p"), std::string("pi2"), std::string(), nul}) {
         SCOPED_TRACE(command);
         EXPECT_EQ(found(command), notFound(command));
-        EXPECT_THROW(
-            {
-                try {
-                    (void)PiExecutableResolver::resolve(command);
-                } catch (const FilmToolError& error) {
-                    EXPECT_EQ(error, FilmToolError(FilmToolError::executableNotFound{command}));
-                    throw;
-                }
-            },
-            FilmToolError);
+        try {
+            (void)PiExecutableResolver::resolve(command);
+            ADD_FAILURE() << "it was found";
+        } catch (const FilmToolError& error) {
+            EXPECT_EQ(error, FilmToolError(FilmToolError::executableNotFound{command}));
+        }
     }
 }
 
-TEST_F(PiResolver, OtherCommandsAreFoundLikeAnyProgram) {
+TEST_F(PiResolver, FindsOtherCommandsLikeAnyProgram) {
     install("1.0");
     const std::string other = addProgram("bin/Pi");
     EXPECT_EQ(found("Pi"), other);
@@ -131,7 +127,7 @@ TEST_F(PiResolver, OtherCommandsAreFoundLikeAnyProgram) {
     EXPECT_EQ(found("~/bin/pi"), atHome);
 }
 
-TEST_F(PiResolver, NothingAnywhere) {
+TEST_F(PiResolver, ReportsThatPiIsNotFound) {
     EXPECT_EQ(found("pi"), "Required executable not found: pi");
     fs::create_directories(root);
     EXPECT_EQ(found("pi"), "Required executable not found: pi");
@@ -140,7 +136,7 @@ TEST_F(PiResolver, NothingAnywhere) {
     EXPECT_EQ(found("pi"), "Required executable not found: pi");
 }
 
-TEST_F(PiResolver, TheDefaultRoot) {
+TEST_F(PiResolver, ListsTheCopiesInTheDefaultRoot) {
     EXPECT_EQ(PiExecutableResolver::defaultRoot(), root);
     EXPECT_EQ(PiExecutableResolver::bundledCandidates(), std::vector<fs::path>());
     const std::string older = install("1.9");
@@ -148,14 +144,14 @@ TEST_F(PiResolver, TheDefaultRoot) {
     EXPECT_EQ(PiExecutableResolver::bundledCandidates(), (std::vector<fs::path>{newer, older}));
 }
 
-TEST_F(PiResolver, AUserWithALongEntry) {
+TEST_F(PiResolver, AcceptsALongEntryOfTheUserDatabase) {
     const std::string copy = install("1.0");
     users.bufferNeeded = 100'000;
     EXPECT_EQ(found("pi"), copy);
 }
 
-// The environment's HOME holds a newer copy, which is not this user's.
-TEST_F(PiResolver, AUserWithoutAHomeDirectoryHasNoCopies) {
+// The copy below the environment's HOME is not found.
+TEST_F(PiResolver, FindsNoCopiesForAUserWithoutAHomeDirectory) {
     install("1.0");
     struct Row {
         const char* sentence;
@@ -164,8 +160,8 @@ TEST_F(PiResolver, AUserWithoutAHomeDirectoryHasNoCopies) {
     };
     for (const Row& row :
          {Row{"no entry", std::nullopt, 0}, Row{"an entry without a home", "", 0},
-          Row{"an entry with a relative home", "home", 0}, Row{"no database", place / "home", ENOENT},
-          Row{"no such user", place / "home", ESRCH}}) {
+          Row{"an entry with a relative home", "home", 0}, Row{"no database", directory / "home", ENOENT},
+          Row{"no such user", directory / "home", ESRCH}}) {
         SCOPED_TRACE(row.sentence);
         users.home = row.home;
         users.error = row.error;
@@ -176,8 +172,8 @@ TEST_F(PiResolver, AUserWithoutAHomeDirectoryHasNoCopies) {
     }
 }
 
-/// The reason why there is no default root.
-std::string rootFailure() {
+/// The default root, or the reason why there is none.
+std::string defaultRootOrError() {
     try {
         return PiExecutableResolver::defaultRoot().string();
     } catch (const std::system_error& error) {
@@ -185,8 +181,8 @@ std::string rootFailure() {
     }
 }
 
-// An unanswered question does not make the user an unknown one.
-TEST_F(PiResolver, AUserDatabaseThatCannotBeAsked) {
+// If the user database cannot be read, the user is not treated as an unknown one.
+TEST_F(PiResolver, ReportsAnUnreadableUserDatabase) {
     install("1.0");
     struct Row {
         const char* sentence;
@@ -199,11 +195,11 @@ TEST_F(PiResolver, AUserDatabaseThatCannotBeAsked) {
           Row{"none left in the system", ENFILE, 0, "Too many open files in system"},
           Row{"an input/output error", EIO, 0, "Input/output error"},
           Row{"out of memory", ENOMEM, 0, "Cannot allocate memory"},
-          Row{"an entry without end", 0, std::size_t{1} << 40U, "Numerical result out of range"}}) {
+          Row{"an entry that is too long", 0, std::size_t{1} << 40U, "Numerical result out of range"}}) {
         SCOPED_TRACE(row.sentence);
         users.error = row.error;
         users.bufferNeeded = row.bufferNeeded;
-        EXPECT_EQ(rootFailure(), "getpwuid_r: " + row.expected);
+        EXPECT_EQ(defaultRootOrError(), "getpwuid_r: " + row.expected);
         EXPECT_EQ(found("pi"), notFound("pi"));
         EXPECT_EQ(found("~/bin/pi"), notFound("~/bin/pi"));
         const std::string onPath = addProgram("bin/pi");
@@ -212,35 +208,35 @@ TEST_F(PiResolver, AUserDatabaseThatCannotBeAsked) {
     }
 }
 
-// When one source of the database fails and the next does not know the user, only errno tells of the failure.
-TEST_F(PiResolver, AUserDatabaseOfWhichAPartCannotBeAsked) {
+// If one source of the database fails and the next does not hold the user, only errno shows the failure.
+TEST_F(PiResolver, ReportsAUserDatabaseOfWhichOneSourceFails) {
     users.home.reset();
     for (const int error : {EMFILE, ENFILE, EIO, ENOMEM}) {
         users.silentError = error;
-        EXPECT_EQ(rootFailure(), "getpwuid_r: " + std::generic_category().message(error));
+        EXPECT_EQ(defaultRootOrError(), "getpwuid_r: " + std::generic_category().message(error));
     }
     for (const int error : {0, ENOENT, ECONNREFUSED, ENOTTY}) {
         users.silentError = error;
-        EXPECT_EQ(rootFailure(), "");
+        EXPECT_EQ(defaultRootOrError(), "");
     }
 }
 
-// Some sources of the system's own database answer without a descriptor, others do not.
-TEST(PiResolverWithoutDescriptors, TheDefaultRootIsTheRightOneOrAnError) {
-    const TemporaryDirectory place;
-    installPi(place / rootInHome, "99.0");
-    const Variable home("HOME", place.path().string());
-    const Variable path("PATH", place.path().string());
-    const std::string sound = rootFailure();
+// Some sources of the system's user database can be read without a descriptor, others cannot.
+TEST(PiResolverWithoutDescriptors, FindsTheDefaultRootOrReportsAnError) {
+    const TemporaryDirectory directory;
+    installPi(directory / rootInHome, "99.0");
+    const Variable home("HOME", directory.path().string());
+    const Variable path("PATH", directory.path().string());
+    const std::string expected = defaultRootOrError();
     const std::string outcome = inForkedProcess([] {
         leaveDescriptors(0);
-        return rootFailure() + "\n" + found("pi");
+        return defaultRootOrError() + "\n" + found("pi");
     });
     EXPECT_THAT(outcome, testing::AnyOf("getpwuid_r: Too many open files\n" + notFound("pi"),
-                                        sound + "\n" + notFound("pi")));
+                                        expected + "\n" + notFound("pi")));
 }
 
-TEST_F(PiResolver, AnInterruptedQuestionIsAskedAgain) {
+TEST_F(PiResolver, RepeatsAnInterruptedQuery) {
     const std::string copy = install("1.0");
     users.interruptions = 3;
     EXPECT_EQ(found("pi"), copy);

@@ -11,7 +11,7 @@ namespace kinovane::test {
 
 namespace {
 
-TEST(PiVersion, Components) {
+TEST(PiVersion, IsSplitIntoNumbers) {
     struct Row {
         const char* sentence;
         std::string text;
@@ -23,21 +23,21 @@ TEST(PiVersion, Components) {
         {"a single number", "7", {7}},
         {"numbers of several digits", "1.10.0", {1, 10, 0}},
         {"leading zeros", "01.002", {1, 2}},
-        {"a second v spoils the first part", "vv1", {0}},
-        {"and only the first", "vv1.2", {0, 2}},
-        {"a large V is no v", "V1.2", {0, 2}},
+        {"a second v makes the first component 0", "vv1", {0}},
+        {"a second v does not change the others", "vv1.2", {0, 2}},
+        {"a capital V is not removed", "V1.2", {0, 2}},
         {"a v further on", "1.v2", {1, 0}},
-        {"empty parts are dropped", "1..2", {1, 2}},
+        {"empty components are dropped", "1..2", {1, 2}},
         {"a dot at the end adds nothing", "1.2.", {1, 2}},
-        {"nor does one in front", ".1", {1}},
-        {"after a v too", "v.1", {1}},
+        {"a dot in front adds nothing", ".1", {1}},
+        {"a dot after a v adds nothing", "v.1", {1}},
         {"dots only", "...", {}},
-        {"nothing", "", {}},
-        {"a v and nothing", "v", {}},
+        {"an empty text", "", {}},
+        {"a v alone", "v", {}},
         {"a word", "latest", {0}},
-        {"a part that is no number keeps its place", "1.3-beta.2", {1, 0, 2}},
+        {"a component that is not a number keeps its position", "1.3-beta.2", {1, 0, 2}},
         {"a release candidate", "2.rc1", {2, 0}},
-        {"white space spoils a part", "1. 2.3 ", {1, 0, 0}},
+        {"white space makes a component 0", "1. 2.3 ", {1, 0, 0}},
         {"a minus sign", "1.-2", {1, -2}},
         {"a plus sign", "+1.2", {1, 2}},
         {"a sign alone", "-.+", {0, 0}},
@@ -47,7 +47,7 @@ TEST(PiVersion, Components) {
         {"the largest number", "9223372036854775807", {INT64_MAX}},
         {"the smallest number", "-9223372036854775808", {INT64_MIN}},
         {"a number beyond 64 bits", "9223372036854775808.1", {0, 1}},
-        {"one below", "-9223372036854775809.1", {0, 1}},
+        {"a number below 64 bits", "-9223372036854775809.1", {0, 1}},
         {"very many digits", std::string(400, '9') + ".1", {0, 1}},
         {"a NUL byte", std::string("1\0.2", 4), {0, 2}},
     };
@@ -57,24 +57,24 @@ TEST(PiVersion, Components) {
     }
 }
 
-TEST(PiVersion, TheNewerOne) {
+TEST(PiVersion, IsComparedNumberByNumber) {
     struct Row {
         const char* sentence;
         std::string newer;
         std::string older;
     };
     const std::vector<Row> rows{
-        {"numbers, not letters", "1.10.0", "1.9.3"},
-        {"a v does not matter", "v2.0", "1.10.0"},
-        {"nor on the other side", "2.0", "v1.10.0"},
+        {"numbers are compared as numbers", "1.10.0", "1.9.3"},
+        {"a v in front is ignored", "v2.0", "1.10.0"},
+        {"a v in front of the older one", "2.0", "v1.10.0"},
         {"the first difference decides", "2.0.0", "1.99.99"},
-        {"the last number", "1.4.3", "1.4.2"},
-        {"the longer one", "1.2.0", "1.2"},
+        {"the last number differs", "1.4.3", "1.4.2"},
+        {"the longer one is newer", "1.2.0", "1.2"},
         {"a word counts as 0", "1", "latest"},
         {"the smallest real version", "0.1", "latest"},
-        {"a word's place counts too", "0.0", "latest"},
-        {"anything is more than nothing", "latest", "v"},
-        {"a beta's number is 0", "1.1", "1.3-beta"},
+        {"a word counts as a component", "0.0", "latest"},
+        {"any component is newer than none", "latest", "v"},
+        {"a beta counts as 0", "1.1", "1.3-beta"},
         {"a number beyond 64 bits is 0", "1", "9223372036854775808"},
         {"below 0", "latest", "-1"},
         {"the ends of 64 bits", "9223372036854775807", "-9223372036854775808"},
@@ -86,7 +86,7 @@ TEST(PiVersion, TheNewerOne) {
     }
 }
 
-TEST(PiVersion, NeitherIsNewer) {
+TEST(PiVersion, IsNotNewerThanAnEqualVersion) {
     struct Row {
         std::string one;
         std::string other;

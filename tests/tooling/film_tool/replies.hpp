@@ -18,12 +18,12 @@ RecordRow launchSpecRow();
 /// The records that are read from replies.
 std::vector<RecordRow> replyRecords();
 
-/// The records in which every key of the row has its value.
+/// The records that the full documents of the rows hold.
 FilmStatusResponse fullStatus();
 FilmVistrelExportReceipt fullExportReceipt();
 PiAgentLaunchSpec fullLaunchSpec();
 
-/// A reply to `plan` with this run manifest, among much that nobody asked for.
+/// A reply to `plan` with this run manifest, and with keys that are ignored.
 std::string planReply(const std::string& runManifest);
 
 } // namespace kinovane::test

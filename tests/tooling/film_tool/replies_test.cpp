@@ -14,27 +14,27 @@ namespace kinovane::test {
 
 namespace {
 
-TEST(FilmToolReplies, ReadEveryKeyIntoItsMember) {
+TEST(FilmToolReply, ReadsEveryKeyIntoItsMember) {
     for (const RecordRow& record : replyRecords())
         checkDecoding(record);
 }
 
-TEST(FilmToolReplies, RefuseMissingKeysAndWrongTypes) {
+TEST(FilmToolReply, RefusesMissingKeysAndWrongTypes) {
     for (const RecordRow& record : replyRecords())
         checkRefusals(record);
 }
 
-TEST(FilmToolReplies, DifferInEachMember) {
+TEST(FilmToolReply, DiffersInEachMember) {
     for (const RecordRow& record : replyRecords())
         checkEquality(record);
 }
 
-TEST(FilmToolReplies, WriteTheirKeysInDeclaredOrder) {
+TEST(FilmToolReply, WritesItsKeysInDeclaredOrder) {
     for (const RecordRow& record : replyRecords())
         checkEncoding(record);
 }
 
-TEST(FilmToolReplies, WhatIsWrongInsideAStatusIsNamedWithItsPlace) {
+TEST(FilmToolReply, NamesThePathOfAnErrorInAStatus) {
     struct Row {
         const char* sentence;
         std::string key;
@@ -42,20 +42,20 @@ TEST(FilmToolReplies, WhatIsWrongInsideAStatusIsNamedWithItsPlace) {
         std::string expected;
     };
     const std::vector<Row> rows{
-        {"the shots themselves", "shots", R"([{"id":"s1"}])", "shots: expected an integer, found a list"},
-        {"the jobs themselves", "jobs", "[]", "jobs: expected an integer, found a list"},
-        {"the artifacts themselves", "artifacts", "[]", "artifacts: expected an integer, found a list"},
-        {"a question that is no text", "openQuestions", R"(["who?",null])",
+        {"a list of shots", "shots", R"([{"id":"s1"}])", "shots: expected an integer, found a list"},
+        {"a list of jobs", "jobs", "[]", "jobs: expected an integer, found a list"},
+        {"a list of artifacts", "artifacts", "[]", "artifacts: expected an integer, found a list"},
+        {"a question that is null", "openQuestions", R"(["who?",null])",
          "openQuestions[1]: expected a string, found null"},
         {"an approval without a status", "approvals", R"({"plan":{"status":"open"},"treatment":{}})",
          "approvals.treatment.status is missing"},
-        {"an approval that is a word", "approvals", R"({"plan":"approved"})",
+        {"an approval that is a string", "approvals", R"({"plan":"approved"})",
          "approvals.plan: expected an object, found a string"},
         {"an approval that is null", "approvals", R"({"plan":null})",
          "approvals.plan: expected an object, found null"},
         {"an approval by a number", "approvals", R"({"plan":{"status":"s","approvedBy":7}})",
          "approvals.plan.approvedBy: expected a string, found a number"},
-        {"half a task", "taskCounts", R"({"done":3,"queued":0.5})",
+        {"a count with a fraction", "taskCounts", R"({"done":3,"queued":0.5})",
          "taskCounts.queued: expected an integer, found 0.5"},
         {"a count that is null", "taskCounts", R"({"done":null})",
          "taskCounts.done: expected an integer, found null"},
@@ -63,16 +63,16 @@ TEST(FilmToolReplies, WhatIsWrongInsideAStatusIsNamedWithItsPlace) {
          "artifacts: expected an integer that fits 64 bits, found 9223372036854775808"},
         {"a request without a note", "reviewRequests",
          R"([{"shotId":"s1","status":"open","recordedAt":"now"}])", "reviewRequests[0].note is missing"},
-        {"a request for a take that is a word", "reviewRequests",
+        {"a request with a take that is a string", "reviewRequests",
          R"([{"shotId":"s","note":"n","status":"s","recordedAt":"r","archivedTake":"2"}])",
          "reviewRequests[0].archivedTake: expected an integer, found a string"},
-        {"an issue that may or may not block", "issues", R"([{"code":"c","message":"m","blocking":null}])",
+        {"an issue whose blocking is null", "issues", R"([{"code":"c","message":"m","blocking":null}])",
          "issues[0].blocking: expected true or false, found null"},
         {"a second issue without a code", "issues",
          R"([{"code":"c","message":"m","blocking":true},{"message":"m","blocking":true}])",
          "issues[1].code is missing"},
-        {"a proof of nothing", "proof", "{}", "proof.creation is missing"},
-        {"a proof that is a number", "proof", R"({"creation":1})",
+        {"an empty proof", "proof", "{}", "proof.creation is missing"},
+        {"a proof with a number", "proof", R"({"creation":1})",
          "proof.creation: expected true or false, found a number"},
     };
     for (const Row& row : rows) {
@@ -81,7 +81,7 @@ TEST(FilmToolReplies, WhatIsWrongInsideAStatusIsNamedWithItsPlace) {
     }
 }
 
-TEST(FilmToolReplies, WhatIsWrongInsideALaunchSpecIsNamedWithItsPlace) {
+TEST(FilmToolReply, NamesThePathOfAnErrorInALaunchSpec) {
     struct Row {
         const char* sentence;
         std::string key;
@@ -89,7 +89,7 @@ TEST(FilmToolReplies, WhatIsWrongInsideALaunchSpecIsNamedWithItsPlace) {
         std::string expected;
     };
     const std::vector<Row> rows{
-        {"a command that is one text", "command", R"("pi --run")",
+        {"a command that is a string", "command", R"("pi --run")",
          "command: expected a list, found a string"},
         {"a number in the command", "command", R"(["pi",7])",
          "command[1]: expected a string, found a number"},
@@ -105,7 +105,7 @@ TEST(FilmToolReplies, WhatIsWrongInsideALaunchSpecIsNamedWithItsPlace) {
     }
 }
 
-TEST(FilmToolReplies, EmptyOnesReadAsEmpty) {
+TEST(FilmToolReply, MayHoldEmptyListsAndMaps) {
     const auto status = decodeJSON<FilmStatusResponse>(statusRow().documentWith("taskCounts", "{}"));
     EXPECT_TRUE(status.taskCounts.empty());
     EXPECT_TRUE(
@@ -116,7 +116,7 @@ TEST(FilmToolReplies, EmptyOnesReadAsEmpty) {
         decodeJSON<PiAgentLaunchSpec>(launchSpecRow().documentWith("environment", "{}")).environment.empty());
 }
 
-TEST(FilmToolReplies, TheToolsOwnWordsAreNotLimited) {
+TEST(FilmToolReply, MayHoldAnyKeyAndContractVersion) {
     const auto status = decodeJSON<FilmStatusResponse>(
         statusRow().documentWith("taskCounts", R"({"":1,"résumé":2,"in a queue":3})"));
     EXPECT_EQ(status.taskCounts,
@@ -126,7 +126,7 @@ TEST(FilmToolReplies, TheToolsOwnWordsAreNotLimited) {
     EXPECT_EQ(other.contractVersion, "anything at all");
 }
 
-TEST(FilmToolReplies, ARefusedExportIsAnAnswer) {
+TEST(FilmToolReply, MayReportARefusedExport) {
     const Recorder recorder(exportReceiptRow().documentWithout("runId"));
     FilmVistrelExportReceipt expected = fullExportReceipt();
     expected.runId.reset();
@@ -134,7 +134,7 @@ TEST(FilmToolReplies, ARefusedExportIsAnAnswer) {
     EXPECT_EQ(FilmToolClient(Recorder::path()).exportVistrel("/films/run.json").get(), expected);
 }
 
-TEST(FilmToolReplies, RepliesArriveWhole) {
+TEST(FilmToolReply, MayHaveWhiteSpaceOrAByteOrderMarkAroundIt) {
     const FilmToolClient client(Recorder::path());
     {
         const Recorder recorder("\r\n\t " + statusRow().fullDocument() + "\n\n");
@@ -155,7 +155,7 @@ std::string planned(const std::string& reply) {
     return FilmToolClient(Recorder::path()).plan("idea", "title", 90, "/films").get().string();
 }
 
-TEST(FilmToolReplies, APlansRunManifest) {
+TEST(FilmToolReply, HoldsTheRunManifestOfAPlan) {
     const auto here = [](const char* path) { return (std::filesystem::current_path() / path).string(); };
     struct Row {
         const char* sentence;
@@ -168,12 +168,12 @@ TEST(FilmToolReplies, APlansRunManifest) {
         {"among other keys", planReply("/films/a/run.json"), "/films/a/run.json"},
         {"a whole status", R"({"status":)" + statusRow().documentWith("runManifest", R"("/r.json")") + "}",
          "/r.json"},
-        {"with spaces and signs", planReply("/my films/100%20 #1?/Brèmes – 灯.json"),
+        {"with spaces and punctuation", planReply("/my films/100%20 #1?/Brèmes – 灯.json"),
          "/my films/100%20 #1?/Brèmes – 灯.json"},
         {"a relative path", planReply("a lamp/run.json"), here("a lamp/run.json")},
         {"a relative path with a dot", planReply("./a lamp/run.json"), here("a lamp/run.json")},
-        {"a tilde is a letter", planReply("~/run.json"), here("~/run.json")},
-        {"a slash that is escaped", planReply(R"(\/films\/run.json)"), "/films/run.json"},
+        {"a tilde is not expanded", planReply("~/run.json"), here("~/run.json")},
+        {"an escaped slash", planReply(R"(\/films\/run.json)"), "/films/run.json"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
@@ -181,7 +181,7 @@ TEST(FilmToolReplies, APlansRunManifest) {
     }
 }
 
-TEST(FilmToolReplies, APlanWithoutItsRunManifest) {
+TEST(FilmToolReply, IsRefusedWithoutTheRunManifestOfAPlan) {
     struct Row {
         const char* sentence;
         std::string reply;
@@ -190,7 +190,8 @@ TEST(FilmToolReplies, APlanWithoutItsRunManifest) {
     const std::vector<Row> rows{
         {"no status", R"({"runManifest":"/films/run.json"})", "status is missing"},
         {"a status that is null", R"({"status":null})", "status: expected an object, found null"},
-        {"a status that is a word", R"({"status":"planned"})", "status: expected an object, found a string"},
+        {"a status that is a string", R"({"status":"planned"})",
+         "status: expected an object, found a string"},
         {"no run manifest", R"({"status":{"phase":"plan"}})", "status.runManifest is missing"},
         {"a run manifest that is null", R"({"status":{"runManifest":null}})",
          "status.runManifest: expected a string, found null"},

@@ -16,7 +16,7 @@
 
 namespace kinovane::test {
 
-/// A coroutine that starts at once. Its frame lives as long as this object, whether it has ended or not.
+/// A coroutine that starts at once. This object owns its frame.
 class [[nodiscard]] Coroutine {
   public:
     struct promise_type;
@@ -30,7 +30,7 @@ class [[nodiscard]] Coroutine {
             frame_.destroy();
     }
 
-    /// Blocks until it has ended; once.
+    /// Blocks until the coroutine has ended. Call it once.
     void wait() { ended_->acquire(); }
 
   private:
@@ -43,13 +43,13 @@ class [[nodiscard]] Coroutine {
 };
 
 struct Coroutine::promise_type {
-    // Told only when the coroutine is suspended for good: the waiting thread may destroy the frame from then
-    // on.
-    struct TellEnd {
+    // Signals the end when the coroutine is suspended at its end: the waiting thread may then destroy the
+    // frame.
+    struct SignalEnd {
         bool await_ready() const noexcept { return false; }
         void await_suspend(std::coroutine_handle<promise_type> frame) const noexcept {
-            const Ended toldLast = frame.promise().ended;
-            toldLast->release();
+            const Ended ended = frame.promise().ended; // A copy, because the frame may be destroyed.
+            ended->release();
         }
         void await_resume() const noexcept {}
     };
@@ -58,15 +58,14 @@ struct Coroutine::promise_type {
         return {std::coroutine_handle<promise_type>::from_promise(*this), ended};
     }
     std::suspend_never initial_suspend() const noexcept { return {}; }
-    TellEnd final_suspend() const noexcept { return {}; }
+    SignalEnd final_suspend() const noexcept { return {}; }
     void return_void() const noexcept {}
     [[noreturn]] void unhandled_exception() const noexcept { std::terminate(); }
 
     Ended ended = std::make_shared<std::binary_semaphore>(0);
 };
 
-/// The main loop of an application, turned by hand: jobs run, and are destroyed, on the thread that calls
-/// `runNext`.
+/// A main loop. The thread that calls `runNext` runs the next job and destroys it.
 class Loop {
   public:
     Executor executor() {

@@ -26,7 +26,7 @@ static_assert(std::is_same_v<FilmToolError::Case,
                              std::variant<FilmToolError::executableNotFound, FilmToolError::launchFailed,
                                           FilmToolError::commandFailed, FilmToolError::invalidJSON>>);
 
-TEST(FilmToolError, Descriptions) {
+TEST(FilmToolError, DescribesEveryCase) {
     struct Row {
         const char* sentence;
         FilmToolError error;
@@ -41,15 +41,15 @@ TEST(FilmToolError, Descriptions) {
          "Required executable not found: "},
         {"a refused start", FilmToolError::launchFailed{"Exec format error"},
          "Could not launch film command: Exec format error"},
-        {"a failed run without a word", FilmToolError::commandFailed{resultOf(3, "")},
+        {"a failed run without standard error", FilmToolError::commandFailed{resultOf(3, "")},
          "Film command exited 3."},
         {"a failed run with a negative status", FilmToolError::commandFailed{resultOf(-1, "")},
          "Film command exited -1."},
-        {"a failed run with a word", FilmToolError::commandFailed{resultOf(3, "boom\n")}, "boom\n"},
+        {"a failed run with standard error", FilmToolError::commandFailed{resultOf(3, "boom\n")}, "boom\n"},
         {"a failed run with white space only", FilmToolError::commandFailed{resultOf(3, " \n")}, " \n"},
         {"a failed run with several lines", FilmToolError::commandFailed{resultOf(3, "\n a\n b\n\n")},
          "\n a\n b\n\n"},
-        {"an unreadable answer", FilmToolError::invalidJSON{"line 1, column 1: no value"},
+        {"an unreadable reply", FilmToolError::invalidJSON{"line 1, column 1: no value"},
          "Film command returned invalid JSON: line 1, column 1: no value"},
     };
     for (const Row& row : rows) {
@@ -62,14 +62,14 @@ TEST(FilmToolError, Descriptions) {
     }
 }
 
-TEST(FilmToolError, Equality) {
+TEST(FilmToolError, IsEqualByCaseAndPayload) {
     ProcessResult otherExecutable = resultOf(3, "boom");
     otherExecutable.executable = "/bin/film";
     ProcessResult otherArguments = resultOf(3, "boom");
     otherArguments.arguments.pop_back();
     ProcessResult otherOutput = resultOf(3, "boom");
     otherOutput.stdout = "";
-    // No two of these are equal, though some have the same description.
+    // No two of these are equal, although some have the same description.
     const std::vector<FilmToolError> different{
         FilmToolError::executableNotFound{"x"},
         FilmToolError::executableNotFound{"y"},
@@ -90,13 +90,13 @@ TEST(FilmToolError, Equality) {
             EXPECT_EQ(different[left] == different[right], left == right);
             EXPECT_EQ(different[left] != different[right], left != right);
         }
-    // Equal is what holds the same, not only what is the same.
+    // Two objects with equal contents are equal.
     EXPECT_EQ(FilmToolError(FilmToolError::commandFailed{resultOf(3, "boom")}),
               FilmToolError(FilmToolError::Case(FilmToolError::commandFailed{resultOf(3, "boom")})));
     EXPECT_EQ(FilmToolError(FilmToolError::invalidJSON{"x"}), FilmToolError(FilmToolError::invalidJSON{"x"}));
 }
 
-TEST(FilmToolError, CasesAndPayloads) {
+TEST(FilmToolError, HoldsItsCaseAndPayload) {
     const FilmToolError error = FilmToolError::commandFailed{resultOf(3, "boom\n")};
     const auto* failed = std::get_if<FilmToolError::commandFailed>(&error.value());
     ASSERT_NE(failed, nullptr);
@@ -108,7 +108,7 @@ TEST(FilmToolError, CasesAndPayloads) {
               "film");
 }
 
-TEST(FilmToolError, AssignmentTakesEverything) {
+TEST(FilmToolError, IsReplacedByAssignment) {
     FilmToolError error = FilmToolError::launchFailed{"first"};
     const FilmToolError kept = error;
     error = FilmToolError(FilmToolError::invalidJSON{"second"});
@@ -116,7 +116,7 @@ TEST(FilmToolError, AssignmentTakesEverything) {
     EXPECT_EQ(kept.errorDescription(), "Could not launch film command: first");
 }
 
-TEST(FilmToolError, IsCaughtAsAnException) {
+TEST(FilmToolError, IsCaughtAsStdException) {
     try {
         throw FilmToolError(FilmToolError::launchFailed{"x"});
     } catch (const std::exception& error) {
@@ -125,7 +125,7 @@ TEST(FilmToolError, IsCaughtAsAnException) {
     }
 }
 
-TEST(ProcessResult, SucceededOnlyWithStatusZero) {
+TEST(ProcessResult, SucceedsOnlyWithStatusZero) {
     struct Row {
         std::int32_t exitCode;
         bool expected;

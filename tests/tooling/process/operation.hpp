@@ -13,20 +13,20 @@
 
 namespace kinovane::test {
 
-/// Where operations wait until a test lets them go on.
+/// Holds operations back until a test opens it.
 class Gate {
   public:
     void open() { opened_.set_value(); }
 
-    /// Blocks until it is open; for copies inside an operation.
-    std::shared_future<void> pass() const { return passed_; }
+    /// A future that is ready once the gate is open, for an operation to wait for.
+    std::shared_future<void> pass() const { return opening_; }
 
   private:
     std::promise<void> opened_;
-    std::shared_future<void> passed_ = opened_.get_future().share();
+    std::shared_future<void> opening_ = opened_.get_future().share();
 };
 
-/// An operation that gives `value` once the gate is open.
+/// Starts an operation that returns `value` once the gate is open.
 template <class T>
 Task<T> startBehind(const Gate& gate, T value) {
     return startTask<T>([passed = gate.pass(), value = std::move(value)] {
@@ -35,14 +35,14 @@ Task<T> startBehind(const Gate& gate, T value) {
     });
 }
 
-/// There is nothing to block on without taking the result.
+/// Waits without taking the result. There is nothing to block on.
 template <class T>
 void waitUntilDone(const Task<T>& task) {
     while (!task.done())
         std::this_thread::yield();
 }
 
-/// Type and text of an error.
+/// The type and the text of an exception.
 inline std::string describe(const std::exception_ptr& error) {
     try {
         std::rethrow_exception(error);
@@ -59,7 +59,7 @@ inline std::string describe(const std::exception_ptr& error) {
     }
 }
 
-/// Where its last copy was destroyed.
+/// Records the thread on which it is destroyed.
 class DestructionRecorder {
   public:
     explicit DestructionRecorder(std::thread::id& destroyedOn) : destroyedOn_(&destroyedOn) {}

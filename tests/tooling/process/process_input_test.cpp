@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What reaches a program: its arguments, its environment, its directory.
+// The arguments, environment and working directory of a program.
 
 #include <algorithm>
 #include <cstdlib>
@@ -31,13 +31,13 @@ namespace {
 using Texts = std::vector<std::string>;
 
 Texts splitAtNUL(std::string_view text) {
-    Texts pieces;
+    Texts parts;
     while (!text.empty()) {
         const std::size_t end = std::min(text.find('\0'), text.size());
-        pieces.emplace_back(text.substr(0, end));
+        parts.emplace_back(text.substr(0, end));
         text.remove_prefix(std::min(end + 1, text.size()));
     }
-    return pieces;
+    return parts;
 }
 
 std::string hexOf(std::string_view bytes) {
@@ -78,9 +78,9 @@ TEST(ProcessArguments, ArriveUnchanged) {
         {"quotes", {"\"double\"", "'single'", "`back`", "it's"}},
         {"lines", {"first\nsecond\r\n", "\t"}},
         {"leading dashes", {"-n", "--help", "--", "-"}},
-        {"what a shell would change",
+        {"characters that a shell interprets",
          {"$HOME", "*", "~", "a;b", "a|b", "a&b", ">out", "\\", "!1", "#", "{a,b}"}},
-        {"letters of all kinds", {"\u00E9t\u00E9", "\u6620\u753B", "\U0001F3AC"}},
+        {"letters of several scripts", {"\u00E9t\u00E9", "\u6620\u753B", "\U0001F3AC"}},
         {"every byte but NUL", {everyByte}},
         {"100 KB in one", {std::string(100'000, 'x')}},
         {"many", Texts(5'000, "shot")},
@@ -100,36 +100,36 @@ TEST(ProcessArguments, ArriveUnchanged) {
 
 TEST(ProcessEnvironment, IsInheritedWithoutAdditions) { EXPECT_EQ(childEnvironment({}), ownEnvironment()); }
 
-TEST(ProcessEnvironment, AdditionsWin) {
+TEST(ProcessEnvironment, PrefersAdditionsToInheritedVariables) {
     ::setenv("KINOVANE_TEST_OLD", "old", 1);
     ::setenv("KINOVANE_TEST_EMPTY", "", 1);
     const Texts own = ownEnvironment();
     struct Row {
         const char* sentence;
         std::map<std::string, std::string> additions;
-        Texts replaced; ///< What of the own environment is gone.
+        Texts replaced; ///< Inherited entries that the child does not have.
         Texts expected;
     };
     const std::vector<Row> rows{
-        {"a new one is added", {{"KINOVANE_TEST_NEW", "new"}}, {}, {"KINOVANE_TEST_NEW=new"}},
-        {"an old one is replaced",
+        {"a new variable is added", {{"KINOVANE_TEST_NEW", "new"}}, {}, {"KINOVANE_TEST_NEW=new"}},
+        {"an inherited variable is replaced",
          {{"KINOVANE_TEST_OLD", "new"}},
          {"KINOVANE_TEST_OLD=old"},
          {"KINOVANE_TEST_OLD=new"}},
-        {"an empty value is a value",
+        {"an empty value replaces an inherited one",
          {{"KINOVANE_TEST_OLD", ""}},
          {"KINOVANE_TEST_OLD=old"},
          {"KINOVANE_TEST_OLD="}},
-        {"an empty value is replaced",
+        {"an inherited empty value is replaced",
          {{"KINOVANE_TEST_EMPTY", "x"}},
          {"KINOVANE_TEST_EMPTY="},
          {"KINOVANE_TEST_EMPTY=x"}},
-        {"the beginning of a name is another name", {{"KINOVANE_TEST", "x"}}, {}, {"KINOVANE_TEST=x"}},
-        {"a value may hold anything",
+        {"a prefix of a name is another name", {{"KINOVANE_TEST", "x"}}, {}, {"KINOVANE_TEST=x"}},
+        {"a value may hold any text",
          {{"KINOVANE_TEST_NEW", "a=b c\n\"'$HOME\u00E9"}},
          {},
          {"KINOVANE_TEST_NEW=a=b c\n\"'$HOME\u00E9"}},
-        {"capitals matter", {{"kinovane_test_old", "x"}}, {}, {"kinovane_test_old=x"}},
+        {"names are case-sensitive", {{"kinovane_test_old", "x"}}, {}, {"kinovane_test_old=x"}},
         {"several at once",
          {{"KINOVANE_TEST_NEW", "1"}, {"KINOVANE_TEST_OLD", "2"}},
          {"KINOVANE_TEST_OLD=old"},
@@ -151,25 +151,25 @@ TEST(ProcessEnvironment, AdditionsWin) {
     ::unsetenv("KINOVANE_TEST_EMPTY");
 }
 
-TEST(ProcessEnvironment, OnlyPathIsReplacedByPath) {
+TEST(ProcessEnvironment, ReplacesOnlyPATHByPATH) {
     const std::string former = std::getenv("PATH") != nullptr ? std::getenv("PATH") : "";
     ::setenv("PATH", "/usr/bin:/bin", 1);
     Texts expected = ownEnvironment();
     std::replace(expected.begin(), expected.end(), std::string("PATH=/usr/bin:/bin"),
                  std::string("PATH=/elsewhere"));
     EXPECT_THAT(childEnvironment({{"PATH", "/elsewhere"}}), testing::UnorderedElementsAreArray(expected));
-    // The child's PATH has no part in finding the program.
+    // The program is found with the PATH of this process.
     EXPECT_EQ(outcomeOf(FilmToolClient("true").run({}, {{"PATH", "/elsewhere"}})), "");
     ::setenv("PATH", former.c_str(), 1);
 }
 
-TEST(ProcessEnvironment, OfTheApplicationIsLeftAlone) {
+TEST(ProcessEnvironment, LeavesThatOfTheApplicationUnchanged) {
     const Texts before = ownEnvironment();
     (void)childEnvironment({{"KINOVANE_TEST_NEW", "new"}, {"PATH", "/elsewhere"}});
     EXPECT_EQ(ownEnvironment(), before);
 }
 
-TEST(ProcessInput, TextThatCannotBePassed) {
+TEST(ProcessInput, RefusesInvalidText) {
     const std::string nul("a\0b", 3);
     struct Row {
         const char* sentence;
@@ -215,13 +215,13 @@ TEST(ProcessInput, TextThatCannotBePassed) {
     }
 }
 
-TEST(ProcessInput, DirectoryIsInherited) {
-    const TemporaryDirectory place;
+TEST(ProcessInput, IncludesTheWorkingDirectory) {
+    const TemporaryDirectory directory;
     const fs::path former = fs::current_path();
-    fs::current_path(place.path());
-    const std::string directory = outputOfTestProgram({"directory"});
+    fs::current_path(directory.path());
+    const std::string printed = outputOfTestProgram({"directory"});
     fs::current_path(former);
-    EXPECT_EQ(directory, place.path().string());
+    EXPECT_EQ(printed, directory.path().string());
 }
 
 } // namespace

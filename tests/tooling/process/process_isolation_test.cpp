@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What an application has set up for itself and a program must not notice.
+// Descriptors and signal settings of the application, which a program must not inherit.
 
 #include <cerrno>
 #include <csignal>
@@ -38,20 +38,20 @@ void setAction(int signal, void (*handler)(int), int flags = 0) {
 
 void doNothing(int /*signal*/) {}
 
-TEST(ProcessIsolation, DescriptorsOfTheApplication) {
+TEST(ProcessIsolation, HidesDescriptorsOfTheApplication) {
     struct Row {
         const char* sentence;
-        void (*spoil)();
+        void (*change)();
     };
     const std::vector<Row> rows{
-        {"as it is", [] {}},
-        {"many open, to be inherited",
+        {"unchanged", [] {}},
+        {"many inheritable descriptors",
          [] {
              for (int count = 0; count < 200; ++count)
                  require(::open("/dev/null", O_RDONLY) >= 0);
          }},
-        {"one with a large number", [] { require(::dup2(STDIN_FILENO, 1000) == 1000); }},
-        {"one above a limit that was lowered afterwards",
+        {"a descriptor with a large number", [] { require(::dup2(STDIN_FILENO, 1000) == 1000); }},
+        {"a descriptor above a limit that was lowered afterwards",
          [] {
              require(::dup2(STDIN_FILENO, 1000) == 1000);
              rlimit limit{};
@@ -62,7 +62,7 @@ TEST(ProcessIsolation, DescriptorsOfTheApplication) {
         {"standard input closed", [] { ::close(0); }},
         {"standard output closed", [] { ::close(1); }},
         {"standard error closed", [] { ::close(2); }},
-        {"the first and the last closed",
+        {"standard input and standard error closed",
          [] {
              ::close(0);
              ::close(2);
@@ -72,7 +72,7 @@ TEST(ProcessIsolation, DescriptorsOfTheApplication) {
              for (const int descriptor : {0, 1, 2})
                  ::close(descriptor);
          }},
-        {"all three to be closed in children",
+        {"all three close-on-exec",
          [] {
              for (const int descriptor : {0, 1, 2})
                  require(::fcntl(descriptor, F_SETFD, FD_CLOEXEC) == 0);
@@ -81,8 +81,8 @@ TEST(ProcessIsolation, DescriptorsOfTheApplication) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
         EXPECT_EQ(inForkedProcess([&] {
-                      row.spoil();
-                      // The descriptors first, then that all three can be used.
+                      row.change();
+                      // Lists the descriptors, and writes to both output streams.
                       const ProcessResult result = startTestProgram({"err", "errors", "descriptors"}).get();
                       return result.stdout + result.stderr;
                   }),
@@ -90,21 +90,21 @@ TEST(ProcessIsolation, DescriptorsOfTheApplication) {
     }
 }
 
-TEST(ProcessIsolation, SignalsOfTheApplication) {
+TEST(ProcessIsolation, ResetsSignals) {
     struct Row {
         const char* sentence;
-        void (*spoil)();
+        void (*change)();
     };
     const std::vector<Row> rows{
-        {"as it is", [] {}},
-        {"broken pipes ignored", [] { setAction(SIGPIPE, SIG_IGN); }},
-        {"interruptions ignored",
+        {"unchanged", [] {}},
+        {"SIGPIPE ignored", [] { setAction(SIGPIPE, SIG_IGN); }},
+        {"several signals ignored",
          [] {
              for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR2, SIGTSTP, SIGRTMIN, SIGRTMAX})
                  setAction(signal, SIG_IGN);
          }},
-        {"a handler for the end of children", [] { setAction(SIGCHLD, doNothing); }},
-        {"a handler that interrupts whatever waits",
+        {"a handler for SIGCHLD", [] { setAction(SIGCHLD, doNothing); }},
+        {"handlers that interrupt system calls",
          [] {
              setAction(SIGCHLD, doNothing, SA_NODEFER);
              setAction(SIGUSR1, doNothing);
@@ -127,14 +127,14 @@ TEST(ProcessIsolation, SignalsOfTheApplication) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
         EXPECT_EQ(inForkedProcess([&] {
-                      row.spoil();
+                      row.change();
                       return outputOfTestProgram({"signals"});
                   }),
                   "blocked:\nignored:\n");
     }
 }
 
-TEST(ProcessIsolation, SignalsOfTheApplicationStay) {
+TEST(ProcessIsolation, LeavesTheApplicationsSignalsUnchanged) {
     EXPECT_EQ(inForkedProcess([] {
                   setAction(SIGPIPE, SIG_IGN);
                   setAction(SIGCHLD, doNothing);
@@ -144,14 +144,14 @@ TEST(ProcessIsolation, SignalsOfTheApplicationStay) {
                   require(::sigaction(SIGPIPE, nullptr, &broken) == 0);
                   require(::sigaction(SIGCHLD, nullptr, &child) == 0);
                   return std::string(broken.sa_handler == SIG_IGN && child.sa_handler == doNothing
-                                         ? "as they were"
+                                         ? "unchanged"
                                          : "changed");
               }),
-              "as they were");
+              "unchanged");
 }
 
 // A blocked or ignored signal would not end the program.
-TEST(ProcessIsolation, SignalsEndAProgramAsTheyShould) {
+TEST(ProcessIsolation, LetsSignalsEndAProgram) {
     EXPECT_EQ(inForkedProcess([] {
                   setAction(SIGTERM, SIG_IGN);
                   sigset_t one;

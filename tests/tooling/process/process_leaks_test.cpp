@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What is left after many runs, and what runs at the same time have to do with each other.
+// Resources after many runs, and runs at the same time.
 
 #include <filesystem>
 #include <functional>
@@ -33,24 +33,24 @@ void expectCounts(const ProcessCounts& expected) {
     EXPECT_EQ(counts.children, expected.children);
 }
 
-class ProcessLeaks : public testing::Test {
+class ProcessRuns : public testing::Test {
   protected:
-    // Sanitizers and the C library start and open what they need at the first use.
-    ProcessLeaks() {
+    // The first run makes sanitizers and the C library start threads and open files that they keep.
+    ProcessRuns() {
         (void)outputOfTestProgram({});
         counts_ = restingCounts();
     }
 
     void expectNothingLeft() const { expectCounts(counts_); }
 
-    TemporaryDirectory place;
+    TemporaryDirectory directory;
 
   private:
     ProcessCounts counts_;
 };
 
-TEST_F(ProcessLeaks, AfterManyRuns) {
-    const std::string text = (place.write("text", "x")).string();
+TEST_F(ProcessRuns, LeaveNothingBehind) {
+    const std::string text = (directory.write("text", "x")).string();
     fs::permissions(text, fs::perms::owner_all);
     const std::string nul("\0", 1);
     const std::string prefix = "Could not launch film command: ";
@@ -71,7 +71,7 @@ TEST_F(ProcessLeaks, AfterManyRuns) {
          {},
          {},
          "Required executable not found: kinovane-no-such-tool"},
-        {"no programs", text, {}, {}, prefix + text + ": posix_spawn: Exec format error"},
+        {"files that are not programs", text, {}, {}, prefix + text + ": posix_spawn: Exec format error"},
         {"NUL bytes in arguments",
          testProgramPath(),
          {nul},
@@ -102,7 +102,7 @@ TEST_F(ProcessLeaks, AfterManyRuns) {
     }
 }
 
-TEST_F(ProcessLeaks, AfterManyDroppedTasks) {
+TEST_F(ProcessRuns, LeaveNothingBehindWhenTasksAreDropped) {
     for (int run = 0; run < 200; ++run) {
         (void)startTestProgram({"out", "x"});
         (void)FilmToolClient("kinovane-no-such-tool").run({});
@@ -110,7 +110,7 @@ TEST_F(ProcessLeaks, AfterManyDroppedTasks) {
     expectNothingLeft();
 }
 
-TEST_F(ProcessLeaks, ManyRunsAtOnce) {
+TEST_F(ProcessRuns, AreIndependentOfOneAnother) {
     const FilmToolClient client(testProgramPath());
     std::vector<Task<ProcessResult>> tasks;
     for (int run = 0; run < 50; ++run) {
@@ -127,10 +127,10 @@ TEST_F(ProcessLeaks, ManyRunsAtOnce) {
     expectNothingLeft();
 }
 
-// A program that inherits the pipe of another would keep the other's run from ending.
-TEST_F(ProcessLeaks, ProgramsStartedAtTheSameMomentHoldOnlyTheirOwnPipes) {
+// A program that inherited the pipes of another would keep that run from ending.
+TEST_F(ProcessRuns, InheritOnlyTheirOwnPipes) {
     {
-        Fifo gate(place / "gate");
+        Fifo gate(directory / "gate");
         std::vector<Task<ProcessResult>> waiting;
         std::vector<Task<ProcessResult>> quick;
         for (int pair = 0; pair < 40; ++pair) {
@@ -148,12 +148,12 @@ TEST_F(ProcessLeaks, ProgramsStartedAtTheSameMomentHoldOnlyTheirOwnPipes) {
     expectNothingLeft();
 }
 
-// All programs run before the first may end, so no call can have waited for another's program.
-TEST_F(ProcessLeaks, StartingNeverWaits) {
+// All programs must be running before the first may end.
+TEST_F(ProcessRuns, StartWithoutWaitingForOneAnother) {
     constexpr std::size_t runs = 64;
     {
-        Fifo gate(place / "gate");
-        Fifo reached(place / "reached");
+        Fifo gate(directory / "gate");
+        Fifo reached(directory / "reached");
         std::vector<Task<ProcessResult>> tasks;
         for (std::size_t run = 0; run < runs; ++run)
             tasks.push_back(startTestProgram(
@@ -168,11 +168,11 @@ TEST_F(ProcessLeaks, StartingNeverWaits) {
     expectNothingLeft();
 }
 
-TEST_F(ProcessLeaks, ADroppedTaskGoesOn) {
-    const fs::path made = place / "made";
+TEST_F(ProcessRuns, FinishWhenTheirTaskIsDropped) {
+    const fs::path made = directory / "made";
     {
-        Fifo gate(place / "gate");
-        Fifo reached(place / "reached");
+        Fifo gate(directory / "gate");
+        Fifo reached(directory / "reached");
         (void)startTestProgram({"wait", gate.path(), "create", made.string(), "announce", reached.path()});
         EXPECT_FALSE(fs::exists(made));
         gate.open();
@@ -182,7 +182,7 @@ TEST_F(ProcessLeaks, ADroppedTaskGoesOn) {
     expectNothingLeft();
 }
 
-TEST_F(ProcessLeaks, OtherChildrenAreLeftToTheApplication) {
+TEST_F(ProcessRuns, LeaveOtherChildrenToTheApplication) {
     const pid_t other = ::fork();
     ASSERT_GE(other, 0);
     if (other == 0)

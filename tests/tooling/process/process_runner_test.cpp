@@ -26,7 +26,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The error that a run of the test program ends with.
+/// The error of a run of the test program; absent if it succeeds.
 std::optional<FilmToolError> errorOf(std::vector<std::string> arguments) {
     try {
         (void)startTestProgram(std::move(arguments)).get();
@@ -36,7 +36,7 @@ std::optional<FilmToolError> errorOf(std::vector<std::string> arguments) {
     }
 }
 
-TEST(ProcessRunner, RecordOfARun) {
+TEST(ProcessRunner, ReturnsTheResultOfARun) {
     struct Row {
         const char* sentence;
         std::vector<std::string> arguments;
@@ -46,11 +46,11 @@ TEST(ProcessRunner, RecordOfARun) {
     const std::vector<Row> rows{
         {"no arguments, no output", {}, "", ""},
         {"output", {"out", "hello\n"}, "hello\n", ""},
-        {"errors do not make a run fail", {"err", "careful"}, "", "careful"},
+        {"standard error does not make a run fail", {"err", "careful"}, "", "careful"},
         {"both", {"out", "1", "err", "2", "out", "3", "err", "4"}, "13", "24"},
-        {"output closed early", {"out", "1", "close", "1", "err", "2", "err", "3"}, "1", "23"},
-        {"errors closed early", {"err", "1", "close", "2", "out", "2", "out", "3"}, "23", "1"},
-        {"both closed, and work goes on", {"close", "1", "close", "2", "exit", "0"}, "", ""},
+        {"standard output closed early", {"out", "1", "close", "1", "err", "2", "err", "3"}, "1", "23"},
+        {"standard error closed early", {"err", "1", "close", "2", "out", "2", "out", "3"}, "23", "1"},
+        {"both closed before the end", {"close", "1", "close", "2", "exit", "0"}, "", ""},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
@@ -61,7 +61,7 @@ TEST(ProcessRunner, RecordOfARun) {
     }
 }
 
-TEST(ProcessRunner, RecordOfAFailedRun) {
+TEST(ProcessRunner, ReportsTheResultOfAFailedRun) {
     struct Row {
         const char* sentence;
         std::vector<std::string> arguments;
@@ -71,20 +71,20 @@ TEST(ProcessRunner, RecordOfAFailedRun) {
         std::string description;
     };
     const std::vector<Row> rows{
-        {"a status without a word", {"exit", "3"}, 3, "", "", "Film command exited 3."},
-        {"output does not describe an error",
+        {"no text on standard error", {"exit", "3"}, 3, "", "", "Film command exited 3."},
+        {"standard output does not describe the error",
          {"out", "x", "exit", "3"},
          3,
          "x",
          "",
          "Film command exited 3."},
-        {"a status with a word", {"err", "boom\n", "exit", "3"}, 3, "", "boom\n", "boom\n"},
-        {"white space is a word", {"err", "\n", "exit", "1"}, 1, "", "\n", "\n"},
-        {"bytes that are no text", {"err-hex", "FF0A", "exit", "1"}, 1, "", "\uFFFD\n", "\uFFFD\n"},
+        {"a text on standard error", {"err", "boom\n", "exit", "3"}, 3, "", "boom\n", "boom\n"},
+        {"white space on standard error", {"err", "\n", "exit", "1"}, 1, "", "\n", "\n"},
+        {"bytes that are not UTF-8", {"err-hex", "FF0A", "exit", "1"}, 1, "", "\uFFFD\n", "\uFFFD\n"},
         {"the largest status", {"exit", "255"}, 255, "", "", "Film command exited 255."},
-        {"killed", {"out", "x", "signal", "9"}, 9, "x", "", "Film command exited 9."},
-        {"asked to end", {"signal", "15"}, 15, "", "", "Film command exited 15."},
-        {"killed with a word", {"err", "late", "signal", "1"}, 1, "", "late", "late"},
+        {"ended by SIGKILL", {"out", "x", "signal", "9"}, 9, "x", "", "Film command exited 9."},
+        {"ended by SIGTERM", {"signal", "15"}, 15, "", "", "Film command exited 15."},
+        {"killed after a text on standard error", {"err", "late", "signal", "1"}, 1, "", "late", "late"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
@@ -100,22 +100,22 @@ TEST(ProcessRunner, RecordOfAFailedRun) {
     }
 }
 
-TEST(ProcessRunner, InvalidTextIsRepaired) {
+TEST(ProcessRunner, ReplacesInvalidUTF8) {
     struct Row {
         const char* sentence;
         std::vector<std::string> bytes; ///< Written one after the other.
         std::string expected;
     };
     const std::vector<Row> rows{
-        {"text stays as it is", {"41C3A9E282ACF09F8EAC"}, "A\u00E9\u20AC\U0001F3AC"},
-        {"a byte that is never one", {"41FF42"}, "A\uFFFDB"},
-        {"a lone following byte", {"80"}, "\uFFFD"},
+        {"valid text is unchanged", {"41C3A9E282ACF09F8EAC"}, "A\u00E9\u20AC\U0001F3AC"},
+        {"a byte that never occurs in UTF-8", {"41FF42"}, "A\uFFFDB"},
+        {"a continuation byte alone", {"80"}, "\uFFFD"},
         {"a sequence cut off at the end", {"41E282"}, "A\uFFFD"},
         {"a sequence cut off in the middle", {"F09F9841"}, "\uFFFDA"},
         {"an overlong form", {"C0AF"}, "\uFFFD\uFFFD"},
         {"half a surrogate pair", {"EDA080"}, "\uFFFD\uFFFD\uFFFD"},
-        {"a number beyond the last", {"F4908080"}, "\uFFFD\uFFFD\uFFFD\uFFFD"},
-        {"the last number", {"F48FBFBF"}, "\U0010FFFF"},
+        {"a code point beyond U+10FFFF", {"F4908080"}, "\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"U+10FFFF", {"F48FBFBF"}, "\U0010FFFF"},
         {"a sequence written in two halves", {"E2", "82AC"}, "\u20AC"},
         {"a NUL byte", {"410042"}, std::string("A\0B", 3)},
         {"a byte-order mark", {"EFBBBF41"}, "\uFEFFA"},
@@ -133,11 +133,11 @@ TEST(ProcessRunner, InvalidTextIsRepaired) {
     }
 }
 
-TEST(ProcessRunner, MegabytesOnBothStreams) {
+TEST(ProcessRunner, CapturesMegabytesOnBothStreams) {
     for (const std::size_t bytes : {4'096U, 65'536U, 65'537U, 8'000'001U}) {
         SCOPED_TRACE(bytes);
         const ProcessResult result = startTestProgram({"flood", std::to_string(bytes)}).get();
-        // Nobody wants to see megabytes of difference.
+        // Not EXPECT_EQ, which would print the texts.
         EXPECT_EQ(result.stdout.size(), bytes);
         EXPECT_TRUE(result.stdout == numberedLines("output", bytes));
         EXPECT_EQ(result.stderr.size(), bytes);
@@ -145,21 +145,21 @@ TEST(ProcessRunner, MegabytesOnBothStreams) {
     }
 }
 
-TEST(ProcessRunner, MegabytesOfAFailedRun) {
+TEST(ProcessRunner, CapturesMegabytesOfAFailedRun) {
     const auto error = errorOf({"flood", "3000000", "exit", "4"});
     ASSERT_TRUE(error.has_value());
     EXPECT_TRUE(error->errorDescription() == numberedLines("errors", 3'000'000));
 }
 
-// The output belongs to whoever holds the pipe, so a run lasts until the last of them has let go.
-TEST(ProcessRunner, LastsUntilTheOutputEnds) {
-    const TemporaryDirectory place;
-    Fifo gate(place / "gate");
-    Fifo reached(place / "reached");
+// Any process that holds the pipe may still write to it, so the run lasts until the last one has closed it.
+TEST(ProcessRunner, WaitsUntilTheOutputEnds) {
+    const TemporaryDirectory directory;
+    Fifo gate(directory / "gate");
+    Fifo reached(directory / "reached");
     Task<ProcessResult> task =
         startTestProgram({"out", "early output\n", "grandchild", gate.path(), "announce", reached.path()});
     reached.awaitAnnouncements();
-    // Asks for the end of the program without taking its status away.
+    // Waits for the program's end and leaves its status to the library.
     siginfo_t ended{};
     ASSERT_EQ(::waitid(P_ALL, 0, &ended, WEXITED | WNOWAIT), 0);
     EXPECT_EQ(ended.si_code, CLD_EXITED);
@@ -170,11 +170,11 @@ TEST(ProcessRunner, LastsUntilTheOutputEnds) {
     EXPECT_EQ(result.stderr, "late errors\n");
 }
 
-// And it lasts until the program has ended, though its output ended long ago.
-TEST(ProcessRunner, LastsUntilTheProgramEnds) {
-    const TemporaryDirectory place;
-    Fifo gate(place / "gate");
-    Fifo reached(place / "reached");
+// The output has ended, but the exit status is not known before the program ends.
+TEST(ProcessRunner, WaitsUntilTheProgramEnds) {
+    const TemporaryDirectory directory;
+    Fifo gate(directory / "gate");
+    Fifo reached(directory / "reached");
     Task<ProcessResult> task =
         startTestProgram({"close", "1", "close", "2", "announce", reached.path(), "wait", gate.path()});
     reached.awaitAnnouncements();

@@ -10,15 +10,16 @@
 
 namespace kinovane::test {
 
+/// ThreadSanitizer has a thread of its own.
 inline constexpr std::size_t restingThreads = underThreadSanitizer ? 2 : 1;
 
-/// What this process has while no operation runs, once the threads of earlier operations have gone: a thread
-/// may be listed for an instant after it was joined, and longer when nobody waits for it.
+/// The counts while no operation runs. Waits until the threads of earlier operations have disappeared: the
+/// system may list a thread for an instant after it was joined, and a detached one for longer.
 inline ProcessCounts restingCounts() {
     try {
         std::thread([] {}).join();
     } catch (const std::system_error&) {
-        return countProcess(); // Where none can be started, none is on its way out.
+        return countProcess(); // If no thread can be started, none is about to end.
     }
     ProcessCounts resting = countProcess();
     resting.threads = restingThreads;

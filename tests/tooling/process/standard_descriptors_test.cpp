@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Running programs in applications that have closed some of the standard descriptors, and go on using them.
+// Operations of an application that has closed some of the standard descriptors.
 
 #include "support/standard_descriptors.hpp"
 
@@ -25,16 +25,16 @@ namespace {
 
 constexpr int rounds = 100;
 
-/// Looks at the standard descriptors all the time, and remembers when one of those that are closed belongs to
-/// something other than the top of the file system, which is nothing that can be read or written there.
-class Watch {
+/// Checks the closed standard descriptors on a thread of its own until it is destroyed. Records whether one
+/// of them was open for anything but the root directory, with which the library reserves the numbers.
+class DescriptorWatch {
   public:
-    explicit Watch(ClosedDescriptors closed)
+    explicit DescriptorWatch(ClosedDescriptors closed)
         : thread_([this, closed](std::size_t /*turn*/) {
               struct stat status{};
               for (int number = 0; number <= STDERR_FILENO; ++number)
                   if ((closed & 1 << number) != 0 && ::fstat(number, &status) == 0 &&
-                      (status.st_dev != top_.st_dev || status.st_ino != top_.st_ino))
+                      (status.st_dev != root_.st_dev || status.st_ino != root_.st_ino))
                       seen_ = true;
           }) {
         thread_.awaitTurn();
@@ -43,24 +43,24 @@ class Watch {
     bool seen() const { return seen_; }
 
   private:
-    static struct stat topOfTheFileSystem() {
+    static struct stat rootDirectory() {
         struct stat status{};
         ::stat("/", &status);
         return status;
     }
 
-    const struct stat top_ = topOfTheFileSystem();
+    const struct stat root_ = rootDirectory();
     std::atomic<bool> seen_ = false;
     Attacker thread_;
 };
 
 class StandardDescriptors : public testing::TestWithParam<ClosedDescriptors> {
   protected:
-    /// What the job, done again and again, gave instead of `expected`, or that a descriptor of its own was
-    /// seen on a standard number.
+    /// Runs the job many times. Describes a result other than `expected`, or that a standard descriptor was
+    /// in use; empty if there is neither.
     static std::string differences(const std::string& expected, const std::function<std::string()>& job) {
         return withClosed(GetParam(), [&] {
-            const Watch watch(GetParam());
+            const DescriptorWatch watch(GetParam());
             for (int round = 0; round < rounds; ++round)
                 if (const std::string found = job(); found != expected)
                     return "in round " + std::to_string(round) + ": " + found;
@@ -69,7 +69,7 @@ class StandardDescriptors : public testing::TestWithParam<ClosedDescriptors> {
     }
 };
 
-TEST_P(StandardDescriptors, AProgramsOutputArrivesWhole) {
+TEST_P(StandardDescriptors, StayClosedWhileAProgramRuns) {
     EXPECT_EQ(differences("output, errors",
                           [] {
                               const ProcessResult result =
@@ -79,7 +79,7 @@ TEST_P(StandardDescriptors, AProgramsOutputArrivesWhole) {
               "");
 }
 
-TEST_P(StandardDescriptors, TheCopiesOfPiAreFound) {
+TEST_P(StandardDescriptors, StayClosedWhileCopiesOfPiAreListed) {
     const TemporaryDirectory root;
     const std::string program = installPi(root.path(), "1.2.3").string();
     EXPECT_EQ(differences(program,
@@ -90,7 +90,7 @@ TEST_P(StandardDescriptors, TheCopiesOfPiAreFound) {
               "");
 }
 
-TEST_P(StandardDescriptors, TheHomeDirectoryIsFound) {
+TEST_P(StandardDescriptors, StayClosedWhileAHomeDirectoryIsRead) {
     EXPECT_EQ(differences("not found",
                           [] {
                               try {

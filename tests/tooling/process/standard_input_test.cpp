@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What a program gets as its standard input, also while other threads open and close files.
+// The standard input of a program, also while other threads open and close files.
 
 #include <algorithm>
 #include <array>
@@ -32,23 +32,23 @@ void require(bool succeeded) {
         throw std::system_error(errno, std::generic_category());
 }
 
-TEST(StandardInput, IsInheritedWhenItMayBe) {
-    const TemporaryDirectory place;
+TEST(StandardInput, IsInheritedUnlessCloseOnExec) {
+    const TemporaryDirectory directory;
     const std::string story = "A lamp for the late ferry\n";
-    const std::string file = place.write("story", story).string();
+    const std::string file = directory.write("story", story).string();
     struct Row {
         const char* sentence;
         std::vector<std::string> arguments;
-        int flags; ///< With which the story becomes descriptor 0; negative: it is closed.
+        int flags; ///< Flags for opening the file as descriptor 0; negative if it is closed.
         std::string expected;
     };
     const std::vector<Row> rows{
         {"an open file", {"copy"}, O_RDONLY, story},
         {"the kind of an open file", {"input-kind"}, O_RDONLY, "file"},
         {"a file that is close-on-exec", {"input-kind"}, O_RDONLY | O_CLOEXEC, "null"},
-        {"nothing can be read then", {"copy", "out", "end"}, O_RDONLY | O_CLOEXEC, "end"},
+        {"a close-on-exec file cannot be read", {"copy", "out", "end"}, O_RDONLY | O_CLOEXEC, "end"},
         {"a closed descriptor", {"input-kind"}, -1, "null"},
-        {"nothing can be read from it, without an error", {"copy", "out", "end"}, -1, "end"},
+        {"a closed descriptor reads as empty", {"copy", "out", "end"}, -1, "end"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
@@ -73,9 +73,9 @@ TEST(StandardInput, MayBeAPipe) {
 }
 
 // The application's own descriptor 0 stays as it is.
-TEST(StandardInput, OfTheApplicationStays) {
-    const TemporaryDirectory place;
-    const std::string file = place.write("story", "words").string();
+TEST(StandardInput, StaysUsableInTheApplication) {
+    const TemporaryDirectory directory;
+    const std::string file = directory.write("story", "words").string();
     EXPECT_EQ(inForkedProcess([&] {
                   require(::close(0) == 0 && ::open(file.c_str(), O_RDONLY) == 0);
                   (void)outputOfTestProgram({});
@@ -87,13 +87,14 @@ TEST(StandardInput, OfTheApplicationStays) {
               "words");
 }
 
-/// Opens and closes files, one after the other, each for a moment under the lowest free number. Every other
-/// one may be inherited; the others are many, so that the same one is not met again at once.
+/// Opens and closes files on a thread of its own, each as the lowest free descriptor. Every second one is
+/// inheritable. The others are close-on-exec, and several, so that the same one does not follow itself.
 class OpeningThread {
   public:
-    explicit OpeningThread(const TemporaryDirectory& place) : open_(place.write("open", "open").string()) {
+    explicit OpeningThread(const TemporaryDirectory& directory)
+        : open_(directory.write("open", "open").string()) {
         for (int file = 0; file < 8; ++file)
-            secrets_.push_back(place.write("secret " + std::to_string(file), "secret").string());
+            secrets_.push_back(directory.write("secret " + std::to_string(file), "secret").string());
         thread_ = std::thread([this] { work(); });
     }
     OpeningThread(const OpeningThread&) = delete;
@@ -103,7 +104,7 @@ class OpeningThread {
         thread_.join();
     }
 
-    /// How often a file that must not be inherited was standard input.
+    /// How often a close-on-exec file was descriptor 0.
     int secretsAtStandardInput() const { return secretsAtStandardInput_; }
 
   private:
@@ -124,8 +125,8 @@ class OpeningThread {
     std::thread thread_;
 };
 
-/// How often each text came.
-std::string tally(const std::map<std::string, int>& counts, const std::vector<std::string>& allowed) {
+/// Lists the texts that are not allowed, with their counts.
+std::string unexpected(const std::map<std::string, int>& counts, const std::vector<std::string>& allowed) {
     std::string others;
     for (const auto& [text, count] : counts)
         if (std::find(allowed.begin(), allowed.end(), text) == allowed.end())
@@ -133,22 +134,22 @@ std::string tally(const std::map<std::string, int>& counts, const std::vector<st
     return others;
 }
 
-// Without standard input, whatever another thread opens has its number for a moment.
-TEST(StandardInput, IsNoFileThatMustNotBeInherited) {
-    const TemporaryDirectory place;
+// While descriptor 0 is closed, a file that another thread opens gets this number.
+TEST(StandardInput, IsNeverACloseOnExecFile) {
+    const TemporaryDirectory directory;
     EXPECT_EQ(inForkedProcess([&] {
                   require(::close(0) == 0);
-                  const OpeningThread other(place);
+                  const OpeningThread other(directory);
                   std::map<std::string, int> counts;
                   for (int run = 0; run < 300 || other.secretsAtStandardInput() < 300; ++run)
                       ++counts[outputOfTestProgram({"copy"})];
-                  return tally(counts, {"", "open"});
+                  return unexpected(counts, {"", "open"});
               }),
               "");
 }
 
-// Each run opens pipes, and one of them may have the number 0 for a moment.
-TEST(StandardInput, IsNoPipeOfAnotherRun) {
+// Each run opens pipes, one of which could get the number 0.
+TEST(StandardInput, IsNeverAPipeOfAnotherRun) {
     EXPECT_EQ(inForkedProcess([&] {
                   require(::close(0) == 0);
                   std::map<std::string, int> counts;
@@ -159,7 +160,7 @@ TEST(StandardInput, IsNoPipeOfAnotherRun) {
                       for (Task<ProcessResult>& task : tasks)
                           ++counts[outcomeOf(std::move(task))];
                   }
-                  return tally(counts, {"null"});
+                  return unexpected(counts, {"null"});
               }),
               "");
 }

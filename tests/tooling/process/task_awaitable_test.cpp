@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What `on` and `operator co_await` return, as an object of its own.
+// The awaitables that `on` and `operator co_await` return.
+
 #include <atomic>
 #include <functional>
 #include <stdexcept>
@@ -23,7 +24,7 @@ const std::string taken = "logic_error: the result of this task was already take
 
 void runInline(const std::function<void()>& job) { job(); }
 
-/// Awaits `awaitable` twice and keeps what each attempt gives.
+/// Awaits `awaitable` twice and records both outcomes.
 template <class Awaitable>
 Coroutine awaitTwice(Awaitable awaitable, std::vector<std::string>& outcomes) {
     for (int attempt = 0; attempt < 2; ++attempt)
@@ -34,7 +35,7 @@ Coroutine awaitTwice(Awaitable awaitable, std::vector<std::string>& outcomes) {
         }
 }
 
-TEST(TaskAwaitable, GivesItsResultOnce) {
+TEST(TaskAwaitable, ReturnsItsResultOnce) {
     struct Operation {
         const char* sentence;
         std::string (*run)();
@@ -89,7 +90,7 @@ Coroutine awaitReference(Awaitable& awaitable, std::string& outcome) {
     }
 }
 
-TEST(TaskAwaitable, HasOneCoroutine) {
+TEST(TaskAwaitable, SuspendsOnlyOneCoroutine) {
     Gate gate;
     Loop loop;
     auto awaitable = startBehind(gate, std::string("done")).on(loop.executor());
@@ -104,7 +105,7 @@ TEST(TaskAwaitable, HasOneCoroutine) {
     EXPECT_EQ(first, "done");
 }
 
-TEST(TaskAwaitable, MovedFrom) {
+TEST(TaskAwaitable, ThrowsAfterItWasMoved) {
     auto moved = startTask<std::string>([] { return std::string("done"); }).on(runInline);
     auto awaitable = std::move(moved);
     std::string first;
@@ -116,7 +117,7 @@ TEST(TaskAwaitable, MovedFrom) {
     EXPECT_EQ(second, "done");
 }
 
-TEST(TaskAwaitable, NeverAwaited) {
+TEST(TaskAwaitable, MayBeDestroyedWithoutBeingAwaited) {
     const ProcessCounts before = restingCounts();
     Gate gate;
     Loop loop;
@@ -144,7 +145,7 @@ class Counted {
     std::atomic<int>* objects_;
 };
 
-// As g++ 12 needs it: braced lists and closures stand in statements before the co_await.
+// g++ 12 needs braced lists and lambdas with captures in statements before the co_await.
 Coroutine awaitWhatWasMadeBefore(const FilmToolClient& film, std::atomic<int>& objects, std::string& output) {
     const Counted counted(objects);
     auto listed = film.run({"out", "a list"}, {{"KINOVANE_TEST", "1"}});
@@ -162,7 +163,7 @@ Coroutine awaitWhatWasMadeBefore(const FilmToolClient& film, std::atomic<int>& o
     output += (co_await awaitable).stdout;
 }
 
-TEST(TaskAwaitable, ArgumentsMadeBeforeTheExpression) {
+TEST(TaskAwaitable, AcceptsArgumentsMadeInAnEarlierStatement) {
     const ProcessCounts before = restingCounts();
     std::atomic<int> objects = 0;
     std::string output;

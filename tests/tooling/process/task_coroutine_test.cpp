@@ -17,13 +17,14 @@ namespace kinovane::test {
 
 namespace {
 
-/// What a coroutine leaves behind.
+/// What a coroutine recorded.
 struct Trace {
     int value = 0;
     std::thread::id resumedOn;
-    int unwound = 0; ///< How often the coroutine's own objects were destroyed.
+    int unwound = 0; ///< How often its local object was destroyed.
 };
 
+/// A local object of a coroutine.
 class Unwinding {
   public:
     explicit Unwinding(Trace& trace) : trace_(&trace) {}
@@ -49,7 +50,7 @@ Coroutine awaitOn(Task<int> task, Executor executor, Trace& trace) {
 
 void runInline(const std::function<void()>& job) { job(); }
 
-TEST(TaskInCoroutine, ResumesOnTheThreadThatFinished) {
+TEST(TaskCoroutine, ResumesOnTheWorkerThread) {
     for (int run = 0; run < 100; ++run) {
         Gate gate;
         std::thread::id worker;
@@ -70,7 +71,7 @@ TEST(TaskInCoroutine, ResumesOnTheThreadThatFinished) {
     }
 }
 
-TEST(TaskInCoroutine, GoesOnAtOnceWhenDone) {
+TEST(TaskCoroutine, ContinuesAtOnceIfTheTaskIsDone) {
     Task<int> task = startTask<int>([] { return 5; });
     waitUntilDone(task);
     Trace trace;
@@ -79,8 +80,8 @@ TEST(TaskInCoroutine, GoesOnAtOnceWhenDone) {
     EXPECT_EQ(trace.resumedOn, std::this_thread::get_id());
 }
 
-// The moment between "not done yet" and the suspension, hit or missed by chance.
-TEST(TaskInCoroutine, WhicheverComesFirst) {
+// In some of the runs the operation ends between the check whether it is done and the suspension.
+TEST(TaskCoroutine, ResumesIfTheOperationEndsDuringTheSuspension) {
     for (int run = 0; run < 500; ++run) {
         Trace trace;
         Coroutine coroutine = awaitPlainly(startTask<int>([run] { return run; }), trace);
@@ -90,7 +91,7 @@ TEST(TaskInCoroutine, WhicheverComesFirst) {
     }
 }
 
-TEST(TaskInCoroutine, ResumesThroughTheExecutor) {
+TEST(TaskCoroutine, ResumesThroughTheExecutor) {
     struct Row {
         const char* sentence;
         bool doneBefore;
@@ -110,7 +111,7 @@ TEST(TaskInCoroutine, ResumesThroughTheExecutor) {
         if (!row.doneBefore)
             gate.open();
         const std::function<void()> job = loop.next();
-        EXPECT_EQ(trace.value, 0) << "it resumed before the executor said so";
+        EXPECT_EQ(trace.value, 0) << "the coroutine resumed before the job ran";
         job();
         EXPECT_EQ(trace.value, 5);
         EXPECT_EQ(trace.resumedOn, std::this_thread::get_id());
@@ -119,7 +120,7 @@ TEST(TaskInCoroutine, ResumesThroughTheExecutor) {
     }
 }
 
-TEST(TaskInCoroutine, AnExecutorThatRunsItsJobsAtOnce) {
+TEST(TaskCoroutine, ResumesThroughAnInlineExecutor) {
     Task<int> done = startTask<int>([] { return 5; });
     waitUntilDone(done);
     Trace early;
@@ -136,14 +137,14 @@ TEST(TaskInCoroutine, AnExecutorThatRunsItsJobsAtOnce) {
     EXPECT_NE(late.resumedOn, std::this_thread::get_id());
 }
 
-TEST(TaskInCoroutine, DestroyedWhileSuspended) {
+TEST(TaskCoroutine, MayBeDestroyedWhileSuspended) {
     const ProcessCounts before = restingCounts();
     struct Row {
         const char* sentence;
         bool throughExecutor;
-        bool doneBefore; ///< The executor has its job already when the coroutine goes.
+        bool doneBefore; ///< The executor has the job when the coroutine is destroyed.
     };
-    // Without an executor only because the gate is closed: the operation cannot be done at that moment.
+    // Without an executor this is only allowed because the operation cannot end before the gate is open.
     for (const Row row : {Row{"without an executor", false, false}, Row{"before it is done", true, false},
                           Row{"while the executor holds the job", true, true}}) {
         SCOPED_TRACE(row.sentence);
@@ -174,10 +175,9 @@ TEST(TaskInCoroutine, DestroyedWhileSuspended) {
     }
 }
 
-// The thread that runs the executor's jobs destroys the coroutine at any moment: while the operation runs,
-// while the executor is called, while its job is in the queue. The rounds go on until all of these have been
-// met.
-TEST(TaskInCoroutine, DestroyedByTheExecutorsThreadAtAnyMoment) {
+// The thread that runs the executor's jobs destroys the coroutine while the operation runs, while the
+// executor is called, or while its job is in the queue. Runs until each has happened.
+TEST(TaskCoroutine, MayBeDestroyedByTheExecutorsThreadAtAnyMoment) {
     const ProcessCounts before = restingCounts();
     struct Row {
         const char* sentence;
@@ -198,7 +198,10 @@ TEST(TaskInCoroutine, DestroyedByTheExecutorsThreadAtAnyMoment) {
                 const Coroutine coroutine = awaitOn(startTask<int>([] { return 5; }), row.into(loop), trace);
                 for (int turn = 0; turn < run % 100; ++turn)
                     std::this_thread::yield();
-                ++(loop.waiting() == 0 ? withoutJob : withJob);
+                if (loop.waiting() == 0)
+                    ++withoutJob;
+                else
+                    ++withJob;
             }
             ASSERT_EQ(trace.unwound, 1);
             loop.runNext();
@@ -209,7 +212,7 @@ TEST(TaskInCoroutine, DestroyedByTheExecutorsThreadAtAnyMoment) {
     EXPECT_EQ(settledCounts(before), before);
 }
 
-TEST(TaskInCoroutine, AnExecutorThatDropsItsJobs) {
+TEST(TaskCoroutine, StaysSuspendedIfTheExecutorDropsItsJob) {
     const ProcessCounts before = restingCounts();
     auto result = std::make_shared<int>(5);
     const std::weak_ptr<int> watched = result;
@@ -235,10 +238,10 @@ TEST(TaskInCoroutine, AnExecutorThatDropsItsJobs) {
     EXPECT_FALSE(resumed);
 }
 
-/// A coroutine that nobody holds: its frame goes as soon as it ends, on whatever thread that is.
-struct Unheld {
+/// A coroutine that destroys its own frame when it ends.
+struct DetachedCoroutine {
     struct promise_type {
-        Unheld get_return_object() const noexcept { return {}; }
+        DetachedCoroutine get_return_object() const noexcept { return {}; }
         std::suspend_never initial_suspend() const noexcept { return {}; }
         std::suspend_never final_suspend() const noexcept { return {}; }
         void return_void() const noexcept {}
@@ -246,7 +249,7 @@ struct Unheld {
     };
 };
 
-Unheld addUp(Task<int> first, Executor executor, std::promise<int>& sum) {
+DetachedCoroutine addUp(Task<int> first, Executor executor, std::promise<int>& sum) {
     int value = co_await std::move(first);
     value += co_await startTask<int>([] { return 20; });
     value += co_await startTask<int>([] { return 300; }).on(executor);
@@ -255,7 +258,7 @@ Unheld addUp(Task<int> first, Executor executor, std::promise<int>& sum) {
     sum.set_value(value);
 }
 
-TEST(TaskInCoroutine, OneAfterTheOther) {
+TEST(TaskCoroutine, AwaitsSeveralTasksInSequence) {
     const ProcessCounts before = restingCounts();
     for (int run = 0; run < 50; ++run) {
         std::promise<int> sum;

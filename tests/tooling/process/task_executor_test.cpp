@@ -1,11 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 
+// Executors that are empty, that throw, or that do not run their jobs.
+
+#include <chrono>
+#include <csignal>
+#include <deque>
 #include <functional>
-#include <future>
 #include <memory>
+#include <mutex>
+#include <optional>
+#include <semaphore>
 #include <stdexcept>
 #include <string>
-#include <thread>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -18,177 +25,131 @@ namespace kinovane::test {
 
 namespace {
 
-TEST(TaskThen, RunsTheHandlerWhereTheExecutorSays) {
+TEST(TaskExecutor, IsRefusedIfEmpty) {
     struct Row {
         const char* sentence;
-        bool doneBefore;
+        void (*use)(Task<int>& task);
     };
-    for (const Row row : {Row{"not done yet", false}, Row{"done already", true}}) {
-        SCOPED_TRACE(row.sentence);
-        Gate gate;
-        Task<int> task = startBehind(gate, 5);
-        if (row.doneBefore) {
-            gate.open();
-            waitUntilDone(task);
+    const std::vector<Row> rows{
+        {"then", [](Task<int>& task) { task.then(nullptr, [](const Task<int>& /*finished*/) { FAIL(); }); }},
+        {"on", [](Task<int>& task) { (void)task.on(Executor()); }},
+        {"then, with a pointer to no function",
+         [](Task<int>& task) {
+             void (*const function)(std::function<void()>) = nullptr;
+             task.then(function, [](const Task<int>& /*finished*/) { FAIL(); });
+         }},
+    };
+    for (const Row& row : rows)
+        for (const bool doneBefore : {false, true}) {
+            SCOPED_TRACE(row.sentence);
+            Gate gate;
+            Task<int> task = startBehind(gate, 5);
+            if (doneBefore) {
+                gate.open();
+                waitUntilDone(task);
+            }
+            std::string text = "no exception";
+            try {
+                row.use(task);
+            } catch (const std::invalid_argument& error) {
+                text = error.what();
+            }
+            EXPECT_EQ(text, "the executor is empty");
+            EXPECT_EQ(task.done(), doneBefore);
+            if (!doneBefore)
+                gate.open();
+            EXPECT_EQ(task.get(), 5);
         }
-        Loop loop;
-        std::thread::id handledOn;
-        int value = 0;
-        task.then(loop.executor(), [&](Task<int> finished) {
-            handledOn = std::this_thread::get_id();
-            EXPECT_TRUE(finished.done());
-            value = finished.get();
-            EXPECT_THROW((void)finished.get(), std::logic_error);
-        });
-        EXPECT_EQ(loop.waiting(), row.doneBefore ? 1U : 0U);
-        EXPECT_TRUE(task.done());
-        if (!row.doneBefore)
-            gate.open();
-        const std::function<void()> job = loop.next();
-        EXPECT_EQ(value, 0) << "the handler ran before the executor said so";
-        job();
-        EXPECT_EQ(value, 5);
-        EXPECT_EQ(handledOn, std::this_thread::get_id());
-        EXPECT_EQ(loop.waiting(), 0U);
-    }
 }
 
-// A handler holds parts of a user interface, which only one thread may touch, also when they go.
-TEST(TaskThen, DestroysTheHandlerWhereTheExecutorRan) {
-    for (int run = 0; run < 300; ++run) {
-        Loop loop;
-        std::thread::id handlerDestroyedOn;
-        std::thread::id resultDestroyedOn;
-        Task<std::shared_ptr<DestructionRecorder>> task = startTask<std::shared_ptr<DestructionRecorder>>(
-            [&] { return std::make_shared<DestructionRecorder>(resultDestroyedOn); });
-        if (run % 2 == 0)
-            waitUntilDone(task);
-        task.then(loop.executor(),
-                  [recorder = std::make_unique<DestructionRecorder>(handlerDestroyedOn)](
-                      Task<std::shared_ptr<DestructionRecorder>> finished) { (void)finished.get(); });
-        EXPECT_EQ(handlerDestroyedOn, std::thread::id());
-        loop.runNext();
-        ASSERT_EQ(handlerDestroyedOn, std::this_thread::get_id());
-        ASSERT_EQ(resultDestroyedOn, std::this_thread::get_id());
-    }
-}
-
-TEST(TaskThen, DestroysTheHandlerOfADroppedJobWhereItIsDropped) {
-    for (int run = 0; run < 100; ++run) {
-        Loop loop;
-        std::thread::id destroyedOn;
-        startTask<int>([] { return 5; })
-            .then(loop.executor(), [recorder = std::make_unique<DestructionRecorder>(destroyedOn)](
-                                       Task<int> /*finished*/) { ADD_FAILURE() << "it ran"; });
-        std::function<void()> job = loop.next();
-        EXPECT_EQ(destroyedOn, std::thread::id());
-        job = nullptr;
-        ASSERT_EQ(destroyedOn, std::this_thread::get_id());
-    }
-}
-
-TEST(TaskThen, AnExecutorThatDropsItsJobs) {
-    const ProcessCounts before = restingCounts();
-    auto held = std::make_shared<int>(1);
-    const std::weak_ptr<int> watched = held;
-    std::promise<void> dropped;
+/// Takes a result through an executor that throws. Returns after 30 seconds if the process does not end.
+void useThrowingExecutor(bool inCoroutine, bool doneBefore) {
+    struct Wait {
+        static Coroutine forResult(Task<int> task, Executor executor) {
+            (void)co_await task.on(std::move(executor));
+        }
+    };
+    const Executor throwing = [](const std::function<void()>& /*job*/) {
+        throw std::runtime_error("the loop has ended");
+    };
     Gate gate;
-    startBehind(gate, 5).then(
-        [&](const std::function<void()>& /*job*/) { dropped.set_value(); },
-        [held = std::move(held)](Task<int> /*finished*/) { ADD_FAILURE() << "it ran"; });
-    gate.open();
-    dropped.get_future().wait();
-    EXPECT_EQ(settledCounts(before), before);
-    EXPECT_TRUE(watched.expired());
+    Task<int> task = startBehind(gate, 5);
+    if (doneBefore) {
+        gate.open();
+        waitUntilDone(task);
+    }
+    std::optional<Coroutine> coroutine;
+    if (inCoroutine)
+        coroutine.emplace(Wait::forResult(std::move(task), throwing));
+    else
+        task.then(throwing, [](const Task<int>& /*finished*/) {});
+    if (!doneBefore)
+        gate.open();
+    (void)std::binary_semaphore(0).try_acquire_for(std::chrono::seconds(30));
 }
 
-TEST(TaskThen, AnExecutorThatRunsItsJobsAtOnce) {
-    const Executor atOnce = [](const std::function<void()>& job) { job(); };
-    Task<int> done = startTask<int>([] { return 5; });
-    waitUntilDone(done);
-    int early = 0;
-    done.then(atOnce, [&](Task<int> finished) { early = finished.get(); });
-    EXPECT_EQ(early, 5);
-
-    Gate gate;
-    std::promise<std::pair<int, std::thread::id>> late;
-    startBehind(gate, 6).then(
-        atOnce, [&](Task<int> finished) { late.set_value({finished.get(), std::this_thread::get_id()}); });
-    gate.open();
-    const auto [value, thread] = late.get_future().get();
-    EXPECT_EQ(value, 6);
-    EXPECT_NE(thread, std::this_thread::get_id());
+TEST(TaskExecutor, EndsTheProcessIfItThrows) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // Operations have threads.
+    for (const bool inCoroutine : {false, true})
+        for (const bool doneBefore : {false, true}) {
+            SCOPED_TRACE(inCoroutine ? "on" : "then");
+            SCOPED_TRACE(doneBefore ? "done before" : "done afterwards");
+            EXPECT_EXIT(useThrowingExecutor(inCoroutine, doneBefore), testing::KilledBySignal(SIGABRT),
+                        "the loop has ended");
+        }
 }
 
-TEST(TaskThen, HandlersThatCanOnlyBeMovedAndThatChange) {
-    Loop loop;
-    int handled = 0;
-    startTask<int>([] {
-        return 5;
-    }).then(loop.executor(), [owned = std::make_unique<int>(1), &handled](Task<int> finished) mutable {
-        *owned += finished.get();
-        handled = *owned;
-    });
-    loop.runNext();
-    EXPECT_EQ(handled, 6);
-}
-
-TEST(TaskThen, AHandlerMayIgnoreItsTask) {
+// A loop that has ended runs no jobs. Operations that end later still call its executor.
+TEST(TaskExecutor, MayDropOrKeepJobsAfterItsLoopHasEnded) {
+    struct Wait {
+        static Coroutine forResult(Task<int> task, Executor executor, std::shared_ptr<int> /*held*/) {
+            (void)co_await task.on(std::move(executor));
+            ADD_FAILURE() << "the coroutine resumed";
+        }
+    };
+    enum class Jobs { dropped, destroyedFirst, destroyedLast };
+    struct Row {
+        const char* sentence;
+        Jobs jobs;
+    };
     const ProcessCounts before = restingCounts();
-    Loop loop;
-    bool handled = false;
-    startTask<int>([]() -> int {
-        throw std::runtime_error("nobody hears this");
-    }).then(loop.executor(), [&](const Task<int>& /*finished*/) { handled = true; });
-    loop.runNext();
-    EXPECT_TRUE(handled);
-    EXPECT_EQ(settledCounts(before), before);
-}
-
-TEST(TaskThen, AHandlerMayStartTheNext) {
-    Loop loop;
-    std::vector<int> order;
-    startTask<int>([] { return 1; }).then(loop.executor(), [&](Task<int> first) {
-        order.push_back(first.get());
-        startTask<int>([] { return 2; }).then(loop.executor(), [&](Task<int> second) {
-            order.push_back(second.get());
+    for (const Row row : {Row{"jobs are dropped", Jobs::dropped},
+                          Row{"jobs are kept and destroyed before the coroutine", Jobs::destroyedFirst},
+                          Row{"jobs are kept and destroyed after the coroutine", Jobs::destroyedLast}}) {
+        SCOPED_TRACE(row.sentence);
+        auto heldByHandler = std::make_shared<int>(1);
+        auto heldByCoroutine = std::make_shared<int>(1);
+        const std::weak_ptr<int> handler = heldByHandler;
+        const std::weak_ptr<int> frame = heldByCoroutine;
+        std::mutex mutex;
+        std::deque<std::function<void()>> kept;
+        std::counting_semaphore<2> called(0);
+        const Executor executor = [&](const std::function<void()>& job) {
+            const std::lock_guard lock(mutex);
+            if (row.jobs != Jobs::dropped)
+                kept.push_back(job);
+            called.release();
+        };
+        Gate gate;
+        startBehind(gate, 5).then(executor, [held = std::move(heldByHandler)](const Task<int>& /*finished*/) {
+            ADD_FAILURE() << "the handler ran";
         });
-    });
-    loop.runNext();
-    EXPECT_EQ(order, std::vector<int>{1});
-    loop.runNext();
-    EXPECT_EQ(order, (std::vector<int>{1, 2}));
-}
-
-TEST(TaskThen, ManyThroughOneExecutor) {
-    const ProcessCounts before = restingCounts();
-    constexpr int tasks = 100;
-    Loop loop;
-    std::vector<int> handled(tasks, 0);
-    for (int number = 0; number < tasks; ++number)
-        startTask<int>([number] { return number; }).then(loop.executor(), [&](Task<int> finished) {
-            ++handled[static_cast<std::size_t>(finished.get())];
-        });
-    for (int number = 0; number < tasks; ++number)
-        loop.runNext();
-    EXPECT_EQ(handled, std::vector<int>(tasks, 1));
-    EXPECT_EQ(loop.waiting(), 0U);
-    EXPECT_EQ(settledCounts(before), before);
-}
-
-// The executor is a copy of the application's: it goes too, and not only when the program ends.
-TEST(TaskThen, TheExecutorIsReleased) {
-    const ProcessCounts before = restingCounts();
-    auto held = std::make_shared<Loop>();
-    const std::weak_ptr<Loop> watched = held;
-    Loop& loop = *held;
-    startTask<int>([] { return 5; })
-        .then([held, post = loop.executor()](std::function<void()> job) { post(std::move(job)); },
-              [](Task<int> finished) { EXPECT_EQ(finished.get(), 5); });
-    loop.runNext();
-    held.reset();
-    EXPECT_EQ(settledCounts(before), before);
-    EXPECT_TRUE(watched.expired());
+        std::optional<Coroutine> coroutine(
+            Wait::forResult(startBehind(gate, 6), executor, std::move(heldByCoroutine)));
+        gate.open();
+        called.acquire();
+        called.acquire();
+        EXPECT_EQ(settledCounts(before), before);
+        EXPECT_EQ(handler.expired(), row.jobs == Jobs::dropped);
+        EXPECT_FALSE(frame.expired());
+        if (row.jobs == Jobs::destroyedFirst)
+            kept.clear();
+        EXPECT_FALSE(frame.expired());
+        coroutine.reset();
+        EXPECT_TRUE(frame.expired());
+        kept.clear();
+        EXPECT_TRUE(handler.expired());
+    }
 }
 
 } // namespace

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Where a handler is destroyed, however the executor treats its jobs. A handler holds parts of a user
-// interface, which only one thread may touch, also when they are destroyed.
+// The thread on which a handler is destroyed, for executors that move, copy, keep and drop their jobs. A
+// handler may own parts of a user interface, which only one thread may use and destroy.
+
 #include <functional>
 #include <future>
 #include <latch>
@@ -26,13 +27,13 @@ using Job = std::function<void()>;
 
 Job copyOf(const Job& job) { return job; }
 
-/// How executors store their jobs. `stored` is called before the executor returns.
-struct Storing {
+/// A way in which an executor stores its jobs. `stored` is called before the executor returns.
+struct Storage {
     const char* sentence;
-    Executor (*into)(Loop& loop, std::function<void()> stored);
+    Executor (*makeExecutor)(Loop& loop, std::function<void()> stored);
 };
 
-const std::vector<Storing> storings{
+const std::vector<Storage> storages{
     {"moves the job",
      [](Loop& loop, std::function<void()> stored) -> Executor {
          return [&loop, stored = std::move(stored)](Job job) {
@@ -71,7 +72,7 @@ const std::vector<Storing> storings{
      }},
 };
 
-/// What a main loop does with a job.
+/// A way in which a main loop uses a job.
 struct Use {
     const char* sentence;
     void (*use)(const Job& job, std::vector<Job>& kept); ///< The job is destroyed afterwards.
@@ -100,8 +101,8 @@ struct Handled {
 
 enum class Done { before, afterwards };
 
-/// Starts an operation whose result and whose handler record where they are destroyed. It is done before the
-/// handler is installed, or afterwards.
+/// Starts an operation whose result and handler record where they are destroyed. The operation is done before
+/// or after the handler is installed.
 void start(const Executor& executor, Handled& handled, Done done) {
     using Result = std::shared_ptr<DestructionRecorder>;
     Gate gate;
@@ -120,18 +121,18 @@ void start(const Executor& executor, Handled& handled, Done done) {
         gate.open();
 }
 
-// The executor returns only after its job was used: the job that it was called with is the last copy.
-TEST(TaskHandler, DestroyedWhereTheJobIsUsedWhileTheExecutorIsCalled) {
+// The executor returns after the loop has used the job, so that its argument is the last copy.
+TEST(TaskHandler, IsDestroyedByTheLoopDuringTheCallOfTheExecutor) {
     const ProcessCounts before = restingCounts();
-    for (const Storing& storing : storings)
+    for (const Storage& storage : storages)
         for (const Use& use : uses) {
-            SCOPED_TRACE(std::string("an executor that ") + storing.sentence + ", a loop that " +
+            SCOPED_TRACE(std::string("an executor that ") + storage.sentence + ", a loop that " +
                          use.sentence);
             Handled handled;
             Loop loop;
             std::vector<Job> kept;
             const auto used = std::make_shared<std::binary_semaphore>(0);
-            start(storing.into(loop, [used] { used->acquire(); }), handled, Done::afterwards);
+            start(storage.makeExecutor(loop, [used] { used->acquire(); }), handled, Done::afterwards);
             use.use(loop.next(), kept);
             used->release();
             EXPECT_EQ(settledCounts(before), before);
@@ -142,17 +143,18 @@ TEST(TaskHandler, DestroyedWhereTheJobIsUsedWhileTheExecutorIsCalled) {
         }
 }
 
-// The same with the job used at any moment: while the executor is called, or afterwards.
-TEST(TaskHandler, DestroyedWhereTheJobIsUsed) {
-    for (const Storing& storing : storings)
+// The loop uses the job while the executor is called, or afterwards.
+TEST(TaskHandler, IsDestroyedByTheLoopAtAnyMoment) {
+    for (const Storage& storage : storages)
         for (const Use& use : uses) {
-            SCOPED_TRACE(std::string("an executor that ") + storing.sentence + ", a loop that " +
+            SCOPED_TRACE(std::string("an executor that ") + storage.sentence + ", a loop that " +
                          use.sentence);
             for (int run = 0; run < 40; ++run) {
                 Handled handled;
                 Loop loop;
                 std::vector<Job> kept;
-                start(storing.into(loop, [] {}), handled, run % 4 == 0 ? Done::before : Done::afterwards);
+                start(storage.makeExecutor(loop, [] {}), handled,
+                      run % 4 == 0 ? Done::before : Done::afterwards);
                 use.use(loop.next(), kept);
                 std::thread([&kept] { kept.clear(); }).join();
                 ASSERT_EQ(handled.value, use.runs ? 1 : 0);
@@ -162,8 +164,8 @@ TEST(TaskHandler, DestroyedWhereTheJobIsUsed) {
         }
 }
 
-// A handler is also destroyed there when it throws. The exception reaches the loop.
-TEST(TaskHandler, AHandlerThatThrows) {
+// The exception reaches the loop.
+TEST(TaskHandler, IsDestroyedByTheLoopIfItThrows) {
     std::thread::id destroyedOn;
     Loop loop;
     startTask<int>([] { return 5; })
@@ -175,8 +177,8 @@ TEST(TaskHandler, AHandlerThatThrows) {
     EXPECT_NO_THROW(job());
 }
 
-// An executor that drops its job inside its own call is the only one that the job ever belonged to.
-TEST(TaskHandler, DestroyedByAnExecutorThatDropsTheJobAtOnce) {
+// Only the thread that calls the executor ever had the job.
+TEST(TaskHandler, IsDestroyedByAnExecutorThatDropsTheJob) {
     std::thread::id calledOn;
     const auto destroyedOn = std::make_shared<std::promise<std::thread::id>>();
     std::shared_ptr<void> held(nullptr, [destroyedOn](const void* /*nothing*/) {
@@ -185,23 +187,23 @@ TEST(TaskHandler, DestroyedByAnExecutorThatDropsTheJobAtOnce) {
     Gate gate;
     startBehind(gate, 5).then(
         [&calledOn](const Job& /*job*/) { calledOn = std::this_thread::get_id(); },
-        [held = std::move(held)](const Task<int>& /*finished*/) { ADD_FAILURE() << "it ran"; });
+        [held = std::move(held)](const Task<int>& /*finished*/) { ADD_FAILURE() << "the handler ran"; });
     gate.open();
     const std::thread::id worker = destroyedOn->get_future().get();
     EXPECT_EQ(worker, calledOn);
     EXPECT_NE(worker, std::this_thread::get_id());
 }
 
-// A copy that goes unused while the job itself waits in the queue, as with the top of a priority queue, is
-// not the end of the job.
-TEST(TaskHandler, ACopyMayBeDroppedBeforeTheJobRuns) {
-    for (const Storing& storing : storings) {
-        SCOPED_TRACE(storing.sentence);
+// Destroying an unused copy, for instance one of the top of a priority queue, does not drop a job that is
+// still in the queue.
+TEST(TaskHandler, OutlivesACopyOfItsJob) {
+    for (const Storage& storage : storages) {
+        SCOPED_TRACE(storage.sentence);
         const ProcessCounts before = restingCounts();
         Handled handled;
         Loop loop;
         const auto used = std::make_shared<std::binary_semaphore>(0);
-        start(storing.into(loop, [used] { used->acquire(); }), handled, Done::afterwards);
+        start(storage.makeExecutor(loop, [used] { used->acquire(); }), handled, Done::afterwards);
         const Job job = loop.next();
         EXPECT_TRUE(copyOf(job));
         EXPECT_EQ(handled.handlerDestroyedOn, std::thread::id());
@@ -232,7 +234,7 @@ TEST(TaskHandler, RunsOnceHoweverOftenItsJobRuns) {
     EXPECT_EQ(handled.value, 1);
 }
 
-// The loop clears its queue while the handler runs, for example because the application closes.
+// The loop clears its queue while the handler runs, for example because the application quits.
 TEST(TaskHandler, MayDestroyTheJobThatRunsIt) {
     int handled = 0;
     Loop loop;

@@ -15,7 +15,7 @@ namespace kinovane::test {
 
 namespace {
 
-TEST(TaskOwnership, MayBeMoved) {
+TEST(Task, MayBeMoved) {
     Gate gate;
     Task<int> first = startBehind(gate, 1);
     Task<int> second(std::move(first));
@@ -30,7 +30,7 @@ TEST(TaskOwnership, MayBeMoved) {
     EXPECT_THROW((void)second.get(), std::logic_error); // NOLINT(bugprone-use-after-move)
 }
 
-TEST(TaskOwnership, MayBeHandedToAnotherThread) {
+TEST(Task, MayBePassedToAnotherThread) {
     Gate gate;
     Task<int> task = startBehind(gate, 1);
     std::future<int> result =
@@ -39,7 +39,7 @@ TEST(TaskOwnership, MayBeHandedToAnotherThread) {
     EXPECT_EQ(result.get(), 1);
 }
 
-TEST(TaskOwnership, ResultsThatCanOnlyBeMoved) {
+TEST(Task, MayHaveAMoveOnlyResult) {
     struct Unusual {
         explicit Unusual(int number) : owned(std::make_unique<int>(number)) {}
         std::unique_ptr<int> owned;
@@ -47,8 +47,8 @@ TEST(TaskOwnership, ResultsThatCanOnlyBeMoved) {
     EXPECT_EQ(*startTask<Unusual>([] { return Unusual(7); }).get().owned, 7);
 }
 
-// What the operation held is free when its result arrives: a file it had open, say.
-TEST(TaskOwnership, TheOperationHasLetGoOfEverything) {
+// Resources of the operation, such as open files, are free when its result arrives.
+TEST(Task, DestroysItsOperationBeforeItIsDone) {
     for (int run = 0; run < 100; ++run) {
         auto held = std::make_shared<int>(1);
         const std::weak_ptr<int> watched = held;
@@ -59,7 +59,7 @@ TEST(TaskOwnership, TheOperationHasLetGoOfEverything) {
     }
 }
 
-TEST(TaskOwnership, DroppedTasksFinish) {
+TEST(Task, FinishesWhenDropped) {
     const ProcessCounts before = restingCounts();
     Gate gate;
     std::promise<void> reached;
@@ -67,7 +67,7 @@ TEST(TaskOwnership, DroppedTasksFinish) {
         const Task<int> dropped = startTask<int>([passed = gate.pass(), &reached]() -> int {
             passed.wait();
             reached.set_value();
-            throw std::runtime_error("nobody hears this");
+            throw std::runtime_error("ignored");
         });
     }
     gate.open();
@@ -75,8 +75,8 @@ TEST(TaskOwnership, DroppedTasksFinish) {
     EXPECT_EQ(settledCounts(before), before);
 }
 
-// Whoever has the result may unload the library: the thread has ended, not only the operation.
-TEST(TaskOwnership, NoThreadIsLeftAfterGet) {
+// The caller may unload the library after `get`, so the thread must have ended, too.
+TEST(Task, LeavesNoThreadAfterGet) {
     const ProcessCounts before = restingCounts();
     for (int run = 0; run < 500; ++run)
         EXPECT_EQ(startTask<int>([run] { return run; }).get(), run);

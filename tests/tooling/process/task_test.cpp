@@ -48,7 +48,7 @@ std::string textOf(Task<T> task) {
     }
 }
 
-/// The ways to take a result. `begun` is called when the result is being waited for.
+/// A way to take a result. Calls `begun` when it waits for the result.
 struct Way {
     const char* sentence;
     std::string (*take)(Task<std::string> task, const std::function<void()>& begun);
@@ -89,7 +89,7 @@ const std::vector<Way> ways{
      }},
 };
 
-TEST(Task, EveryWayGivesTheResultOrTheError) {
+TEST(Task, ReturnsItsResultOrErrorInEveryWay) {
     struct Row {
         const char* sentence;
         std::function<std::string()> operation;
@@ -98,14 +98,15 @@ TEST(Task, EveryWayGivesTheResultOrTheError) {
     const std::vector<Row> rows{
         {"a text", [] { return std::string("done"); }, "done"},
         {"an empty text", [] { return std::string(); }, ""},
-        {"an error of a program",
+        {"a FilmToolError",
          []() -> std::string { throw FilmToolError(FilmToolError::executableNotFound{"film"}); },
          "FilmToolError: Required executable not found: film"},
         {"a system error",
          []() -> std::string { throw std::system_error(5, std::generic_category(), "read"); },
          "system_error 5: read: Input/output error"},
-        {"any exception", []() -> std::string { throw std::runtime_error("broken"); }, "exception: broken"},
-        {"something thrown that is no exception", []() -> std::string { throw 7; }, "int: 7"},
+        {"another exception", []() -> std::string { throw std::runtime_error("broken"); },
+         "exception: broken"},
+        {"a thrown object that is not an exception", []() -> std::string { throw 7; }, "int: 7"},
     };
     for (const Way& way : ways)
         for (const Row& row : rows) {
@@ -124,12 +125,12 @@ TEST(Task, EveryWayGivesTheResultOrTheError) {
         }
 }
 
-TEST(Task, EveryWayTakesTheResultOnce) {
+TEST(Task, ReturnsItsResultOnce) {
     for (const Way& way : ways) {
         SCOPED_TRACE(way.sentence);
         Task<std::string> task = startTask<std::string>([] { return std::string("x"); });
         EXPECT_EQ(way.take(std::move(task), [] {}), "x");
-        // The object was moved from, which is the same as taken.
+        // A task that was moved from behaves like one whose result was taken.
         Loop loop;
         EXPECT_TRUE(task.done()); // NOLINT(bugprone-use-after-move)
         const std::vector<std::function<void()>> attempts{
@@ -139,7 +140,7 @@ TEST(Task, EveryWayTakesTheResultOnce) {
             [&] { task.then(loop.executor(), [](Task<std::string> /*finished*/) { FAIL(); }); },
         };
         for (const auto& attempt : attempts) {
-            std::string text = "nothing";
+            std::string text = "no exception";
             try {
                 attempt();
             } catch (...) {
@@ -151,7 +152,7 @@ TEST(Task, EveryWayTakesTheResultOnce) {
     }
 }
 
-TEST(Task, GetASecondTime) {
+TEST(Task, ThrowsOnASecondGet) {
     Task<int> value = startTask<int>([] { return 1; });
     EXPECT_EQ(value.get(), 1);
     EXPECT_THROW((void)value.get(), std::logic_error);
@@ -161,7 +162,7 @@ TEST(Task, GetASecondTime) {
     EXPECT_THROW((void)error.get(), std::logic_error);
 }
 
-TEST(Task, DoneTellsWithoutBlocking) {
+TEST(Task, ReportsWhetherItIsDone) {
     Gate gate;
     Task<int> task = startBehind(gate, 1);
     EXPECT_FALSE(task.done());
@@ -172,7 +173,7 @@ TEST(Task, DoneTellsWithoutBlocking) {
     EXPECT_TRUE(task.done());
 }
 
-TEST(Task, WithoutAResult) {
+TEST(Task, MayHaveNoResult) {
     int runs = 0;
     startTask<void>([&] { ++runs; }).get();
     EXPECT_EQ(runs, 1);
@@ -187,9 +188,9 @@ TEST(Task, WithoutAResult) {
     EXPECT_EQ(runs, 3);
 }
 
-TEST(Task, ErrorsOfProgramsArriveInCoroutines) {
-    struct Describe {
-        static Coroutine plain(Task<ProcessResult> task, std::string& text) {
+TEST(Task, ThrowsErrorsOfProgramsInCoroutines) {
+    struct Await {
+        static Coroutine into(Task<ProcessResult> task, std::string& text) {
             try {
                 text = (co_await std::move(task)).stdout;
             } catch (...) {
@@ -209,7 +210,7 @@ TEST(Task, ErrorsOfProgramsArriveInCoroutines) {
     for (Row& row : rows) {
         SCOPED_TRACE(row.expected);
         std::string text;
-        Coroutine coroutine = Describe::plain(std::move(row.task), text);
+        Coroutine coroutine = Await::into(std::move(row.task), text);
         coroutine.wait();
         EXPECT_EQ(text, row.expected);
     }

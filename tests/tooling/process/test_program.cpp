@@ -42,7 +42,7 @@ Fifo::Fifo(const std::filesystem::path& location) : location_(location) {
 Fifo::~Fifo() { open(); }
 
 void Fifo::open() {
-    // Open at both ends, so that this side never waits.
+    // For reading and writing, so that the call does not block.
     if (!descriptor_)
         descriptor_ = Descriptor(::open(location_.c_str(), O_RDWR | O_CLOEXEC));
 }

@@ -15,36 +15,36 @@
 
 namespace kinovane::test {
 
-/// The path of the program that does what its arguments say.
+/// The path of tests/programs/test_program.cpp, which does what its arguments say.
 std::string testProgramPath();
 
-/// Starts it.
+/// Starts the test program.
 Task<ProcessResult> startTestProgram(std::vector<std::string> arguments,
                                      std::map<std::string, std::string> environment = {});
 
-/// What it wrote to standard output, or the description of the error.
+/// Runs the test program. Returns its standard output, or the description of the error.
 std::string outputOfTestProgram(std::vector<std::string> arguments,
                                 std::map<std::string, std::string> environment = {});
 
-/// The standard output that arrives through `task`, or the description of the error.
+/// Waits for the task. Returns its standard output, or the description of the error.
 std::string outcomeOf(Task<ProcessResult> task);
 
-/// A FIFO at which programs and tests wait for one another.
+/// A FIFO with which programs and tests wait for one another.
 class Fifo {
   public:
     explicit Fifo(const std::filesystem::path& location);
     Fifo(const Fifo&) = delete;
     Fifo& operator=(const Fifo&) = delete;
 
-    /// Lets whoever waits go on, so that a test that fails leaves no program behind.
+    /// Opens the FIFO, so that a test that fails leaves no program behind.
     ~Fifo();
 
     std::string path() const { return location_.string(); }
 
-    /// Lets all go on that wait here, and all that come later.
+    /// Releases all programs that wait for this FIFO, now or later.
     void open();
 
-    /// Blocks until so many programs have announced themselves here.
+    /// Blocks until `count` programs have written their byte (the verb "announce").
     void awaitAnnouncements(std::size_t count = 1);
 
   private:

@@ -31,7 +31,7 @@ namespace {
 
 using kinovane::test::UserDatabase;
 
-int answer(const UserDatabase& database, passwd* entry, char* buffer, std::size_t size, passwd** found) {
+int query(const UserDatabase& database, passwd* entry, char* buffer, std::size_t size, passwd** found) {
     *found = nullptr;
     if (database.interruptions > 0) {
         --database.interruptions;
@@ -54,18 +54,18 @@ int answer(const UserDatabase& database, passwd* entry, char* buffer, std::size_
 
 } // namespace
 
-// These come before the C library's functions of the same names, which they call when no test says otherwise.
+// These replace the C library's functions of the same names, and call them while there is no UserDatabase.
 
 extern "C" int getpwuid_r(uid_t user, passwd* entry, char* buffer, std::size_t size, passwd** found) {
     if (const UserDatabase* const database = kinovane::test::current)
-        return answer(*database, entry, buffer, size, found);
+        return query(*database, entry, buffer, size, found);
     static const auto next = reinterpret_cast<decltype(&::getpwuid_r)>(::dlsym(RTLD_NEXT, "getpwuid_r"));
     return next(user, entry, buffer, size, found);
 }
 
 extern "C" int getpwnam_r(const char* user, passwd* entry, char* buffer, std::size_t size, passwd** found) {
     if (const UserDatabase* const database = kinovane::test::current)
-        return answer(*database, entry, buffer, size, found);
+        return query(*database, entry, buffer, size, found);
     static const auto next = reinterpret_cast<decltype(&::getpwnam_r)>(::dlsym(RTLD_NEXT, "getpwnam_r"));
     return next(user, entry, buffer, size, found);
 }

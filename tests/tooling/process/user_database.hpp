@@ -8,21 +8,21 @@
 
 namespace kinovane::test {
 
-/// While it lives, what the user database of this program knows of every user. So the tests of what
-/// lies in a home directory never touch the real one.
+/// Replaces the user database of this process during its lifetime, so that tests do not use the real home
+/// directory. Every user has the same entry.
 class UserDatabase {
   public:
-    /// Without a home directory the user is unknown.
+    /// Without `home` there is no such user.
     explicit UserDatabase(std::optional<std::string> home);
     UserDatabase(const UserDatabase&) = delete;
     UserDatabase& operator=(const UserDatabase&) = delete;
     ~UserDatabase();
 
     std::optional<std::string> home;
-    int error = 0;                 ///< What every question is answered with, unless it is 0.
-    int silentError = 0;           ///< Left in errno by an answer that the user is unknown.
-    mutable int interruptions = 0; ///< So many questions are interrupted first.
-    std::size_t bufferNeeded = 0;  ///< A question with a smaller buffer is refused.
+    int error = 0;                 ///< The return value of every query, unless it is 0.
+    int silentError = 0;           ///< The value of errno after a query that finds no user.
+    mutable int interruptions = 0; ///< How many queries fail with EINTR first.
+    std::size_t bufferNeeded = 0;  ///< A query with a smaller buffer fails with ERANGE.
 };
 
 } // namespace kinovane::test

@@ -20,12 +20,12 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-TEST(FilmToolResults, TheWholeResult) {
+TEST(FilmToolClient, ReturnsTheWholeResult) {
     const Recorder recorder("printed\xFF\n");
-    const Variable errors("RECORDER_ERRORS", "said\n");
+    const Variable errors("RECORDER_ERRORS", "warning\n");
     const FilmToolClient client(Recorder::path());
     const auto result = [](Texts arguments) {
-        return ProcessResult{Recorder::path(), std::move(arguments), 0, "printed\xEF\xBF\xBD\n", "said\n"};
+        return ProcessResult{Recorder::path(), std::move(arguments), 0, "printed\xEF\xBF\xBD\n", "warning\n"};
     };
     EXPECT_EQ(client.advance("/r.json").get(), result({"run", "/r.json"}));
     EXPECT_EQ(client.advance("/r.json", "pi", "p", "m").get(),
@@ -37,13 +37,13 @@ TEST(FilmToolResults, TheWholeResult) {
     EXPECT_EQ(client.run({"a", ""}).get(), result({"a", ""}));
 }
 
-TEST(FilmToolResults, ClientsAreComparedByTheirProgram) {
+TEST(FilmToolClient, IsComparedByItsProgram) {
     EXPECT_EQ(FilmToolClient("~/film").executable(), "~/film");
     EXPECT_EQ(FilmToolClient("film"), FilmToolClient("film"));
     EXPECT_NE(FilmToolClient("film"), FilmToolClient("/usr/bin/film"));
 }
 
-TEST(FilmToolResults, ArgumentsToBeShown) {
+TEST(FilmToolClient, ReturnsTheArgumentsOfTheAgent) {
     const auto here = [](const char* path) { return (fs::current_path() / path).string(); };
     const FilmToolClient client("kinovane-no-such-tool");
     EXPECT_EQ(client.agentArguments("/r.json"), (Texts{"agent", "--run-manifest", "/r.json"}));
@@ -61,27 +61,27 @@ TEST(FilmToolResults, ArgumentsToBeShown) {
                      "--film", "--print-command"}));
 }
 
-/// The place of the tests' programs under another name, as the current directory.
-class FilmToolInPlace : public testing::Test {
+/// A working directory in which copies of the recorder are installed as the film tool.
+class FilmToolInDirectory : public testing::Test {
   protected:
-    FilmToolInPlace() { fs::current_path(place.path()); }
-    ~FilmToolInPlace() override { fs::current_path(former_); }
+    FilmToolInDirectory() { fs::current_path(directory.path()); }
+    ~FilmToolInDirectory() override { fs::current_path(former_); }
 
     std::string install(const std::string& name) const {
-        fs::create_directories((place / name).parent_path());
-        fs::copy_file(Recorder::path(), place / name);
-        return (place / name).string();
+        fs::create_directories((directory / name).parent_path());
+        fs::copy_file(Recorder::path(), directory / name);
+        return (directory / name).string();
     }
 
-    const TemporaryDirectory place;
+    const TemporaryDirectory directory;
 
   private:
     const fs::path former_ = fs::current_path();
 };
 
-TEST_F(FilmToolInPlace, TheAgentIsToldTheToolsAbsolutePath) {
+TEST_F(FilmToolInDirectory, ReceivesItsAbsolutePathAsThePluginCommand) {
     const std::string tool = install("bin/kinovane-film");
-    const Variable path("PATH", (place / "bin").string());
+    const Variable path("PATH", (directory / "bin").string());
     for (const std::string& name : {std::string("kinovane-film"), std::string("bin/kinovane-film"),
                                     std::string("./bin/kinovane-film"), tool}) {
         SCOPED_TRACE(name);
@@ -93,10 +93,10 @@ TEST_F(FilmToolInPlace, TheAgentIsToldTheToolsAbsolutePath) {
     }
 }
 
-TEST_F(FilmToolInPlace, AToolInstalledInTheMeantimeIsFound) {
-    fs::create_directories(place / "first");
-    fs::create_directories(place / "second");
-    const Variable path("PATH", (place / "first").string() + ":" + (place / "second").string());
+TEST_F(FilmToolInDirectory, IsFoundWhenInstalledSinceTheLastCall) {
+    fs::create_directories(directory / "first");
+    fs::create_directories(directory / "second");
+    const Variable path("PATH", (directory / "first").string() + ":" + (directory / "second").string());
     const FilmToolClient client("kinovane-film");
     EXPECT_EQ(failureOf(client.recover("/r.json")), "Required executable not found: kinovane-film");
     const std::string second = install("second/kinovane-film");
@@ -107,22 +107,22 @@ TEST_F(FilmToolInPlace, AToolInstalledInTheMeantimeIsFound) {
     EXPECT_EQ(client.recover("/r.json").get().executable, second);
 }
 
-TEST_F(FilmToolInPlace, ARelativeLocationIsTheOneAtTheTimeOfTheCall) {
+TEST_F(FilmToolInDirectory, ReceivesLocationsInTheDirectoryOfTheCall) {
     const Recorder recorder(launchSpecRow().fullDocument());
     const FilmToolClient client(Recorder::path());
     Task<ProcessResult> recovery = client.recover("r.json");
     fs::current_path("/");
-    EXPECT_EQ(recovery.get().arguments, (Texts{"recover", (place / "r.json").string()}));
-    fs::current_path(place.path());
+    EXPECT_EQ(recovery.get().arguments, (Texts{"recover", (directory / "r.json").string()}));
+    fs::current_path(directory.path());
     Task<PiAgentLaunchSpec> launch = client.agentLaunchSpec("r.json", "pi");
     fs::current_path("/");
     EXPECT_EQ(launch.get(), fullLaunchSpec());
-    EXPECT_EQ(recorder.arguments().at(2), (place / "r.json").string());
+    EXPECT_EQ(recorder.arguments().at(2), (directory / "r.json").string());
 }
 
-// The worker thread may come to the lookup after the application has changed its directory, where another
-// program has the same name.
-TEST_F(FilmToolInPlace, ARelativeToolIsTheOneAtTheTimeOfTheCall) {
+// The worker thread may look for the tool after the application has changed its working directory. Another
+// program has the same name there.
+TEST_F(FilmToolInDirectory, IsFoundInTheDirectoryOfTheCall) {
     const std::string tool = install("here/bin/kinovane-film");
     install("there/bin/kinovane-film");
     const Variable path("PATH", ".//bin");
@@ -130,33 +130,33 @@ TEST_F(FilmToolInPlace, ARelativeToolIsTheOneAtTheTimeOfTheCall) {
         SCOPED_TRACE(name);
         const Recorder recorder(launchSpecRow().fullDocument());
         for (int round = 0; round < 50; ++round) {
-            fs::current_path(place / "here");
+            fs::current_path(directory / "here");
             Task<ProcessResult> recovery = FilmToolClient(name).recover("/r.json");
-            fs::current_path(place / "there");
+            fs::current_path(directory / "there");
             EXPECT_EQ(recovery.get().executable, tool);
-            fs::current_path(place / "here");
+            fs::current_path(directory / "here");
             Task<PiAgentLaunchSpec> launch = FilmToolClient(name).agentLaunchSpec("/r.json", "pi");
-            fs::current_path(place / "there");
+            fs::current_path(directory / "there");
             EXPECT_EQ(launch.get(), fullLaunchSpec());
             EXPECT_EQ(recorder.arguments().at(6), tool);
         }
     }
-    fs::current_path(place.path());
+    fs::current_path(directory.path());
 }
 
-TEST_F(FilmToolInPlace, ARelativeReplyIsBelowTheDirectoryOfTheCall) {
-    fs::create_directories(place / "here");
+TEST_F(FilmToolInDirectory, NamesARunManifestInTheDirectoryOfTheCall) {
+    fs::create_directories(directory / "here");
     for (const char* reply : {"film/run.json", "./film/run.json", ".//film/run.json"}) {
         const Recorder recorder(planReply(reply));
-        fs::current_path(place / "here");
+        fs::current_path(directory / "here");
         Task<fs::path> plan = FilmToolClient(Recorder::path()).plan("i", "t", 1, "/films");
-        fs::current_path(place.path());
-        EXPECT_EQ(plan.get().native(), (place / "here/film/run.json").native());
+        fs::current_path(directory.path());
+        EXPECT_EQ(plan.get().native(), (directory / "here/film/run.json").native());
     }
 }
 
-/// One reply to several commands at once: each finds its keys in it.
-std::string replyToMany() {
+/// A reply that every command can decode, because it has the keys of all.
+std::string replyToAllCommands() {
     std::string reply = exportReceiptRow().fullDocument();
     reply.back() = ',';
     reply += launchSpecRow().fullDocument().substr(1);
@@ -164,18 +164,18 @@ std::string replyToMany() {
     return reply + planReply("/r.json").substr(1);
 }
 
-TEST_F(FilmToolInPlace, ManyAtOnce) {
+TEST_F(FilmToolInDirectory, RunsManyTimesAtOnce) {
     constexpr std::size_t count = 64;
-    Fifo arrivals(place / "arrivals");
-    Fifo gate(place / "gate");
+    Fifo arrivals(directory / "arrivals");
+    Fifo gate(directory / "gate");
     const Variable arrivalsPath("RECORDER_ARRIVALS", arrivals.path());
     const Variable gatePath("RECORDER_GATE", gate.path());
-    const Variable output("RECORDER_OUTPUT", replyToMany());
+    const Variable output("RECORDER_OUTPUT", replyToAllCommands());
     const FilmToolClient client(Recorder::path());
     arrivals.open();
     const ProcessCounts before = countProcess();
 
-    /// An operation under way.
+    /// A running operation.
     struct Running {
         std::function<bool()> done;
         std::function<std::string()> failure;
@@ -196,7 +196,7 @@ TEST_F(FilmToolInPlace, ManyAtOnce) {
         add(client.exportVistrel("/r.json"));
         add(client.agentLaunchSpec("/r.json", "pi"));
     }
-    // All of them run now, and none can have ended: had a call waited for its child, nobody would be here.
+    // All programs are running, so no call has waited for its program to end.
     arrivals.awaitAnnouncements(count);
     for (const Running& operation : running)
         EXPECT_FALSE(operation.done());
@@ -207,7 +207,7 @@ TEST_F(FilmToolInPlace, ManyAtOnce) {
         EXPECT_EQ(operation.failure(), "");
     running.clear();
     ProcessCounts after = before;
-    ++after.descriptors; // The open gate.
+    ++after.descriptors; // The gate is open.
     EXPECT_EQ(settledCounts(after), after);
 }
 

@@ -7,13 +7,13 @@
 #include "support/recorder.hpp"
 #include "support/sample_film.hpp"
 #include "support/task_failure.hpp"
-#include "tooling/film_tool/commands.hpp"
+#include "tooling/film_tool/command_rows.hpp"
 
 namespace kinovane::test {
 
 namespace {
 
-TEST(FilmToolRefusals, ATextWithANULByteNeverReachesTheTool) {
+TEST(FilmToolCommand, RefusesATextWithANULByte) {
     const std::string cut("cut\0short", 9);
     const std::string prefix = "Could not launch film command: " + Recorder::path();
     const std::string argument = prefix + ": an argument holds a NUL byte";
@@ -62,12 +62,13 @@ TEST(FilmToolRefusals, ATextWithANULByteNeverReachesTheTool) {
     }
 }
 
-TEST(FilmToolRefusals, AToolThatIsNotThere) {
+TEST(FilmToolCommand, ReportsAMissingTool) {
     const TemporaryDirectory directory;
     const std::string plain = directory.write("film", "not to be executed").string();
     const std::string cut(Recorder::path() + std::string("\0x", 2));
-    for (const std::string& name : {std::string("kinovane-no-such-tool"), std::string("~/no such place/film"),
-                                    std::string(), plain, directory.path().string(), cut})
+    for (const std::string& name :
+         {std::string("kinovane-no-such-tool"), std::string("~/no-such-directory/film"), std::string(), plain,
+          directory.path().string(), cut})
         for (const CommandRow& row : commandRows()) {
             SCOPED_TRACE(row.sentence + " with " + name);
             const Recorder recorder(row.reply);
@@ -76,7 +77,7 @@ TEST(FilmToolRefusals, AToolThatIsNotThere) {
         }
 }
 
-TEST(FilmToolRefusals, AToolThatCannotBeStarted) {
+TEST(FilmToolCommand, ReportsAToolThatCannotBeStarted) {
     const TemporaryDirectory directory;
     const std::string program = brokenProgram(directory).string();
     const FilmToolClient client(program);
@@ -87,7 +88,7 @@ TEST(FilmToolRefusals, AToolThatCannotBeStarted) {
     }
 }
 
-TEST(FilmToolRefusals, AToolThatFails) {
+TEST(FilmToolCommand, ReportsAFailedTool) {
     struct End {
         const char* status;
         const char* errors;
@@ -105,7 +106,7 @@ TEST(FilmToolRefusals, AToolThatFails) {
     for (const CommandRow& row : commandRows())
         for (const End& end : ends) {
             SCOPED_TRACE(row.sentence + ": " + end.expected);
-            // The reply is sound, but a failed command has no answer.
+            // The reply is valid, but is not decoded if the command fails.
             const Recorder recorder(row.reply);
             const Variable status("RECORDER_STATUS", end.status);
             const Variable errors("RECORDER_ERRORS", end.errors);
@@ -114,14 +115,14 @@ TEST(FilmToolRefusals, AToolThatFails) {
         }
 }
 
-TEST(FilmToolRefusals, AFailedCommandIsGivenWhole) {
-    const Recorder recorder("half an answer");
+TEST(FilmToolCommand, ReportsTheWholeResultOfAFailedTool) {
+    const Recorder recorder("half a reply");
     const Variable status("RECORDER_STATUS", "3");
     const Variable errors("RECORDER_ERRORS", "boom\n");
     const FilmToolClient client(Recorder::path());
     const auto failed = [](std::vector<std::string> arguments) {
         return FilmToolError(FilmToolError::commandFailed{
-            {Recorder::path(), std::move(arguments), 3, "half an answer", "boom\n"}});
+            {Recorder::path(), std::move(arguments), 3, "half a reply", "boom\n"}});
     };
     EXPECT_EQ(errorOf(client.status("/r.json")), failed({"status", "/r.json"}));
     EXPECT_EQ(errorOf(client.approve("/r.json", "g", "n", "b")),
@@ -132,12 +133,12 @@ TEST(FilmToolRefusals, AFailedCommandIsGivenWhole) {
                       Recorder::path(), "--print-command"}));
 }
 
-TEST(FilmToolRefusals, AnAnswerThatIsNone) {
-    struct Answer {
+TEST(FilmToolCommand, RefusesAReplyThatCannotBeDecoded) {
+    struct Reply {
         const char* output;
         const char* expected;
     };
-    const std::vector<Answer> answers{
+    const std::vector<Reply> replies{
         {"", "line 1, column 1: the document ends too early"},
         {"done", "line 1, column 1: this is not valid JSON"},
         {"{\"status\":\n", "line 2, column 1: the document ends too early"},
@@ -147,13 +148,12 @@ TEST(FilmToolRefusals, AnAnswerThatIsNone) {
         {"null", "expected an object, found null"},
     };
     for (const CommandRow& row : commandRows())
-        for (const Answer& answer : answers) {
-            SCOPED_TRACE(row.sentence + ": " + answer.output);
-            const Recorder recorder(answer.output);
+        for (const Reply& reply : replies) {
+            SCOPED_TRACE(row.sentence + ": " + reply.output);
+            const Recorder recorder(reply.output);
             const Variable errors("RECORDER_ERRORS", "Nothing to worry about.\n");
-            const std::string complaint =
-                std::string("Film command returned invalid JSON: ") + answer.expected;
-            EXPECT_EQ(row.failure(FilmToolClient(Recorder::path())), row.decodes ? complaint : "");
+            const std::string message = std::string("Film command returned invalid JSON: ") + reply.expected;
+            EXPECT_EQ(row.failure(FilmToolClient(Recorder::path())), row.decodes ? message : "");
         }
 }
 

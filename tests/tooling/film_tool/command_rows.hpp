@@ -14,11 +14,11 @@ namespace kinovane::test {
 /// A call of the film tool.
 struct CommandRow {
     std::string sentence;
-    std::string reply; ///< What the tool has to print for the call to succeed.
-    /// Makes the call, waits for its end and gives the text of its error; empty when it succeeds.
+    std::string reply; ///< A reply with which the call succeeds.
+    /// Calls the operation and waits for it. Returns the text of its error; empty if it succeeds.
     std::function<std::string(const FilmToolClient&)> failure;
-    std::vector<std::string> arguments; ///< What the tool must be started with.
-    /// What the tool must have besides this process's environment.
+    std::vector<std::string> arguments; ///< The expected arguments.
+    /// The expected additions to this process's environment.
     std::map<std::string, std::string> environment = {};
     bool decodes = true; ///< Whether the tool's reply is read.
 };

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "tooling/film_tool/commands.hpp"
+#include "tooling/film_tool/command_rows.hpp"
+
+#include <optional>
+#include <utility>
 
 #include "support/recorder.hpp"
 #include "support/task_failure.hpp"
@@ -12,8 +15,8 @@ namespace {
 
 using Client = FilmToolClient;
 
-/// Calls whose reply is read.
-std::vector<CommandRow> askingRows() {
+/// Calls whose reply is decoded.
+std::vector<CommandRow> decodingRows() {
     const std::string run = "/films/run.json";
     return {
         {"plan",
@@ -39,7 +42,7 @@ std::vector<CommandRow> askingRows() {
          exportReceiptRow().fullDocument(),
          [run](const Client& client) { return failureOf(client.exportVistrel(run)); },
          {"export-vistrel", run}},
-        {"exportVistrel to a place",
+        {"exportVistrel with an output",
          exportReceiptRow().fullDocument(),
          [run](const Client& client) { return failureOf(client.exportVistrel(run, "/films/h.json")); },
          {"export-vistrel", run, "--output", "/films/h.json"}},
@@ -51,15 +54,15 @@ std::vector<CommandRow> askingRows() {
     };
 }
 
-/// Calls of which only the end matters.
-std::vector<CommandRow> tellingRows() {
+/// Calls whose output is not decoded.
+std::vector<CommandRow> otherRows() {
     const std::string run = "/films/run.json";
     return {
         {"approve",
          "",
          [run](const Client& client) { return failureOf(client.approve(run, "plan", "Go on", "Noor")); },
          {"approve", run, "--gate", "plan", "--note", "Go on", "--approved-by", "Noor"}},
-        {"approve without words",
+        {"approve with empty texts",
          "",
          [run](const Client& client) { return failureOf(client.approve(run, "", "", "")); },
          {"approve", run, "--gate", "", "--note", "", "--approved-by", ""}},
@@ -85,41 +88,37 @@ std::vector<CommandRow> tellingRows() {
 
 using OptionalText = std::optional<std::string>;
 
-/// `advance` or `review` with every choice of provider and model.
+/// Adds `advance` or `review` with and without pi command, provider and model.
 void addPiRows(std::vector<CommandRow>& rows, const std::string& name, const std::string& word,
                Task<ProcessResult> (Client::*operation)(const std::filesystem::path&, const OptionalText&,
                                                         const OptionalText&, const OptionalText&) const) {
-    struct Choice {
+    struct Options {
         const char* sentence;
         OptionalText command;
         OptionalText provider;
         OptionalText model;
     };
-    const std::vector<Choice> choices{
-        {"alone", {}, {}, {}},
-        {"with pi", "/opt/pi", {}, {}},
-        {"with an empty pi", "", {}, {}},
-        {"with a provider", {}, "local", {}},
-        {"with an empty provider", {}, "", {}},
-        {"with a model", {}, {}, "x"},
-        {"with an empty model", {}, {}, ""},
-        {"with provider and model", {}, "local", "a model=\"x\"\n"},
+    const std::vector<Options> rowsOfOptions{
+        {"without options", {}, {}, {}},         {"with pi", "/opt/pi", {}, {}},
+        {"with an empty pi", "", {}, {}},        {"with a provider", {}, "local", {}},
+        {"with an empty provider", {}, "", {}},  {"with a model", {}, {}, "x"},
+        {"with an empty model", {}, {}, ""},     {"with provider and model", {}, "local", "a model=\"x\"\n"},
         {"with everything", "pi", "local", "x"},
     };
-    for (const Choice& choice : choices) {
-        CommandRow row{name + " " + choice.sentence, "", {}, {word, "/films/run.json"}};
-        row.failure = [operation, choice](const Client& client) {
+    for (const Options& options : rowsOfOptions) {
+        CommandRow row{name + " " + options.sentence, "", {}, {word, "/films/run.json"}};
+        row.failure = [operation, options](const Client& client) {
             return failureOf(
-                (client.*operation)("/films/run.json", choice.command, choice.provider, choice.model));
+                (client.*operation)("/films/run.json", options.command, options.provider, options.model));
         };
-        if (choice.command) {
+        if (options.command) {
             row.arguments.emplace_back("--pi-command");
-            row.arguments.push_back(*choice.command);
+            row.arguments.push_back(*options.command);
         }
-        if (choice.provider)
-            row.environment["QUEX_FILM_TOOLS_PI_PROVIDER"] = *choice.provider;
-        if (choice.model)
-            row.environment["QUEX_FILM_TOOLS_PI_MODEL"] = *choice.model;
+        if (options.provider)
+            row.environment["QUEX_FILM_TOOLS_PI_PROVIDER"] = *options.provider;
+        if (options.model)
+            row.environment["QUEX_FILM_TOOLS_PI_MODEL"] = *options.model;
         row.decodes = false;
         rows.push_back(row);
     }
@@ -128,9 +127,11 @@ void addPiRows(std::vector<CommandRow>& rows, const std::string& name, const std
 } // namespace
 
 std::vector<CommandRow> commandRows() {
-    std::vector<CommandRow> rows = askingRows();
-    for (const CommandRow& row : tellingRows())
-        rows.emplace_back(row).decodes = false;
+    std::vector<CommandRow> rows = decodingRows();
+    for (CommandRow row : otherRows()) {
+        row.decodes = false;
+        rows.push_back(std::move(row));
+    }
     addPiRows(rows, "advance", "run", &Client::advance);
     addPiRows(rows, "review", "review", &Client::review);
     return rows;

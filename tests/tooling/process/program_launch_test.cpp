@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What keeps a program from starting, and what is left of the attempt.
+// Programs that cannot be started, and what must not be left behind.
 
 #include <cerrno>
 #include <csignal>
@@ -21,6 +21,7 @@
 #include "support/limits.hpp"
 #include "support/ordinary_user.hpp"
 #include "support/temporary_directory.hpp"
+#include "tooling/process/child_process.hpp"
 #include "tooling/process/process_runner.hpp"
 #include "tooling/process/resting_counts.hpp"
 #include "tooling/process/test_program.hpp"
@@ -35,25 +36,26 @@ const std::string prefix = "Could not launch film command: ";
 
 const std::string noThread = "no thread could be started: Resource temporarily unavailable";
 
-/// Runs the test program again and again and says what came of it, and whether anything was left over.
+/// Runs the test program 21 times. Returns the outcome, and whether a later run had another outcome or
+/// resources were left.
 std::string outcomeOfMany(const std::vector<std::string>& arguments) {
     std::string outcome = outputOfTestProgram(arguments);
     const ProcessCounts before = restingCounts();
     for (int run = 0; run < 20; ++run)
         if (const std::string again = outputOfTestProgram(arguments); again != outcome)
             return outcome + ", and then: " + again;
-    return settledCounts(before) == before ? outcome : outcome + ", and something was left";
+    return settledCounts(before) == before ? outcome : outcome + ", and resources were left";
 }
 
-TEST(LaunchFailure, FilesThatAreNoPrograms) {
-    const TemporaryDirectory place;
+TEST(ProgramLaunch, FailsForFilesThatAreNotPrograms) {
+    const TemporaryDirectory directory;
     struct Row {
         const char* sentence;
         const char* content;
         std::string message;
     };
     const std::vector<Row> rows{
-        {"a text", "Once upon a time\n", "Exec format error"},
+        {"a text file", "Once upon a time\n", "Exec format error"},
         {"an empty file", "", "Exec format error"},
         {"a damaged program", "\177ELF\002\001\001", "Exec format error"},
         {"a script without its interpreter", "#!/kinovane/no/such/interpreter\n",
@@ -61,42 +63,42 @@ TEST(LaunchFailure, FilesThatAreNoPrograms) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
-        const fs::path file = place.write("film", row.content);
+        const fs::path file = directory.write("film", row.content);
         fs::permissions(file, fs::perms::owner_all);
         EXPECT_EQ(outcomeOf(FilmToolClient(file.string()).run({})),
                   prefix + file.string() + ": posix_spawn: " + row.message);
     }
 }
 
-TEST(LaunchFailure, NoSuchProgram) {
+TEST(ProgramLaunch, FailsForAMissingProgram) {
     try {
         (void)FilmToolClient("kinovane-no-such-tool").run({"plan"}).get();
-        ADD_FAILURE() << "it ran";
+        ADD_FAILURE() << "the program ran";
     } catch (const FilmToolError& error) {
         EXPECT_EQ(error, FilmToolError(FilmToolError::executableNotFound{"kinovane-no-such-tool"}));
     }
     EXPECT_EQ(outcomeOf(FilmToolClient("").run({})), "Required executable not found: ");
 }
 
-// Between the lookup and the start a program may go, or turn into something else.
-TEST(LaunchFailure, AfterTheLookup) {
-    const TemporaryDirectory place;
+// Between the lookup and the start a program may be removed or replaced.
+TEST(ProgramLaunch, FailsForAProgramThatChangedAfterTheLookup) {
+    const TemporaryDirectory directory;
     struct Row {
         const char* sentence;
         std::string path;
         std::string message;
     };
     const std::vector<Row> rows{
-        {"nothing is there", (place / "nothing").string(), "No such file or directory"},
-        {"a directory is there", place.path().string(), "Permission denied"},
-        {"a file that may not be executed is there", place.write("plain", "x").string(), "Permission denied"},
-        {"a file is in place of a directory", (place / "plain/film").string(), "Not a directory"},
+        {"no file", (directory / "nothing").string(), "No such file or directory"},
+        {"a directory", directory.path().string(), "Permission denied"},
+        {"a file that may not be executed", directory.write("plain", "x").string(), "Permission denied"},
+        {"a file in place of a directory", (directory / "plain/film").string(), "Not a directory"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
         try {
             (void)runSynchronously(row.path, {});
-            ADD_FAILURE() << "it ran";
+            ADD_FAILURE() << "the program ran";
         } catch (const FilmToolError& error) {
             EXPECT_EQ(error,
                       FilmToolError(FilmToolError::launchFailed{row.path + ": posix_spawn: " + row.message}));
@@ -104,7 +106,18 @@ TEST(LaunchFailure, AfterTheLookup) {
     }
 }
 
-TEST(LaunchFailure, NoDescriptorsLeft) {
+// The lookup refuses such a name first. This check is for callers that start a program without a lookup.
+TEST(ProgramLaunch, FailsForAPathWithANULByte) {
+    try {
+        const ChildProcess child(std::string("/bin/true\0x", 11), {}, {});
+        ADD_FAILURE() << "the program was started";
+    } catch (const FilmToolError& error) {
+        EXPECT_EQ(error.errorDescription(),
+                  "Could not launch film command: the program's path holds a NUL byte");
+    }
+}
+
+TEST(ProgramLaunch, FailsWithoutDescriptors) {
     struct Row {
         const char* sentence;
         int descriptors;
@@ -123,7 +136,8 @@ TEST(LaunchFailure, NoDescriptorsLeft) {
         SCOPED_TRACE(row.sentence);
         EXPECT_EQ(inForkedProcess([&] {
                       leaveDescriptors(row.descriptors);
-                      // Counting needs descriptors too, so the same limit shows a leak by another outcome.
+                      // Descriptors cannot be counted here, because that needs one. A leak changes the
+                      // outcome of a later run.
                       std::string outcome;
                       for (int run = 0; run < 20; ++run)
                           if (const std::string again = outputOfTestProgram({"out", "works"});
@@ -135,8 +149,8 @@ TEST(LaunchFailure, NoDescriptorsLeft) {
     }
 }
 
-// Nothing but a limit on processes keeps a thread from starting, and it binds no superuser.
-TEST(LaunchFailure, NoThreadsLeft) {
+// Only a limit on processes makes starting a thread fail, and it does not apply to the superuser.
+TEST(ProgramLaunch, FailsWithoutThreads) {
     EXPECT_EQ(asOrdinaryUser([] {
                   limitTo(RLIMIT_NPROC, 0);
                   return outcomeOfMany({"out", "works"});
@@ -144,7 +158,7 @@ TEST(LaunchFailure, NoThreadsLeft) {
               prefix + noThread);
 }
 
-TEST(LaunchFailure, NoThreadsLeftComesThroughTheTask) {
+TEST(ProgramLaunch, ReportsMissingThreadsThroughTheTask) {
     EXPECT_EQ(asOrdinaryUser([] {
                   limitTo(RLIMIT_NPROC, 0);
                   Task<ProcessResult> task = startTestProgram({"out", "works"});
@@ -157,7 +171,7 @@ TEST(LaunchFailure, NoThreadsLeftComesThroughTheTask) {
               "done: " + prefix + noThread);
 }
 
-TEST(LaunchFailure, EndOfChildrenIgnored) {
+TEST(ProgramLaunch, FailsIfTheApplicationIgnoresSIGCHLD) {
     struct Row {
         const char* sentence;
         void (*handler)(int);
@@ -165,11 +179,11 @@ TEST(LaunchFailure, EndOfChildrenIgnored) {
     };
     const std::vector<Row> rows{
         {"ignored", SIG_IGN, 0},
-        {"not to be waited for", SIG_DFL, SA_NOCLDWAIT},
-        {"handled, but not to be waited for", [](int) {}, SA_NOCLDWAIT},
+        {"SA_NOCLDWAIT", SIG_DFL, SA_NOCLDWAIT},
+        {"a handler with SA_NOCLDWAIT", [](int) {}, SA_NOCLDWAIT},
     };
-    const TemporaryDirectory place;
-    const std::string made = (place / "made").string();
+    const TemporaryDirectory directory;
+    const std::string made = (directory / "made").string();
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
         EXPECT_EQ(inForkedProcess([&] {
@@ -182,16 +196,16 @@ TEST(LaunchFailure, EndOfChildrenIgnored) {
                   prefix + testProgramPath() +
                       ": not started, because its exit status would be lost: the application ignores the end "
                       "of its child processes (SIGCHLD)");
-        EXPECT_FALSE(fs::exists(made)) << "the program ran all the same";
+        EXPECT_FALSE(fs::exists(made)) << "the program ran";
     }
 }
 
-// The program ends while another process still holds its output, so that the library cannot be the first to
-// ask.
-TEST(LaunchFailure, StatusTakenBySomebodyElse) {
-    const TemporaryDirectory place;
-    Fifo gate(place / "gate");
-    Fifo reached(place / "reached");
+// Another process keeps the program's output open, so that the library does not wait for the program before
+// this test does.
+TEST(ProgramLaunch, ReportsAnExitStatusThatTheApplicationTook) {
+    const TemporaryDirectory directory;
+    Fifo gate(directory / "gate");
+    Fifo reached(directory / "reached");
     Task<ProcessResult> task =
         startTestProgram({"grandchild", gate.path(), "announce", reached.path(), "exit", "7"});
     reached.awaitAnnouncements();

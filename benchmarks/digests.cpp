@@ -71,10 +71,10 @@ void measureUnevenFiles(const Settings& settings, Report& report) {
     MediaFilm bigFirst = bigLast;
     auto& artifacts = bigFirst.snapshot.project.artifacts;
     std::rotate(artifacts.begin(), artifacts.end() - 1, artifacts.end());
-    for (const auto& [place, film] :
+    for (const auto& [position, film] :
          {std::pair("last", &bigLast), std::pair<const char*, const MediaFilm*>("first", &bigFirst)})
         report.add(compare(
-            {3, std::string("build, 1 GB and 40 of 25 MB, two workers, big one ") + place},
+            {3, std::string("build, 1 GB and 40 of 25 MB, two workers, big one ") + position},
             settings.rounds(11), building(*film, 2),
             {{"hashing half of it in memory", 0.90, timed([&] { hashInMemory(bigLast.bytes / 2); })}}));
 }

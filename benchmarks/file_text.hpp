@@ -9,7 +9,7 @@
 
 namespace kinovane::benchmarks {
 
-/// The bytes of a whole file, read at once into memory that is not cleared first.
+/// The bytes of a whole file, read into memory that is not initialised first.
 class FileText {
   public:
     explicit FileText(const std::filesystem::path& file);
@@ -21,7 +21,7 @@ class FileText {
     std::unique_ptr<char[]> bytes_;
 };
 
-/// Writes a file anew.
+/// Writes a file, or overwrites it.
 void storeText(const std::filesystem::path& file, std::string_view text);
 
 } // namespace kinovane::benchmarks

@@ -25,8 +25,8 @@ std::string digits(std::size_t number) {
     return std::string(6 - std::min<std::size_t>(text.size(), 6), '0') + text;
 }
 
-/// What looks like a digest; nobody compares it with a file.
-std::string inventedDigest(std::mt19937_64& random) {
+/// A random text in the form of a digest.
+std::string randomDigest(std::mt19937_64& random) {
     std::string text = "sha256:";
     for (int index = 0; index < 64; ++index)
         text += "0123456789abcdef"[random() % 16];
@@ -34,7 +34,7 @@ std::string inventedDigest(std::mt19937_64& random) {
 }
 
 void writeMedia(const fs::path& file, std::size_t size, std::vector<char>& block, std::size_t number) {
-    std::memcpy(block.data(), &number, sizeof number); // No two files are alike.
+    std::memcpy(block.data(), &number, sizeof number); // Every file has different bytes.
     std::ofstream out(file, std::ios::binary);
     for (std::size_t left = size; left > 0;) {
         const std::size_t count = std::min(left, block.size());
@@ -47,15 +47,15 @@ void writeMedia(const fs::path& file, std::size_t size, std::vector<char>& block
 
 } // namespace
 
-DataFolder::DataFolder(fs::path place, bool keep) : place_(std::move(place)), keep_(keep) {
-    fs::remove_all(place_);
-    fs::create_directories(place_);
+DataFolder::DataFolder(fs::path path, bool keep) : path_(std::move(path)), keep_(keep) {
+    fs::remove_all(path_);
+    fs::create_directories(path_);
 }
 
 DataFolder::~DataFolder() {
     std::error_code ignored;
     if (!keep_)
-        fs::remove_all(place_, ignored);
+        fs::remove_all(path_, ignored);
 }
 
 MediaFilm makeMediaFilm(const fs::path& root, const std::vector<std::size_t>& sizes) {
@@ -131,8 +131,7 @@ std::string projectDocument(std::size_t bytes) {
         text += ",\n      \"contentType\": \"video/mp4\",\n      \"createdAt\": \"2026-03-14T11:46:30Z\"";
         text +=
             ",\n      \"kind\": \"shot-clip\",\n      \"path\": \"clips/shot-" + digits(number) + ".mp4\"";
-        text +=
-            ",\n      \"sha256\": \"" + inventedDigest(random) + "\",\n      \"source\": \"camera\"\n    }";
+        text += ",\n      \"sha256\": \"" + randomDigest(random) + "\",\n      \"source\": \"camera\"\n    }";
         separator = ",\n";
     }
     return text + R"(
@@ -171,15 +170,15 @@ VistrelHandoff longHandoff(std::size_t shots, std::size_t assets) {
         shot.transition = "cut";
         shot.take = 1;
         shot.seed = static_cast<std::int64_t>(random() >> 1U);
-        shot.keyframeAssetId = "film_asset_" + inventedDigest(random).substr(7, 20);
-        shot.clipAssetId = "film_asset_" + inventedDigest(random).substr(7, 20);
+        shot.keyframeAssetId = "film_asset_" + randomDigest(random).substr(7, 20);
+        shot.clipAssetId = "film_asset_" + randomDigest(random).substr(7, 20);
         shot.dialogue.push_back({"girl", "Take mine — it always works.", third, "softly"});
         shot.soundEffects.push_back({"a bell over water", third / 2, 1.25, -18.5, 4711});
         handoff.shots.push_back(std::move(shot));
     }
     for (std::size_t number = 0; number < assets; ++number)
-        handoff.assets.push_back({"film_asset_" + inventedDigest(random).substr(7, 20), "shot-clip",
-                                  "clips/shot-" + digits(number) + ".mp4", inventedDigest(random),
+        handoff.assets.push_back({"film_asset_" + randomDigest(random).substr(7, 20), "shot-clip",
+                                  "clips/shot-" + digits(number) + ".mp4", randomDigest(random),
                                   static_cast<std::int64_t>(random() % 500'000'000), "video/mp4", "camera"});
     return handoff;
 }

@@ -12,18 +12,18 @@
 
 namespace kinovane::benchmarks {
 
-/// A folder that is made anew, and removed at the end unless it is to be kept.
+/// A folder that is created empty, and removed by the destructor unless `keep` is set.
 class DataFolder {
   public:
-    DataFolder(std::filesystem::path place, bool keep);
+    DataFolder(std::filesystem::path path, bool keep);
     ~DataFolder();
     DataFolder(const DataFolder&) = delete;
     DataFolder& operator=(const DataFolder&) = delete;
 
-    const std::filesystem::path& path() const noexcept { return place_; }
+    const std::filesystem::path& path() const noexcept { return path_; }
 
   private:
-    std::filesystem::path place_;
+    std::filesystem::path path_;
     bool keep_;
 };
 
@@ -34,10 +34,11 @@ struct MediaFilm {
     std::uint64_t bytes = 0;                  ///< Of all files together.
 };
 
-/// Writes one file of each size below `root`, to the disk, so that no writing is left for later.
+/// Writes one file of each size below `root` and syncs the file system, so that no writes are pending.
 MediaFilm makeMediaFilm(const std::filesystem::path& root, const std::vector<std::size_t>& sizes);
 
-/// A project document of about this many bytes, laid out as the film tool does; nearly all of it artifacts.
+/// A project document of about this size, formatted as by the film tool; it consists almost entirely of
+/// artifacts.
 std::string projectDocument(std::size_t bytes);
 
 /// A handoff with this many shots and assets, each shot with a line of dialogue and a sound effect.

@@ -12,12 +12,12 @@
 #include "peer_json.hpp"
 #include "report.hpp"
 
-/// Figures 5 to 7: how fast a workspace is loaded, and what memory it takes.
+/// Figures 5 to 7: the time and the memory to load a workspace.
 namespace kinovane::benchmarks {
 
 namespace {
 
-/// A workspace with nothing but a run manifest and a project document.
+/// A workspace that consists of a run manifest and a project document.
 struct Workspace {
     Workspace(const Settings& settings, const std::string& name, std::size_t bytes)
         : folder(settings.data / name, settings.keep), run(folder.path() / "run.json"),
@@ -28,12 +28,12 @@ struct Workspace {
         storeText(project, document);
     }
 
-    /// A peer that makes other records would be measured at another task.
+    /// A peer that makes other records would do a different task.
     void requireSameRecords() const {
         const FilmProject expected = FilmProjectLoader::load(run).project;
         for (const auto& load : {loadWithNlohmann, loadWithSimdjsonTree, loadWithSimdjsonOnDemand})
             if (load(project) != expected)
-                throw std::runtime_error("a peer reads other records than the library");
+                throw std::runtime_error("a peer makes other records than the library");
     }
 
     DataFolder folder;
@@ -53,8 +53,8 @@ void measureTime(const Workspace& workspace, const Settings& settings, Report& r
                   timed([&] { loadWithSimdjsonOnDemand(workspace.project); })}}));
 }
 
-/// Growth over the document's size, each time in a fresh process.
-Row memoryRow(const std::string& way, const std::string& name, std::optional<double> target,
+/// The growth of memory divided by the size of the document, each time in a new process.
+Row memoryRow(const std::string& loader, const std::string& name, std::optional<double> target,
               const Workspace& workspace, std::size_t rounds) {
     Row row{.figure = {6, "load, 49 MB, peak memory over the document's size"},
             .peer = name,
@@ -63,7 +63,7 @@ Row memoryRow(const std::string& way, const std::string& name, std::optional<dou
             .atMost = true};
     const FilmToolClient program(KINOVANE_MEMORY_OF_LOAD);
     for (std::size_t round = 0; round < rounds; ++round) {
-        const ProcessResult result = program.run({way, workspace.folder.path().string()}).get();
+        const ProcessResult result = program.run({loader, workspace.folder.path().string()}).get();
         row.ratios.push_back(std::stod(result.stdout) * 1024 / static_cast<double>(workspace.size));
     }
     return row;

@@ -41,13 +41,13 @@ Settings settingsFrom(int count, char** arguments) {
 
 } // namespace
 
-/// Measures every figure; the data and the results lie in FOLDER.
+/// Measures every figure; writes the data and the results to FOLDER.
 int main(int count, char** arguments) {
     try {
         const Settings settings = settingsFrom(count, arguments);
         std::filesystem::create_directories(settings.data);
         Report report(settings.quick);
-        // The process that forks is to be small, so it does that first.
+        // First, because fork is slower in a process with more memory.
         measureProcess(settings, report);
         measureDigests(settings, report);
         measureWrite(settings, report);

@@ -7,8 +7,8 @@
 
 namespace kinovane::benchmarks {
 
-/// Stores a ready text as a careful program would: a temporary file beside the target, fsync, rename, fsync
-/// of the directory. Then hashes the text.
+/// Stores a text atomically and durably: temporary file in the same directory, fsync, rename, fsync of the
+/// directory. Then hashes the text.
 void storeAtomicallyAndHash(std::string_view text, const std::filesystem::path& file);
 
 } // namespace kinovane::benchmarks

@@ -7,7 +7,8 @@
 #include <kinovane/handoff.hpp>
 #include <kinovane/workspace.hpp>
 
-/// Project documents and manifests through other JSON libraries. Each reads the file itself.
+/// Decoding project documents and encoding manifests with other JSON libraries. Each function reads or writes
+/// the file.
 namespace kinovane::benchmarks {
 
 FilmProject loadWithNlohmann(const std::filesystem::path& project);
@@ -15,10 +16,10 @@ FilmProject loadWithNlohmann(const std::filesystem::path& project);
 FilmProject loadWithSimdjsonTree(const std::filesystem::path& project);
 FilmProject loadWithSimdjsonOnDemand(const std::filesystem::path& project);
 
-/// Reads, parses and drops the tree; makes no records.
+/// Parses the document into a tree and destroys it; makes no records.
 void parseWithBoost(const std::filesystem::path& project);
 
-/// Writes the manifest straight into its place, with fsync.
+/// Writes the manifest directly to the target file, with fsync.
 void writeWithNlohmann(const VistrelHandoff& handoff, const std::filesystem::path& file);
 
 } // namespace kinovane::benchmarks

@@ -6,7 +6,7 @@
 
 #include <kinovane/handoff.hpp>
 
-/// The records that nlohmann's own macro can describe, for both directions.
+/// The records that the macro of nlohmann::json can describe, for decoding and encoding.
 namespace kinovane {
 
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(FilmDepartmentTask, id, role, phase, dependsOn, synthesis, status,

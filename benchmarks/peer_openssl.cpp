@@ -35,8 +35,8 @@ class Hash {
     void end() { check(EVP_DigestFinal_ex(context_.get(), digest_.data(), nullptr)); }
 
   private:
-    static void check(int answer) {
-        if (answer != 1)
+    static void check(int result) {
+        if (result != 1)
             throw std::runtime_error("SHA-256 failed");
     }
 

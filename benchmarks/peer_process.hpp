@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
-/// Children started without the library. All throw when the child does not succeed.
+/// Starting child processes without the library. Each function throws when the child fails.
 namespace kinovane::benchmarks {
 
-/// posix_spawnp and waitpid, with the standard output thrown away.
+/// posix_spawnp and waitpid, with standard output discarded.
 void runQuietly(const std::vector<std::string>& command);
 
-/// posix_spawn and waitpid: no pipes, nothing read.
+/// posix_spawn and waitpid, without pipes.
 void spawnBare(const std::string& program);
 
 /// fork and exec, with both outputs read through pipes.
@@ -22,7 +22,7 @@ void forkAndRead(const std::string& program);
 /// posix_spawn, with the standard output read through a pipe into a new buffer of this size.
 void spawnAndRead(const std::vector<std::string>& command, std::size_t size);
 
-/// Memory that the host application holds, in pages of 4 KiB as a heap in long use has them.
+/// Resident memory of the calling process, in pages of 4 KiB like a fragmented heap.
 class Ballast {
   public:
     explicit Ballast(std::size_t size);

@@ -16,7 +16,7 @@ namespace kinovane::benchmarks {
 
 namespace {
 
-// Debian's own, whatever else comes first on the search path.
+// The system's Python, not the first one on the search path.
 constexpr const char* python = "/usr/bin/python3";
 
 } // namespace
@@ -37,28 +37,28 @@ PythonPeer::PythonPeer() {
     ::posix_spawn_file_actions_destroy(&actions);
     ::close(toPython[0]);
     ::close(fromPython[1]);
-    questions_ = ::fdopen(toPython[1], "w");
-    answers_ = ::fdopen(fromPython[0], "r");
-    if (failure != 0 || questions_ == nullptr || answers_ == nullptr)
+    requests_ = ::fdopen(toPython[1], "w");
+    replies_ = ::fdopen(fromPython[0], "r");
+    if (failure != 0 || requests_ == nullptr || replies_ == nullptr)
         throw std::runtime_error("cannot start Python");
 }
 
 PythonPeer::~PythonPeer() {
-    std::fclose(questions_);
-    std::fclose(answers_);
+    std::fclose(requests_);
+    std::fclose(replies_);
     ::waitpid(process_, nullptr, 0);
 }
 
 double PythonPeer::run(std::size_t times, const std::vector<std::string>& command) {
-    std::string question = std::to_string(times);
+    std::string request = std::to_string(times);
     for (const std::string& argument : command)
-        question += '\t' + argument;
-    question += '\n';
-    std::array<char, 128> answer{};
-    if (std::fputs(question.c_str(), questions_) < 0 || std::fflush(questions_) != 0 ||
-        std::fgets(answer.data(), answer.size(), answers_) == nullptr)
-        throw std::runtime_error("Python gave no answer");
-    return std::stod(answer.data());
+        request += '\t' + argument;
+    request += '\n';
+    std::array<char, 128> reply{};
+    if (std::fputs(request.c_str(), requests_) < 0 || std::fflush(requests_) != 0 ||
+        std::fgets(reply.data(), reply.size(), replies_) == nullptr)
+        throw std::runtime_error("Python gave no reply");
+    return std::stod(reply.data());
 }
 
 } // namespace kinovane::benchmarks

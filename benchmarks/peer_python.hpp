@@ -11,8 +11,8 @@
 
 namespace kinovane::benchmarks {
 
-/// One Python process that runs commands with subprocess.run and times them itself, so that its own start
-/// does not count.
+/// A Python process that runs commands with subprocess.run and measures the time, without that of its own
+/// start.
 class PythonPeer {
   public:
     PythonPeer();
@@ -20,12 +20,12 @@ class PythonPeer {
     PythonPeer(const PythonPeer&) = delete;
     PythonPeer& operator=(const PythonPeer&) = delete;
 
-    /// Runs the command this many times, one after the other; gives the seconds for all of them.
+    /// Runs the command this many times in sequence; returns the seconds for all runs.
     double run(std::size_t times, const std::vector<std::string>& command);
 
   private:
-    std::FILE* questions_ = nullptr;
-    std::FILE* answers_ = nullptr;
+    std::FILE* requests_ = nullptr;
+    std::FILE* replies_ = nullptr;
     pid_t process_ = 0;
 };
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Runs commands with subprocess.run and says how long they took. A line asks: times, program, arguments; by tabs."""
+"""Runs commands with subprocess.run and prints the seconds. Input lines: count, program, arguments; tab-separated."""
 
 import subprocess
 import sys

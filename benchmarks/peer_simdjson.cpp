@@ -9,8 +9,8 @@
 
 #include "peer_json.hpp"
 
-// The two interfaces of simdjson spell everything that is needed here alike, but for the names of members;
-// so one set of functions, over the type of an object, serves both.
+// The two interfaces of simdjson differ here only in the iteration over members, so one set of function
+// templates serves both.
 namespace kinovane::benchmarks {
 
 namespace {
@@ -55,13 +55,13 @@ std::optional<double> optionalReal(Object& object, const char* key) {
 }
 
 template <class Object>
-void takeText(Object& object, const char* key, std::optional<std::string>& into) {
+void readText(Object& object, const char* key, std::optional<std::string>& into) {
     if (!into)
         into = optionalText(object, key);
 }
 
 template <class Object>
-void takeTexts(Object& object, const char* key, std::vector<std::string>& into) {
+void readTexts(Object& object, const char* key, std::vector<std::string>& into) {
     if (into.empty())
         into = optional(object[key], [](auto& found) { return texts(found); }).value_or(into);
 }
@@ -71,34 +71,34 @@ FilmBrief briefFrom(Object object) {
     FilmBrief brief;
     if (auto found = object["target"]; !found.error()) {
         Object target = found.get_object().value();
-        takeText(target, "audience", brief.audience);
+        readText(target, "audience", brief.audience);
         brief.targetDurationSeconds = optionalReal(target, "durationSeconds");
-        takeText(target, "language", brief.language);
-        takeText(target, "platform", brief.platform);
-        takeText(target, "rating", brief.rating);
-        takeText(target, "usage", brief.usage);
+        readText(target, "language", brief.language);
+        readText(target, "platform", brief.platform);
+        readText(target, "rating", brief.rating);
+        readText(target, "usage", brief.usage);
     }
     if (auto found = object["creative"]; !found.error()) {
         Object creative = found.get_object().value();
-        takeText(creative, "genre", brief.genre);
-        takeText(creative, "tone", brief.tone);
-        takeTexts(creative, "mustHaves", brief.mustHaves);
-        takeTexts(creative, "exclusions", brief.exclusions);
-        takeTexts(creative, "references", brief.references);
+        readText(creative, "genre", brief.genre);
+        readText(creative, "tone", brief.tone);
+        readTexts(creative, "mustHaves", brief.mustHaves);
+        readTexts(creative, "exclusions", brief.exclusions);
+        readTexts(creative, "references", brief.references);
     }
-    takeText(object, "audience", brief.audience);
-    takeText(object, "genre", brief.genre);
-    takeText(object, "tone", brief.tone);
-    takeText(object, "rating", brief.rating);
-    takeText(object, "language", brief.language);
-    takeText(object, "platform", brief.platform);
-    takeText(object, "usage", brief.usage);
+    readText(object, "audience", brief.audience);
+    readText(object, "genre", brief.genre);
+    readText(object, "tone", brief.tone);
+    readText(object, "rating", brief.rating);
+    readText(object, "language", brief.language);
+    readText(object, "platform", brief.platform);
+    readText(object, "usage", brief.usage);
     if (!brief.targetDurationSeconds)
         brief.targetDurationSeconds = optionalReal(object, "targetDurationSeconds");
-    takeTexts(object, "mustHaves", brief.mustHaves);
-    takeTexts(object, "exclusions", brief.exclusions);
-    takeTexts(object, "references", brief.references);
-    takeTexts(object, "openQuestions", brief.openQuestions);
+    readTexts(object, "mustHaves", brief.mustHaves);
+    readTexts(object, "exclusions", brief.exclusions);
+    readTexts(object, "references", brief.references);
+    readTexts(object, "openQuestions", brief.openQuestions);
     return brief;
 }
 
@@ -112,12 +112,12 @@ FilmApproval approvalFrom(Object object) {
             optionalText(object, "note")};
 }
 
-void takeApprovals(dom::object object, std::map<std::string, FilmApproval>& approvals) {
+void readApprovals(dom::object object, std::map<std::string, FilmApproval>& approvals) {
     for (const dom::key_value_pair field : object)
         approvals.emplace(field.key, approvalFrom<dom::object>(field.value.get_object().value()));
 }
 
-void takeApprovals(ondemand::object object, std::map<std::string, FilmApproval>& approvals) {
+void readApprovals(ondemand::object object, std::map<std::string, FilmApproval>& approvals) {
     for (auto field : object) {
         std::string key(std::string_view(field.unescaped_key().value()));
         approvals.emplace(std::move(key), approvalFrom<ondemand::object>(field.value().get_object().value()));
@@ -153,7 +153,7 @@ FilmProof proofFrom(Object object) {
 
 /// Appends one record for each object of an array.
 template <class Object, class Found, class Record, class Make>
-void takeEach(Found found, std::vector<Record>& records, Make make) {
+void readEach(Found found, std::vector<Record>& records, Make make) {
     auto array = found.get_array().value();
     for (auto element : array) {
         Object object = element.get_object().value();
@@ -161,7 +161,8 @@ void takeEach(Found found, std::vector<Record>& records, Make make) {
     }
 }
 
-// Braces evaluate from left to right, so every record is read in the order in which its keys usually stand.
+// Braced initialisers are evaluated from left to right, so keys are read in their usual order in the
+// document.
 template <class Object>
 FilmProject projectFrom(Object object) {
     FilmProject project;
@@ -174,8 +175,8 @@ FilmProject projectFrom(Object object) {
     project.status = text(object["status"]);
     project.phase = text(object["phase"]);
     project.brief = briefFrom<Object>(object["brief"].get_object().value());
-    takeApprovals(object["approvals"].get_object().value(), project.approvals);
-    takeEach<Object>(object["departments"], project.departments, [](Object& task) {
+    readApprovals(object["approvals"].get_object().value(), project.approvals);
+    readEach<Object>(object["departments"], project.departments, [](Object& task) {
         return FilmDepartmentTask{text(task["id"]),
                                   text(task["role"]),
                                   text(task["phase"]),
@@ -184,11 +185,11 @@ FilmProject projectFrom(Object object) {
                                   text(task["status"]),
                                   task["attempts"].get_int64().value()};
     });
-    takeEach<Object>(object["shots"], project.shots, [](Object& shot) {
+    readEach<Object>(object["shots"], project.shots, [](Object& shot) {
         return FilmShotState{text(shot["id"]), optionalText(shot, "status"), optionalInteger(shot, "take"),
                              optionalInteger(shot, "selectedCandidate")};
     });
-    takeEach<Object>(object["reviewRequests"], project.reviewRequests, [](Object& request) {
+    readEach<Object>(object["reviewRequests"], project.reviewRequests, [](Object& request) {
         return FilmReviewRequest{text(request["shotId"]),
                                  text(request["note"]),
                                  text(request["status"]),
@@ -196,12 +197,12 @@ FilmProject projectFrom(Object object) {
                                  optionalText(request, "appliedAt"),
                                  optionalInteger(request, "archivedTake")};
     });
-    takeEach<Object>(object["jobs"], project.jobs, [](Object& job) {
+    readEach<Object>(object["jobs"], project.jobs, [](Object& job) {
         return FilmJob{text(job["id"]), optionalText(job, "kind"), optionalText(job, "status"),
                        optionalText(job, "shotId"), optionalText(job, "error")};
     });
     project.production = productionFrom<Object>(object["production"].get_object().value());
-    takeEach<Object>(object["artifacts"], project.artifacts, [](Object& artifact) {
+    readEach<Object>(object["artifacts"], project.artifacts, [](Object& artifact) {
         return FilmArtifact{artifact["bytes"].get_int64().value(),
                             text(artifact["contentType"]),
                             text(artifact["createdAt"]),
@@ -211,7 +212,7 @@ FilmProject projectFrom(Object object) {
                             text(artifact["source"])};
     });
     project.proof = proofFrom<Object>(object["proof"].get_object().value());
-    takeEach<Object>(object["issues"], project.issues, [](Object& issue) {
+    readEach<Object>(object["issues"], project.issues, [](Object& issue) {
         return FilmIssue{text(issue["code"]), text(issue["message"]), issue["blocking"].get_bool().value(),
                          optionalText(issue, "recordedAt")};
     });

@@ -10,7 +10,7 @@
 #include "peer_python.hpp"
 #include "report.hpp"
 
-/// Figures 9 to 12: what it costs to run a program.
+/// Figures 9 to 12: the cost of running a program.
 namespace kinovane::benchmarks {
 
 namespace {
@@ -22,7 +22,7 @@ Timing running(std::size_t times) {
     return timedRepeatedly(times, [client = FilmToolClient(program)] { client.run({}).get(); });
 }
 
-/// Takes place while the host holds 1 GiB more; coming by it does not count.
+/// Measures with 1 GiB more of resident memory; allocating it is not measured.
 Timing besideBallast(Timing timing) {
     return [timing = std::move(timing)] {
         const Ballast ballast(gibibyte);
@@ -41,7 +41,7 @@ void measureStart(const Settings& settings, Report& report, PythonPeer& python) 
 
 void measureStartBesideBallast(const Settings& settings, Report& report) {
     const std::size_t times = settings.quick ? 10 : 100;
-    const std::size_t forks = settings.quick ? 1 : 5; // One takes a tenth of a second.
+    const std::size_t forks = settings.quick ? 1 : 5; // One fork takes 0.1 s.
     const Timing forking = besideBallast(timedRepeatedly(forks, [] { forkAndRead(program); }));
     report.add(compare({10, "run of /bin/true beside 1 GiB of resident memory"}, settings.rounds(11),
                        besideBallast(running(times)),
@@ -65,16 +65,16 @@ void measureCapture(const Settings& settings, Report& report, PythonPeer& python
 
 void measureTogether(const Settings& settings, Report& report) {
     constexpr std::size_t together = 64;
-    constexpr double nap = 0.1;
+    constexpr double sleepTime = 0.1;
     report.add(compare({12, "64 runs of a 100 ms sleep, together"}, settings.rounds(15), timed([] {
                            const FilmToolClient sleeper("/bin/sleep");
-                           std::vector<Task<ProcessResult>> naps;
+                           std::vector<Task<ProcessResult>> sleeps;
                            for (std::size_t index = 0; index < together; ++index)
-                               naps.push_back(sleeper.run({"0.1"}));
-                           for (Task<ProcessResult>& task : naps)
+                               sleeps.push_back(sleeper.run({"0.1"}));
+                           for (Task<ProcessResult>& task : sleeps)
                                task.get();
                        }),
-                       {{"100 ms", 0.85, [] { return nap; }}}));
+                       {{"100 ms", 0.85, [] { return sleepTime; }}}));
 }
 
 } // namespace

@@ -40,10 +40,10 @@ void Report::add(const std::vector<Row>& rows) {
     for (Row row : rows) {
         if (quick_)
             row.target.reset();
-        const auto behind =
+        const auto position =
             std::upper_bound(rows_.begin(), rows_.end(), row.figure.number,
                              [](int number, const Row& other) { return number < other.figure.number; });
-        rows_.insert(behind, row);
+        rows_.insert(position, row);
         const Cells cells = cellsOf(row);
         std::cerr << "  " << cells[0] << " | " << cells[1] << " | " << cells[2] << " | " << cells[3] << ' '
                   << cells[5] << std::endl;

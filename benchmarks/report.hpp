@@ -13,23 +13,23 @@
 namespace kinovane::benchmarks {
 
 struct Settings {
-    bool quick = false;         ///< Small data and few rounds: shows that everything works, measures nothing.
-    bool keep = false;          ///< Leaves the data where it is.
-    std::filesystem::path data; ///< Where the data is made.
+    bool quick = false;            ///< Small data and few rounds, to test the benchmark.
+    bool keep = false;             ///< Keeps the data files.
+    std::filesystem::path data;    ///< The folder for the data.
     std::filesystem::path results; ///< The JSON file.
     std::set<int> figures;         ///< Empty: all.
 
     bool wants(int figure) const { return figures.empty() || figures.contains(figure); }
     std::size_t rounds(std::size_t full) const { return quick ? 3 : full; }
 
-    /// The size of some data, a part of it when quick.
+    /// The size of the data; smaller when quick.
     std::size_t size(std::size_t full) const { return quick ? full / 40 : full; }
 };
 
 /// Collects the rows of the table.
 class Report {
   public:
-    /// Ratios of small data are held to no target.
+    /// With `quick`, ratios are not compared with targets.
     explicit Report(bool quick) : quick_(quick) {}
 
     void add(const std::vector<Row>& rows);
@@ -45,7 +45,7 @@ class Report {
     std::vector<Row> rows_;
 };
 
-// The figures, family by family.
+// The figures.
 void measureDigests(const Settings& settings, Report& report); ///< 1 to 4
 void measureLoad(const Settings& settings, Report& report);    ///< 5 to 7
 void measureWrite(const Settings& settings, Report& report);   ///< 8

@@ -10,14 +10,14 @@
 #include <utility>
 #include <vector>
 
-/// Measuring the library against its peers so that both see the same machine: one after the other, round
-/// after round, and a ratio for each round. What slows a whole round down slows both and leaves the ratio.
+/// Compares the library with its peers: one after the other in each round, with a ratio for each round, so
+/// that a slow round affects both and not the ratio.
 namespace kinovane::benchmarks {
 
-/// Does the work once; gives the seconds that it took.
+/// Does the work once and returns the seconds that it took.
 using Timing = std::function<double()>;
 
-/// Times the whole of `work`, what it destroys at its end included.
+/// Measures the time of `work`, including its destructors.
 template <class Work>
 Timing timed(Work work) {
     return [work = std::move(work)] {
@@ -27,7 +27,7 @@ Timing timed(Work work) {
     };
 }
 
-/// Times `count` repetitions of `work`.
+/// Measures the time of `count` repetitions of `work`.
 template <class Work>
 Timing timedRepeatedly(std::size_t count, Work work) {
     return timed([count, work = std::move(work)] {
@@ -43,7 +43,7 @@ struct Figure {
 
 struct Peer {
     std::string name;
-    double target = 0; ///< How many times as fast the library should be, at least.
+    double target = 0; ///< The lowest ratio that the library should reach.
     Timing run;
 };
 
@@ -59,8 +59,8 @@ struct Row {
     bool missed() const;
 };
 
-/// Warms everything up once and then measures round by round: the library, every peer in order. The ratios
-/// say how many times as fast as the peer the library is.
+/// Runs one warm-up round and then measures round by round: the library, then every peer in order. A ratio is
+/// the time of the peer divided by the time of the library.
 std::vector<Row> compare(const Figure& figure, std::size_t rounds, const Timing& library,
                          const std::vector<Peer>& peers);
 

@@ -10,7 +10,7 @@
 #include "peer_json.hpp"
 #include "report.hpp"
 
-/// Figure 8: how fast a long film's manifest is written. In memory (tmpfs), so that no disk is measured.
+/// Figure 8: the time to write the manifest of a long film, to tmpfs, so that no disk is measured.
 namespace kinovane::benchmarks {
 
 void measureWrite(const Settings& settings, Report& report) {
@@ -18,14 +18,14 @@ void measureWrite(const Settings& settings, Report& report) {
         return;
     const DataFolder folder("/dev/shm/kinovane-benchmark", settings.keep);
     const VistrelHandoff handoff = longHandoff(settings.size(20'000), settings.size(40'000));
-    const std::string ready = encodeJSON(handoff, JSONFormat::pretty);
+    const std::string text = encodeJSON(handoff, JSONFormat::pretty);
     const std::filesystem::path file = folder.path() / "handoff.json";
     report.add(compare(
         {8, "write, 20,000 shots and 40,000 assets, tmpfs"}, settings.rounds(15),
         timed([&] { VistrelHandoffBuilder::write(handoff, file); }),
         {{"nlohmann::json, dump(2), fwrite, fsync", 4.5, timed([&] { writeWithNlohmann(handoff, file); })},
          {"ready text stored atomically and hashed", 0.5,
-          timed([&] { storeAtomicallyAndHash(ready, file); })}}));
+          timed([&] { storeAtomicallyAndHash(text, file); })}}));
 }
 
 } // namespace kinovane::benchmarks

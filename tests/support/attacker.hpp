@@ -11,10 +11,10 @@
 
 namespace kinovane::test {
 
-/// Does one thing again and again on a thread of its own, as fast as it can, until it is destroyed.
+/// Repeats an action on its own thread, without a pause, until it is destroyed.
 class Attacker {
   public:
-    /// `attack` is told how many turns are over.
+    /// `attack` is called with the number of turns before it.
     explicit Attacker(std::function<void(std::size_t turn)> attack)
         : thread_([this, attack = std::move(attack)](const std::stop_token& stop) {
               while (!stop.stop_requested()) {
@@ -24,10 +24,10 @@ class Attacker {
               }
           }) {}
 
-    /// How many turns are over.
+    /// The number of finished turns.
     std::size_t turns() const { return turns_; }
 
-    /// Blocks until another turn is over.
+    /// Blocks until another turn has finished.
     void awaitTurn() const { turns_.wait(turns_); }
 
   private:

@@ -35,14 +35,15 @@ std::size_t countChildren() {
     return children;
 }
 
-/// So that it is always among those that are counted. It comes with the first other one.
+/// Starts the thread of the thread sanitizer, which comes with the first other thread, so that it is always
+/// counted.
 void startSanitizersThread() {
     if (!underThreadSanitizer)
         return;
     try {
         std::thread([] {}).join();
     } catch (const std::system_error&) {
-        return; // There are none to be had.
+        return; // No thread can be started.
     }
 }
 
@@ -53,8 +54,8 @@ ProcessCounts countProcess() {
     return {entriesIn("/proc/self/fd"), entriesIn("/proc/self/task"), countChildren()};
 }
 
-ProcessCounts settledCounts(const ProcessCounts& expected, std::chrono::milliseconds patience) {
-    const auto end = std::chrono::steady_clock::now() + patience;
+ProcessCounts settledCounts(const ProcessCounts& expected, std::chrono::milliseconds timeout) {
+    const auto end = std::chrono::steady_clock::now() + timeout;
     for (;;) {
         const ProcessCounts counts = countProcess();
         if (counts == expected || std::chrono::steady_clock::now() > end)

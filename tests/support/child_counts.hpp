@@ -8,7 +8,7 @@
 
 namespace kinovane::test {
 
-/// What this process has open and running, to be compared before and after.
+/// The numbers of descriptors, threads and children of this process, to compare before and after.
 struct ProcessCounts {
     std::size_t descriptors = 0;
     std::size_t threads = 0;
@@ -19,9 +19,9 @@ struct ProcessCounts {
 
 ProcessCounts countProcess();
 
-/// A thread that has just been joined may still be listed for an instant: counts until they are as expected,
-/// or until the time is over, and gives the last counts.
+/// Counts until the numbers are as expected or the time has passed, and returns the last counts: a thread may
+/// be listed for a short time after it was joined.
 ProcessCounts settledCounts(const ProcessCounts& expected,
-                            std::chrono::milliseconds patience = std::chrono::seconds(10));
+                            std::chrono::milliseconds timeout = std::chrono::seconds(10));
 
 } // namespace kinovane::test

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Every form of operator new and delete: a sanitizer that has its own would mix them up with what is missing
-// here.
+// Replaces every form of operator new and delete, because a sanitizer would combine its own version of a
+// missing form with the ones here.
 
 #include "support/failing_allocation.hpp"
 
@@ -13,7 +13,7 @@ namespace kinovane::test {
 
 namespace {
 
-// Without constructors: allocations take place before the first object of this program is made.
+// Constant-initialised, because allocations occur before dynamic initialisation.
 constinit std::atomic<bool> active = false;
 constinit std::atomic<bool> hasStruck = false;
 constinit std::atomic<std::size_t> allocations = 0;

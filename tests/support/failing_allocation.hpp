@@ -7,25 +7,26 @@
 
 namespace kinovane::test {
 
-/// While it lives, lets allocations with operator new fail, on every thread of this process. One at a time.
+/// Makes allocations with operator new fail during its lifetime, on every thread of this process. Only one
+/// object may exist at a time.
 ///
-/// A test program that has failing_allocation.cpp among its own sources uses these allocation functions in
-/// place of the C++ library's. They are no part of the library of test support: a sanitizer can no longer
-/// tell operator new from malloc in such a program.
+/// A test program with failing_allocation.cpp among its sources uses the allocation functions there instead
+/// of those of the C++ library. The file is not part of the support library, because a sanitizer cannot
+/// distinguish operator new from malloc in such a program.
 class FailingAllocation {
   public:
     static constexpr std::size_t forever = std::numeric_limits<std::size_t>::max();
 
-    /// The allocation with this index fails, counted from 0, and `times` in a row.
+    /// The allocations from this index on fail, `times` in a row; the first has index 0.
     explicit FailingAllocation(std::size_t index, std::size_t times = 1);
     FailingAllocation(const FailingAllocation&) = delete;
     FailingAllocation& operator=(const FailingAllocation&) = delete;
     ~FailingAllocation();
 
-    /// Whether an allocation has failed. When none has, the index lies behind the last one.
+    /// Whether an allocation has failed. If not, there were fewer allocations than the index.
     bool struck() const;
 
-    /// How many allocations there were so far.
+    /// The number of allocations so far.
     std::size_t count() const;
 };
 

@@ -7,8 +7,8 @@
 
 namespace kinovane::test {
 
-/// Runs `job` in a copy of this process, where it may spoil signals, descriptors and limits for itself. Gives
-/// the text it returned, or says how it failed.
+/// Runs `job` in a forked process, where it may change signals, descriptors and limits. Returns the text of
+/// the job, or a description of its failure.
 std::string inForkedProcess(const std::function<std::string()>& job);
 
 } // namespace kinovane::test

@@ -61,7 +61,7 @@ void startPeak() noexcept { peak = allocated.load(); }
 
 } // namespace kinovane::test
 
-// The forms for over-aligned types are left to the C++ library: nothing that is counted uses them.
+// The forms for over-aligned types are not replaced, because no counted code uses them.
 void* operator new(std::size_t size) { return allocateOrThrow(size); }
 void* operator new[](std::size_t size) { return allocateOrThrow(size); }
 void* operator new(std::size_t size, const std::nothrow_t& /*none*/) noexcept { return allocate(size); }

@@ -5,17 +5,17 @@
 #include <cstddef>
 #include <utility>
 
-/// How much memory a program allocates. A program that uses this gets an operator new and delete that count.
+/// The heap use of a program. A program that uses this gets counting versions of operator new and delete.
 namespace kinovane::test {
 
-/// The bytes that are allocated now.
+/// The number of bytes allocated now.
 std::size_t allocatedBytes() noexcept;
 
-/// The most bytes that were allocated at once since the last call of `startPeak`.
+/// The largest number of bytes allocated at a time since the last call of `startPeak`.
 std::size_t peakBytes() noexcept;
 void startPeak() noexcept;
 
-/// How many bytes more than before were allocated at once while `action` ran. Counts every thread.
+/// The peak number of bytes that `action` allocates. Counts the allocations of every thread.
 template <class Action>
 std::size_t peakBytesOf(Action&& action) {
     const std::size_t before = allocatedBytes();

@@ -9,7 +9,7 @@
 
 namespace kinovane::test {
 
-/// Sets a limit of this process, as in a forked one that ends with it.
+/// Sets a soft limit of this process; meant for a forked process, as it is not restored.
 template <class Resource>
 void limitTo(Resource resource, rlim_t amount) {
     rlimit limit{};
@@ -21,7 +21,7 @@ void limitTo(Resource resource, rlim_t amount) {
     throw std::system_error(errno, std::generic_category(), "limit");
 }
 
-/// Leaves exactly so many descriptors to be opened.
+/// Limits the descriptors of this process so that exactly `wanted` more can be opened.
 void leaveDescriptors(int wanted);
 
 } // namespace kinovane::test

@@ -19,12 +19,12 @@ constexpr unsigned nobody = 65534;
     std::string text;
     try {
         const bool dropped = ::geteuid() != 0 || (::setgid(nobody) == 0 && ::setuid(nobody) == 0);
-        text = dropped ? work() : "the rights of root could not be given up";
+        text = dropped ? work() : "the permissions of root could not be dropped";
     } catch (const std::exception& error) {
         text = std::string("unexpected: ") + error.what();
     }
-    const bool told = ::write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-    ::_exit(told ? 0 : 1);
+    const bool reported = ::write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    ::_exit(reported ? 0 : 1);
 }
 
 } // namespace
@@ -38,13 +38,13 @@ std::string asOrdinaryUser(const std::function<std::string()>& work) {
         report(ends[1], work);
     ::close(ends[1]);
     std::string text;
-    std::array<char, 4096> part{};
-    for (ssize_t count = 0; (count = ::read(ends[0], part.data(), part.size())) > 0;)
-        text.append(part.data(), static_cast<std::size_t>(count));
+    std::array<char, 4096> buffer{};
+    for (ssize_t count = 0; (count = ::read(ends[0], buffer.data(), buffer.size())) > 0;)
+        text.append(buffer.data(), static_cast<std::size_t>(count));
     ::close(ends[0]);
     int status = 0;
     if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
-        throw std::runtime_error("the child that gave up its rights did not end well: " + text);
+        throw std::runtime_error("the unprivileged child process failed: " + text);
     return text;
 }
 

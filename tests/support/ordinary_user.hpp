@@ -7,8 +7,8 @@
 
 namespace kinovane::test {
 
-/// Runs the work in a child process that has no special rights, because nothing is refused to root, and gives
-/// the text that it returned. The child must be able to reach the files that it works on.
+/// Runs `work` in a child process without root's permissions, because root bypasses permission checks, and
+/// returns its text. The files that it uses must be accessible to the user "nobody".
 std::string asOrdinaryUser(const std::function<std::string()>& work);
 
 } // namespace kinovane::test

@@ -20,7 +20,7 @@ namespace kinovane::test {
 
 namespace {
 
-/// The texts of a file in which a NUL byte follows each.
+/// The texts of a file in which each text ends with a NUL byte.
 std::vector<std::string> textsOf(const std::filesystem::path& file) {
     const std::string content = contentOf(file);
     std::vector<std::string> texts;
@@ -30,7 +30,7 @@ std::vector<std::string> textsOf(const std::filesystem::path& file) {
         start = end + 1;
     }
     if (start != content.size())
-        texts.push_back("not ended: " + content.substr(start));
+        texts.push_back("not terminated: " + content.substr(start));
     return texts;
 }
 

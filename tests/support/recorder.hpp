@@ -12,23 +12,23 @@
 
 namespace kinovane::test {
 
-/// The program that records how it was started and then behaves as it is told. It is told through this
-/// process's environment, so there is one at a time.
+/// A program that records its arguments and environment and prints a given output. It is configured through
+/// the environment of this process, so only one Recorder may exist at a time.
 class Recorder {
   public:
-    /// It prints `output`.
+    /// The program prints `output`.
     explicit Recorder(const std::string& output = {});
 
     /// The program's path.
     static std::string path();
 
-    /// Whether it ran at all.
+    /// Whether the program has been run.
     bool ran() const;
 
-    /// What it was started with the last time, without the program itself.
+    /// The arguments of the last run, without the program name.
     std::vector<std::string> arguments() const;
 
-    /// The whole environment it had the last time, as sorted "name=value" texts.
+    /// The environment of the last run, as sorted "name=value" texts.
     std::vector<std::string> environment() const;
 
   private:
@@ -38,13 +38,13 @@ class Recorder {
     Variable output_;
 };
 
-/// This process's environment, as the recorder's.
+/// The environment of this process, as sorted "name=value" texts.
 std::vector<std::string> ownEnvironment();
 
-/// A file that may be executed but that the operating system does not know how to run.
+/// Writes a file with execute permission whose format the operating system cannot execute.
 std::filesystem::path brokenProgram(const TemporaryDirectory& directory);
 
-/// A text of many lines, longer than most and still short enough for one argument.
+/// A text of 100,000 lines that still fits one argument.
 std::string longText();
 
 } // namespace kinovane::test

@@ -12,10 +12,10 @@
 
 namespace kinovane::test {
 
-/// The workspace in the repository; never written to.
+/// The sample workspace of the repository; tests must not write to it.
 std::filesystem::path sampleFilm();
 
-/// A program that this project builds.
+/// The path of a program that this project builds.
 std::string programPath(std::string_view name);
 
 /// The digest of an empty file.
@@ -25,10 +25,10 @@ inline constexpr std::string_view emptyDigest =
 /// The smallest film-project.json that loads, as compact JSON.
 std::string smallestProject();
 
-/// A shot of which only these matter.
+/// A shot with this id and duration.
 FilmProductionShot shotOf(std::string id, double durationSeconds);
 
-/// A workspace being made by a test, on disk and as a snapshot: one shot "s1" of 1.5 s, no artifacts.
+/// Makes a workspace on disk and as a snapshot: one shot "s1" of 1.5 s, no artifacts.
 class WorkspaceMaker {
   public:
     WorkspaceMaker();

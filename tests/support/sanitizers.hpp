@@ -4,7 +4,7 @@
 
 namespace kinovane::test {
 
-// g++ defines a macro for each sanitizer, clang answers a question.
+// g++ defines a macro for each sanitizer, clang has __has_feature.
 #if defined(__has_feature)
 #if __has_feature(thread_sanitizer)
 #define KINOVANE_THREAD_SANITIZER
@@ -20,15 +20,15 @@ namespace kinovane::test {
 #define KINOVANE_ADDRESS_SANITIZER
 #endif
 
-/// It starts a thread of its own together with the first one, and keeps it.
+/// The thread sanitizer starts a background thread together with the first thread of the program.
 #if defined(KINOVANE_THREAD_SANITIZER)
 inline constexpr bool underThreadSanitizer = true;
 #else
 inline constexpr bool underThreadSanitizer = false;
 #endif
 
-/// Both use memory of their own, and keep freed memory back, so that its use is noticed: what this process
-/// uses says nothing then.
+/// Both sanitizers allocate memory for themselves and delay the reuse of freed memory, so the memory use of
+/// this process cannot be measured.
 #if defined(KINOVANE_THREAD_SANITIZER) || defined(KINOVANE_ADDRESS_SANITIZER)
 inline constexpr bool memoryIsSanitized = true;
 #else

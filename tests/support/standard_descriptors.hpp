@@ -14,7 +14,7 @@
 
 namespace kinovane::test {
 
-/// Which of the standard descriptors an application has closed: one bit each, 0 to 7 in all.
+/// The standard descriptors that an application has closed, one bit for each: 0 to 7.
 using ClosedDescriptors = int;
 
 inline std::string nameOf(ClosedDescriptors closed) {
@@ -25,8 +25,8 @@ inline std::string nameOf(ClosedDescriptors closed) {
     return name;
 }
 
-/// Uses all three without a pause, whether they are open or not: reads from standard input, writes to
-/// standard output and standard error. What gets one of these numbers by accident is soon spoilt.
+/// Reads from descriptor 0 and writes to 1 and 2 without a pause, whether they are open or not, so that a
+/// file opened with one of these numbers is soon damaged.
 class StandardTraffic {
   public:
     StandardTraffic()
@@ -42,8 +42,8 @@ class StandardTraffic {
     Attacker thread_;
 };
 
-/// Runs the job in a process that has closed these descriptors and in which another thread uses them all the
-/// time; gives the job's text.
+/// Runs the job in a process that has closed these descriptors while another thread uses all three; returns
+/// the job's text.
 inline std::string withClosed(ClosedDescriptors closed, const std::function<std::string()>& job) {
     return inForkedProcess([&] {
         const int null = ::open("/dev/null", O_RDWR | O_CLOEXEC);

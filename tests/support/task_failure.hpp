@@ -10,7 +10,7 @@
 
 namespace kinovane::test {
 
-/// The error that arrives through a task; nothing when a result does.
+/// The error of a task; absent when the task has a result.
 template <class T>
 std::optional<FilmToolError> possibleErrorOf(Task<T> task) {
     try {
@@ -21,6 +21,7 @@ std::optional<FilmToolError> possibleErrorOf(Task<T> task) {
     return std::nullopt;
 }
 
+/// The error of a task that must fail.
 template <class T>
 FilmToolError errorOf(Task<T> task) {
     if (const auto error = possibleErrorOf(std::move(task)))
@@ -28,7 +29,7 @@ FilmToolError errorOf(Task<T> task) {
     throw std::logic_error("the operation succeeded");
 }
 
-/// The error's text; empty when a result arrives.
+/// The error description; empty when the task has a result.
 template <class T>
 std::string failureOf(Task<T> task) {
     const auto error = possibleErrorOf(std::move(task));

@@ -13,7 +13,7 @@ namespace kinovane::test {
 namespace fs = std::filesystem;
 
 TemporaryDirectory::TemporaryDirectory() {
-    // Canonical, so that tests may compare locations with those that the library gives back.
+    // Canonical, so that tests can compare paths with those that the library returns.
     std::string name = (fs::canonical(fs::temp_directory_path()) / "kinovane-test-XXXXXX").string();
     if (::mkdtemp(name.data()) == nullptr)
         throw std::runtime_error("no temporary directory");
@@ -22,7 +22,7 @@ TemporaryDirectory::TemporaryDirectory() {
 
 TemporaryDirectory::~TemporaryDirectory() {
     std::error_code ignored;
-    // A test may have taken away the right to look into a directory.
+    // A test may have removed the permission to list a directory.
     fs::permissions(path_, fs::perms::owner_all, ignored);
     for (auto entry = fs::recursive_directory_iterator(path_, ignored);
          entry != fs::recursive_directory_iterator(); entry.increment(ignored))

@@ -9,7 +9,7 @@
 
 namespace kinovane::test {
 
-/// A fresh directory of its own, removed with everything in it.
+/// A new temporary directory, removed with its contents by the destructor.
 class TemporaryDirectory {
   public:
     TemporaryDirectory();
@@ -20,16 +20,17 @@ class TemporaryDirectory {
     const std::filesystem::path& path() const { return path_; }
     std::filesystem::path operator/(std::string_view name) const { return path_ / name; }
 
-    /// Writes a file, and the directories above it; gives its location.
+    /// Writes a file, creates the directories above it, and returns its path.
     std::filesystem::path write(std::string_view name, std::string_view content) const;
 
   private:
     std::filesystem::path path_;
 };
 
+/// The bytes of a file.
 std::string contentOf(const std::filesystem::path& file);
 
-/// The names of everything in a directory, sorted.
+/// The names of the entries of a directory, sorted.
 std::vector<std::string> namesIn(const std::filesystem::path& directory);
 
 } // namespace kinovane::test

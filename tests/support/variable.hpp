@@ -8,8 +8,8 @@
 
 namespace kinovane::test {
 
-/// A variable of this process, and so of the programs it starts, until the end of the block; without a value
-/// it is taken away for that time.
+/// Sets an environment variable of this process for the lifetime of the object, or removes it when there is
+/// no value. Child processes inherit it.
 class Variable {
   public:
     Variable(const char* name, const std::optional<std::string>& value) : name_(name) {

@@ -8,7 +8,7 @@ namespace kinovane::test {
 
 namespace {
 
-// Every member gets a value of its own, so that two that were exchanged would be noticed.
+// Every member has a different value, so that exchanged members are detected.
 
 FilmApproval fullApproval() {
     return {"status", "summary", "requestedAt", "approvedAt", "approvedBy", "note"};

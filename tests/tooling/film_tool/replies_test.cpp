@@ -53,7 +53,7 @@ TEST(FilmToolReply, NamesThePathOfAnErrorInAStatus) {
          "approvals.plan: expected an object, found a string"},
         {"an approval that is null", "approvals", R"({"plan":null})",
          "approvals.plan: expected an object, found null"},
-        {"an approval by a number", "approvals", R"({"plan":{"status":"s","approvedBy":7}})",
+        {"an approver that is a number", "approvals", R"({"plan":{"status":"s","approvedBy":7}})",
          "approvals.plan.approvedBy: expected a string, found a number"},
         {"a count with a fraction", "taskCounts", R"({"done":3,"queued":0.5})",
          "taskCounts.queued: expected an integer, found 0.5"},
@@ -163,8 +163,7 @@ TEST(FilmToolReply, HoldsTheRunManifestOfAPlan) {
         std::string expected;
     };
     const std::vector<Row> rows{
-        {"nothing but the run manifest", R"({"status":{"runManifest":"/films/a/run.json"}})",
-         "/films/a/run.json"},
+        {"only the run manifest", R"({"status":{"runManifest":"/films/a/run.json"}})", "/films/a/run.json"},
         {"among other keys", planReply("/films/a/run.json"), "/films/a/run.json"},
         {"a whole status", R"({"status":)" + statusRow().documentWith("runManifest", R"("/r.json")") + "}",
          "/r.json"},

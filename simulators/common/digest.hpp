@@ -2,32 +2,30 @@
 
 #pragma once
 
-#include <cstddef>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 
+struct evp_md_ctx_st;
+
 namespace simulator {
 
-/// A SHA-256 computation that is fed piece by piece.
+/// A SHA-256 computation over chunks of data.
 class Digest {
   public:
     Digest();
 
     void add(std::span<const char> bytes);
 
-    /// 64 lowercase hexadecimal digits. Call it once; nothing may be added afterwards.
+    /// 64 lowercase hexadecimal digits. Ends the computation: call it once, and nothing after it.
     std::string finish();
 
   private:
-    struct Release {
-        void operator()(void* context) const noexcept;
-    };
-    std::unique_ptr<void, Release> context_;
+    std::unique_ptr<evp_md_ctx_st, void (*)(evp_md_ctx_st*)> context_;
 };
 
-/// The 64 digits of a text in one go.
+/// The 64 digits of a text.
 std::string digestOf(std::string_view text);
 
 } // namespace simulator

@@ -9,7 +9,7 @@
 
 namespace simulator {
 
-/// A reason not to do what was asked for, worded as the one sentence that the film maker gets to read.
+/// A reason not to do what was asked for, as one sentence for the film maker.
 class Refusal : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
@@ -19,7 +19,7 @@ class Refusal : public std::runtime_error {
 [[noreturn]] void refuseForSystem(std::string_view attempt, const std::filesystem::path& file,
                                   std::error_code reason);
 
-/// The error that the last failed system call left in errno.
+/// The error of the last failed system call.
 std::error_code lastSystemError();
 
 } // namespace simulator

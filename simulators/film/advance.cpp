@@ -3,12 +3,11 @@
 #include "advance.hpp"
 
 #include "clock.hpp"
-#include "common/json_text.hpp"
 #include "common/refusal.hpp"
 #include "phases.hpp"
 #include "step.hpp"
 
-namespace film {
+namespace simulator::film {
 namespace {
 
 /// The gate that keeps the film where it is; empty when the way is free.
@@ -25,7 +24,7 @@ std::string advance(Workspace& workspace, bool cutOff) {
     json::object& project = workspace.project();
     const Phase* next = phaseAfter(textOf(project, "phase"));
     if (const std::string gate = closedGate(project); !gate.empty())
-        throw simulator::Refusal("The gate \"" + gate + "\" is not approved.");
+        throw Refusal("The gate \"" + gate + "\" is not approved.");
     std::vector<std::string> done;
     while (next != nullptr && closedGate(project).empty()) {
         Step step(workspace, next->name);
@@ -40,7 +39,7 @@ std::string advance(Workspace& workspace, bool cutOff) {
     json::object reply{{"ok", true}, {"phases", textList(done)}, {"status", textOf(project, "status")}};
     if (const std::string gate = closedGate(project); !gate.empty())
         reply["nextGate"] = gate;
-    return simulator::compact(reply);
+    return json::serialize(reply);
 }
 
 std::string approve(Workspace& workspace, const std::string& gate, const std::string& note,
@@ -49,9 +48,9 @@ std::string approve(Workspace& workspace, const std::string& gate, const std::st
     json::object& project = workspace.project();
     json::object& approvals = recordOf(project, "approvals");
     if (!approvals.contains(gate))
-        throw simulator::Refusal("This film has no gate " + simulator::jsonQuoted(gate) + ".");
+        throw Refusal("This film has no gate " + jsonQuoted(gate) + ".");
     if (isApproved(project, gate))
-        throw simulator::Refusal("The gate " + simulator::jsonQuoted(gate) + " is approved already.");
+        throw Refusal("The gate " + jsonQuoted(gate) + " is approved already.");
     json::object& approval = recordOf(approvals, gate);
     approval["status"] = "approved";
     approval["approvedAt"] = timeStamp();
@@ -65,7 +64,7 @@ std::string approve(Workspace& workspace, const std::string& gate, const std::st
     }
     Step step(workspace, "approve");
     step.commit();
-    return simulator::compact(json::object{{"ok", true}, {"gate", gate}, {"status", "approved"}});
+    return json::serialize(json::object{{"ok", true}, {"gate", gate}, {"status", "approved"}});
 }
 
-} // namespace film
+} // namespace simulator::film

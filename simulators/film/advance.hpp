@@ -6,7 +6,7 @@
 
 #include "workspace.hpp"
 
-namespace film {
+namespace simulator::film {
 
 /// Takes the film through one phase after the other, up to the next gate that is not approved. Answers what
 /// was done, as JSON. A film that stands before such a gate already is refused. `cutOff` ends this process in
@@ -18,4 +18,4 @@ std::string advance(Workspace& workspace, bool cutOff);
 std::string approve(Workspace& workspace, const std::string& gate, const std::string& note,
                     const std::string& approvedBy);
 
-} // namespace film
+} // namespace simulator::film

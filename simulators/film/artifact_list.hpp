@@ -7,27 +7,18 @@
 
 #include "documents.hpp"
 
-namespace film {
+namespace simulator::film {
 
-/// A file of the film to be recorded: what it is, where it lies in the workspace, and what made it.
-struct MediaFile {
-    std::string kind, path, contentType, source, bytes;
-};
+// The artifacts of a project: the record of each media file. Paths identify them.
 
-/// The media type that belongs to the ending of a path.
-std::string contentTypeOf(std::string_view path);
-
-/// "sha256:" and 64 digits, as the documents write digests.
-std::string digestText(std::string_view bytes);
-
-/// The record of a file, or none. Paths are the names by which artifacts are told apart.
+/// The record of a file; null when there is none.
 json::object* findArtifact(json::object& project, std::string_view path);
-/// The path of the last artifact of that kind in the list; empty when there is none.
+/// The path of the last artifact of that kind; empty when there is none.
 std::string latestPath(const json::object& project, std::string_view kind);
-std::size_t countKind(const json::object& project, std::string_view kind);
+std::int64_t countKind(const json::object& project, std::string_view kind);
 
-/// Adds the record of a file, in the place of an earlier one of the same path.
-void recordArtifact(json::object& project, const MediaFile& file, const std::string& createdAt);
-void forgetArtifact(json::object& project, std::string_view path);
+/// Adds the record of a file; replaces an earlier one with the same path.
+void recordArtifact(json::object& project, std::string_view kind, const std::string& path,
+                    std::string_view source, std::string_view bytes, const std::string& createdAt);
 
-} // namespace film
+} // namespace simulator::film

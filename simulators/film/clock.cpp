@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <ctime>
 
-namespace film {
+namespace simulator::film {
 
 std::string timeStamp() {
     const char* fixed = std::getenv("FILM_CLOCK");
@@ -20,4 +20,4 @@ std::string timeStamp() {
     return {text.data(), length};
 }
 
-} // namespace film
+} // namespace simulator::film

@@ -4,10 +4,10 @@
 
 #include <string>
 
-namespace film {
+namespace simulator::film {
 
-/// The time stamp to write: the text in the environment variable FILM_CLOCK as it stands, or else the present
-/// time in UTC, such as 2026-03-01T14:05:09Z.
+/// The value of the environment variable FILM_CLOCK, or else the current time in UTC as
+/// 2026-03-01T14:05:09Z.
 std::string timeStamp();
 
-} // namespace film
+} // namespace simulator::film

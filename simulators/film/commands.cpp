@@ -2,13 +2,12 @@
 
 #include "commands.hpp"
 
-#include <array>
+#include <stdexcept>
 
 #include "advance.hpp"
-#include "agent_launch.hpp"
-#include "artifact_list.hpp"
 #include "clock.hpp"
-#include "common/json_text.hpp"
+#include "common/digest.hpp"
+#include "common/handoff.hpp"
 #include "invocation_log.hpp"
 #include "new_film.hpp"
 #include "recover.hpp"
@@ -17,92 +16,49 @@
 #include "status_reply.hpp"
 #include "vistrel_manifest.hpp"
 
-namespace film {
+namespace simulator::film {
 namespace {
 
-using simulator::compact;
-
-Workspace opened(const Command& command, Access access) { return {command.value("run.json"), access}; }
-
-std::string plan(const Command& command, bool) {
-    const std::string createdAt = timeStamp();
+std::string plan(const Command& command) {
     const std::filesystem::path manifest = createFilm(
-        {command.value("idea"), command.value("title"), std::stoll(command.value("seconds")), createdAt},
+        {command.value("idea"), command.value("title"), std::stoll(command.value("seconds")), timeStamp()},
         command.value("folder"));
     createInvocationLog(manifest.parent_path());
-    return compact(json::object{{"ok", true},
-                                {"contractVersion", "quexrun/film-plan-reply.v1"},
-                                {"status", statusOf(Workspace(manifest, Access::look))}});
+    return json::serialize(json::object{{"ok", true},
+                                        {"contractVersion", "quexrun/film-plan-reply.v1"},
+                                        {"status", statusOf(Workspace(manifest, Access::read))}});
 }
 
-std::string status(const Command& command, bool) { return compact(statusOf(opened(command, Access::look))); }
-
-std::string approveGate(const Command& command, bool) {
-    Workspace film = opened(command, Access::change);
-    return approve(film, command.value("gate"), command.value("note"), command.value("name"));
-}
-
-std::string run(const Command& command, bool cutOff) {
-    Workspace film = opened(command, Access::change);
-    return advance(film, cutOff);
-}
-
-std::string recoverFilm(const Command& command, bool) {
-    Workspace film = opened(command, Access::change);
-    return recover(film);
-}
-
-std::string rerollShot(const Command& command, bool) {
-    Workspace film = opened(command, Access::change);
-    return reroll(film, command.value("shot"), command.value("note"));
-}
-
-std::string reviewFilm(const Command& command, bool) {
-    Workspace film = opened(command, Access::change);
-    return review(film);
-}
-
-std::string exportVistrel(const Command& command, bool) {
-    const Workspace film = opened(command, Access::look);
+std::string exportVistrel(const Workspace& film, const Command& command) {
     const auto output = command.optionalValue("file");
-    const std::filesystem::path file = output ? absolutePath(*output) : film.place("vistrel-handoff.json");
+    const std::filesystem::path file = output ? absolutePath(*output) : film.path("vistrel-handoff.json");
     const VistrelManifest manifest = vistrelManifestOf(film);
-    const std::string text = simulator::pretty(manifest.document);
+    const std::string text = pretty(manifest.document);
     std::filesystem::create_directories(file.parent_path());
-    simulator::replaceFile(file, text);
-    return compact(json::object{{"ok", true},
-                                {"contractVersion", handoffContract},
-                                {"manifest", file.native()},
-                                {"manifestSha256", digestText(text)},
-                                {"projectId", textOf(film.project(), "projectId")},
-                                {"shots", manifest.shots},
-                                {"assets", manifest.assets},
-                                {"bytes", manifest.bytes},
-                                {"runId", film.runId()}});
+    replaceFile(file, text);
+    return json::serialize(json::object{{"ok", true},
+                                        {"contractVersion", handoffContract},
+                                        {"manifest", file.native()},
+                                        {"manifestSha256", "sha256:" + digestOf(text)},
+                                        {"projectId", textOf(film.project(), "projectId")},
+                                        {"shots", manifest.shots},
+                                        {"assets", manifest.assets},
+                                        {"bytes", manifest.bytes},
+                                        {"runId", film.runId()}});
 }
 
-std::string agent(const Command& command, bool) {
-    const Workspace film = opened(command, Access::look);
-    if (command.optionalValue("print-command"))
-        return compact(launchReply(command.value("pi"), command.value("film"), film.runManifest()));
-    return "Here " + command.optionalValue("pi").value_or("pi") + " would begin to work on \"" +
-           textOf(film.project(), "title") + "\".";
+std::string agent(const Workspace& film, const Command& command) {
+    const std::string pi = command.optionalValue("pi").value_or("pi");
+    if (!command.optionalValue("print-command"))
+        return "Here " + pi + " would begin to work on \"" + textOf(film.project(), "title") + "\".";
+    const std::string& plugin = command.value("film");
+    const std::string& manifest = film.runManifest().native();
+    return json::serialize(
+        json::object{{"command", textList({pi, "--extension", plugin, "--run-manifest", manifest})},
+                     {"cwd", film.root().native()},
+                     {"environment", json::object{{"QUEX_FILM_TOOLS_PLUGIN", plugin},
+                                                  {"QUEX_FILM_TOOLS_RUN_MANIFEST", manifest}}}});
 }
-
-struct Named {
-    std::string_view word;
-    std::string (*perform)(const Command&, bool cutOff);
-};
-
-constexpr std::array<Named, 9> commands{{{"plan", plan},
-                                         {"status", status},
-                                         {"approve", approveGate},
-                                         {"run", run},
-                                         {"recover", recoverFilm},
-                                         {"reroll", rerollShot},
-                                         {"review", reviewFilm},
-                                         {"export-vistrel", exportVistrel},
-                                         {"agent", agent}}};
 
 } // namespace
 
@@ -112,11 +68,29 @@ std::filesystem::path filmFolder(const Command& command) {
     return absolutePath(command.value("folder"));
 }
 
-std::string perform(const Command& command, bool cutOff) {
-    for (const Named& known : commands)
-        if (known.word == command.word)
-            return known.perform(command, cutOff);
-    throw std::logic_error("the command \"" + command.word + "\" has no body");
+std::string performCommand(const Command& command, bool cutOff) {
+    const std::string& word = command.word;
+    if (word == "plan")
+        return plan(command);
+    const bool readOnly = word == "status" || word == "export-vistrel" || word == "agent";
+    Workspace film(command.value("run.json"), readOnly ? Access::read : Access::change);
+    if (word == "status")
+        return json::serialize(statusOf(film));
+    if (word == "export-vistrel")
+        return exportVistrel(film, command);
+    if (word == "agent")
+        return agent(film, command);
+    if (word == "approve")
+        return approve(film, command.value("gate"), command.value("note"), command.value("name"));
+    if (word == "run")
+        return advance(film, cutOff);
+    if (word == "recover")
+        return recover(film);
+    if (word == "reroll")
+        return reroll(film, command.value("shot"), command.value("note"));
+    if (word == "review")
+        return review(film);
+    throw std::logic_error("the command \"" + word + "\" is not implemented");
 }
 
-} // namespace film
+} // namespace simulator::film

@@ -5,15 +5,14 @@
 #include <filesystem>
 #include <string>
 
-#include "command_line.hpp"
+#include "common/command_line.hpp"
 
-namespace film {
+namespace simulator::film {
 
 /// The folder of the film that a command is about.
 std::filesystem::path filmFolder(const Command& command);
 
-/// Carries the command out and answers what to print. `cutOff` makes a run die in the middle of its first
-/// step.
-std::string perform(const Command& command, bool cutOff);
+/// Performs the command; the text to print. `cutOff` makes a run die in the middle of its first step.
+std::string performCommand(const Command& command, bool cutOff);
 
-} // namespace film
+} // namespace simulator::film

@@ -7,10 +7,11 @@
 #include "clock.hpp"
 #include "common/file.hpp"
 #include "common/json_text.hpp"
-#include "documents.hpp"
 
-namespace film {
+namespace simulator::film {
 namespace {
+
+constexpr std::string_view logName = "film-tool-log.jsonl";
 
 void addVariable(json::object& entry, const char* key, const char* variable) {
     if (const char* value = std::getenv(variable))
@@ -19,25 +20,19 @@ void addVariable(json::object& entry, const char* key, const char* variable) {
 
 } // namespace
 
-void createInvocationLog(const std::filesystem::path& root) {
-    simulator::writeWholeFile(root / invocationLogName, "");
-}
+void createInvocationLog(const std::filesystem::path& root) { writeWholeFile(root / logName, ""); }
 
-void noteInvocation(const std::filesystem::path& root, std::span<const std::string_view> arguments,
-                    const Command& command) {
-    const std::filesystem::path log = root / invocationLogName;
+void logInvocation(const std::filesystem::path& root, Arguments arguments, const Command& command) {
+    const std::filesystem::path log = root / logName;
     if (!std::filesystem::exists(log))
         return;
-    json::array list;
-    for (const std::string_view argument : arguments)
-        list.emplace_back(std::string(argument));
-    json::object entry{{"at", timeStamp()}, {"arguments", std::move(list)}};
+    json::object entry{{"at", timeStamp()}, {"arguments", json::array(arguments.begin(), arguments.end())}};
     if (const auto pi = command.optionalValue("pi"))
         entry["piCommand"] = *pi;
     addVariable(entry, "piProvider", "QUEX_FILM_TOOLS_PI_PROVIDER");
     addVariable(entry, "piModel", "QUEX_FILM_TOOLS_PI_MODEL");
-    // One write per line keeps the lines of calls at the same time apart.
-    simulator::File::append(log).write(simulator::compact(entry) + '\n');
+    // One write per line keeps the lines of concurrent calls apart.
+    File::append(log).write(json::serialize(entry) + '\n');
 }
 
-} // namespace film
+} // namespace simulator::film

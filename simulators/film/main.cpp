@@ -1,58 +1,54 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include <exception>
+#include <array>
 #include <iostream>
-#include <new>
-#include <vector>
 
-#include "command_line.hpp"
 #include "commands.hpp"
-#include "common/json_text.hpp"
-#include "common/refusal.hpp"
+#include "common/program.hpp"
 #include "invocation_log.hpp"
 #include "misbehaviour.hpp"
 
-namespace film {
+namespace simulator::film {
 namespace {
 
-constexpr int refused = 1;
-constexpr int misused = 2;
+constexpr std::array<std::string_view, 15> forms{
+    "plan --idea <idea> --title <title> --duration <seconds> --output-dir <folder>",
+    "plan --idea <idea> --title <title> --duration <seconds> --output-dir <folder> --pi-command <pi>",
+    "status <run.json>",
+    "approve <run.json> --gate <gate> --note <note> --approved-by <name>",
+    "run <run.json>",
+    "run <run.json> --pi-command <pi>",
+    "recover <run.json>",
+    "reroll <run.json> --shot <shot> --note <note>",
+    "review <run.json>",
+    "review <run.json> --pi-command <pi>",
+    "export-vistrel <run.json>",
+    "export-vistrel <run.json> --output <file>",
+    "agent --run-manifest <run.json>",
+    "agent --run-manifest <run.json> --pi-command <pi>",
+    "agent --run-manifest <run.json> --pi-command <pi> --plugin-command <film> --print-command"};
+constexpr std::string_view hint =
+    "<seconds> is a whole number from 1 on. A file whose name begins with \"-\" is written as \"./-name\".\n";
 
-int run(std::span<const std::string_view> arguments) {
-    const auto command = parseCommandLine(arguments);
-    if (!command) {
-        std::cerr << usage();
-        return misused;
-    }
-    // A new film has no log yet: its first line is written when it is there.
-    const bool isNew = command->word == "plan";
+int perform(const Command& command, Arguments arguments) {
+    // A new film has no log yet: its first entry follows its creation.
+    const bool isNew = command.word == "plan";
     if (!isNew)
-        noteInvocation(filmFolder(*command), arguments, *command);
-    const Misbehaviour misbehaviour = misbehave(*command);
-    if (!misbehaviour.exitStatus) {
-        std::cout << perform(*command, misbehaviour.cutOff) << '\n';
-        if (isNew)
-            noteInvocation(filmFolder(*command), arguments, *command);
-    }
-    if (!std::cout.flush())
-        throw simulator::Refusal("cannot write the reply to standard output");
-    return misbehaviour.exitStatus.value_or(0);
+        logInvocation(filmFolder(command), arguments, command);
+    bool cutOff = false;
+    if (const auto status = misbehave("FILM_MISBEHAVE", misbehaviours(command, cutOff)))
+        return *status;
+    std::cout << performCommand(command, cutOff) << '\n';
+    if (isNew)
+        logInvocation(filmFolder(command), arguments, command);
+    return 0;
 }
 
 } // namespace
-} // namespace film
+} // namespace simulator::film
 
 int main(int argumentCount, char** argumentValues) {
-    try {
-        const std::vector<std::string_view> all(argumentValues, argumentValues + argumentCount);
-        return film::run(std::span(all).subspan(all.empty() ? 0 : 1));
-    } catch (const std::filesystem::filesystem_error& error) {
-        std::cerr << "cannot use " << simulator::jsonQuoted(error.path1().native()) << ": "
-                  << error.code().message() << '\n';
-    } catch (const std::bad_alloc&) {
-        std::cerr << "there is not enough memory for this film\n";
-    } catch (const std::exception& error) {
-        std::cerr << error.what() << '\n';
-    }
-    return film::refused;
+    using namespace simulator;
+    return runProgram(argumentCount, argumentValues, {"film", film::forms, film::hint}, "reply",
+                      film::perform);
 }

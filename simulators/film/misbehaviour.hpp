@@ -2,20 +2,15 @@
 
 #pragma once
 
-#include <optional>
+#include <vector>
 
-#include "command_line.hpp"
+#include "common/command_line.hpp"
+#include "common/misbehaviour.hpp"
 
-namespace film {
+namespace simulator::film {
 
-/// How the environment variable FILM_MISBEHAVE makes a call go.
-struct Misbehaviour {
-    /// The exit status to end with at once; none when the command is carried out all the same.
-    std::optional<int> exitStatus;
-    /// The command dies in the middle of its first step.
-    bool cutOff = false;
-};
+/// The values of FILM_MISBEHAVE for a command, which must outlive them. `cutOff` is set when the command is
+/// to die in the middle of its first step.
+std::vector<Misbehaviour> misbehaviours(const Command& command, bool& cutOff);
 
-Misbehaviour misbehave(const Command& command);
-
-} // namespace film
+} // namespace simulator::film

@@ -4,103 +4,59 @@
 
 #include "common/digest.hpp"
 #include "common/file.hpp"
-#include "common/json_text.hpp"
 #include "common/refusal.hpp"
-#include "departments.hpp"
 #include "phases.hpp"
 #include "workspace.hpp"
 
-namespace film {
+namespace simulator::film {
 namespace {
 
-json::object brief(const Pitch& pitch) {
-    return {
-        {"target", json::object{{"durationSeconds", static_cast<double>(pitch.seconds)}, {"language", "en"}}},
-        {"creative", json::object{{"tone", "Quiet"}, {"mustHaves", textList({"One round light"})}}},
-        {"openQuestions", textList({"Who should see this film first?"})}};
-}
-
-json::array plannedShots(const json::object& plan) {
-    json::array states;
-    for (const json::value& shot : listOf(plan, "shots"))
-        states.emplace_back(json::object{{"id", textOf(asRecord(shot), "id")}, {"status", "planned"}});
-    return states;
-}
-
-json::object production() {
-    const json::object models{{"imageMaster", "stand-in-picture"}, {"imageShot", "stand-in-picture"},
-                              {"video", "stand-in-movie"},         {"visionInspector", "stand-in-eye"},
-                              {"speechAsr", "stand-in-ear"},       {"speechTts", "stand-in-voice"},
-                              {"sfx", "stand-in-rustle"},          {"music", "stand-in-chords"}};
-    return {{"mode", "stand-in"},         {"takesPerShot", 1},
-            {"generateScore", true},      {"inspectGeneratedMedia", true},
-            {"maxParallelAgents", 1},     {"piTimeoutSeconds", 600},
-            {"mediaTimeoutSeconds", 900}, {"models", models}};
-}
-
-json::object noProof() {
-    return {{"creation", false},    {"clips", false},    {"assembly", false},   {"dialogue", false},
-            {"sound", false},       {"captions", false}, {"inspection", false}, {"review", false},
-            {"humanReview", false}, {"delivery", false}};
-}
-
-json::object runManifest(const json::object& project) {
-    const std::string id = textOf(project, "projectId");
-    const std::string createdAt = textOf(project, "createdAt");
+json::object runManifestOf(const Pitch& pitch) {
+    const std::string id = projectIdOf(pitch);
     return {{"contractVersion", "quexrun/film-run.v1"},
             {"tool", "film"},
-            {"runId", "run-" + simulator::digestOf(id + '\n' + createdAt).substr(0, 12)},
+            {"runId", "run-" + digestOf(id + '\n' + pitch.createdAt).substr(0, 12)},
             {"projectId", id},
-            {"title", textOf(project, "title")},
-            {"createdAt", createdAt},
-            {"project", std::string(projectName)},
-            {"productionPlan", std::string(planName)},
-            {"treatment", std::string(treatmentName)}};
+            {"title", pitch.title},
+            {"createdAt", pitch.createdAt},
+            {"project", projectName},
+            {"productionPlan", planName},
+            {"treatment", treatmentName}};
 }
 
-} // namespace
-
-json::object newProject(const Pitch& pitch, const json::object& plan) {
-    json::object project{{"contractVersion", "quexrun/film-project.v1"},
-                         {"projectId", projectIdOf(pitch)},
-                         {"title", pitch.title},
-                         {"idea", pitch.idea},
-                         {"createdAt", pitch.createdAt},
-                         {"updatedAt", pitch.createdAt},
-                         {"status", "in-production"},
-                         {"phase", "plan"},
-                         {"brief", brief(pitch)},
-                         {"approvals", newApprovals()},
-                         {"departments", newDepartments()},
-                         {"shots", plannedShots(plan)},
-                         {"reviewRequests", json::array()},
-                         {"jobs", json::array()},
-                         {"production", production()},
-                         {"artifacts", json::array()},
-                         {"proof", noProof()},
-                         {"issues", json::array()}};
+json::object projectOf(const Pitch& pitch, const json::object& plan) {
+    json::object project = documentTemplate(projectName);
+    project["projectId"] = projectIdOf(pitch);
+    project["title"] = pitch.title;
+    project["idea"] = pitch.idea;
+    project["createdAt"] = pitch.createdAt;
+    project["updatedAt"] = pitch.createdAt;
+    recordOf(recordOf(project, "brief"), "target")["durationSeconds"] = static_cast<double>(pitch.seconds);
+    for (const json::value& shot : listOf(plan, "shots")) {
+        listOf(project, "shots")
+            .emplace_back(json::object{{"id", textOf(asRecord(shot), "id")}, {"status", "planned"}});
+    }
     finishPhase(project, "plan", pitch.createdAt);
     return project;
 }
 
+} // namespace
+
 std::filesystem::path createFilm(const Pitch& pitch, const std::filesystem::path& folder) {
     if (pitch.title.empty() || pitch.idea.empty())
-        throw simulator::Refusal("A film needs a title and an idea.");
+        throw Refusal("A film needs a title and an idea.");
     const std::filesystem::path root = absolutePath(folder);
-    const std::filesystem::path manifest = root / "run.json";
-    if (std::filesystem::exists(manifest)) {
-        throw simulator::Refusal("The folder " + simulator::jsonQuoted(root.native()) +
-                                 " already holds a film.");
-    }
+    const std::filesystem::path runManifest = root / "run.json";
+    if (std::filesystem::exists(runManifest))
+        throw Refusal("The folder " + jsonQuoted(root.native()) + " already holds a film.");
     std::filesystem::create_directories(root);
     const json::object plan = productionPlanOf(pitch);
-    const json::object project = newProject(pitch, plan);
-    simulator::replaceFile(root / planName, simulator::pretty(plan));
-    simulator::replaceFile(root / treatmentName, simulator::pretty(treatmentOf(pitch)));
-    simulator::replaceFile(root / projectName, simulator::pretty(project));
-    // The run manifest comes last: before it is there, the folder is not a film.
-    simulator::replaceFile(manifest, simulator::pretty(runManifest(project)));
-    return manifest;
+    replaceFile(root / planName, pretty(plan));
+    replaceFile(root / treatmentName, pretty(treatmentOf(pitch)));
+    replaceFile(root / projectName, pretty(projectOf(pitch, plan)));
+    // The run manifest comes last: without it, the folder is not a film.
+    replaceFile(runManifest, pretty(runManifestOf(pitch)));
+    return runManifest;
 }
 
-} // namespace film
+} // namespace simulator::film

@@ -4,16 +4,12 @@
 
 #include <filesystem>
 
-#include "documents.hpp"
 #include "story.hpp"
 
-namespace film {
+namespace simulator::film {
 
-/// Makes the workspace of a new film in the folder and answers the location of its run manifest. A folder
-/// that already holds a film is refused.
+/// Creates the workspace of a new film in the folder; the path of its run manifest. A folder that already
+/// holds a film is refused.
 std::filesystem::path createFilm(const Pitch& pitch, const std::filesystem::path& folder);
 
-/// The project document of a film that has just been planned.
-json::object newProject(const Pitch& pitch, const json::object& plan);
-
-} // namespace film
+} // namespace simulator::film

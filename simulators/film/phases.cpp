@@ -5,48 +5,40 @@
 #include <algorithm>
 #include <array>
 
-#include "common/json_text.hpp"
 #include "common/refusal.hpp"
-#include "departments.hpp"
 #include "phase_work.hpp"
 
-namespace film {
+namespace simulator::film {
 namespace {
 
-constexpr std::array<Phase, 7> all{
-    {{"plan", "The story in three shots", nullptr},
-     {"frames", "One key frame for each shot", makeFrames},
-     {"clips", "", makeClips},
-     {"sound", "", makeSound},
-     {"rough-cut", "The film with all shots and sounds in place", makeRoughCut},
-     {"delivery", "The finished film and its reviews", makeMaster},
-     {"done", "", makeDelivery}}};
+constexpr std::array<Phase, 7> phases{{{"plan", nullptr},
+                                       {"frames", makeFrames},
+                                       {"clips", makeClips},
+                                       {"sound", makeSound},
+                                       {"rough-cut", makeRoughCut},
+                                       {"delivery", makeMaster},
+                                       {"done", makeDelivery}}};
 
-/// Gates whose decision is about the film as a whole, so that a new take of one shot makes it void.
-constexpr std::array<std::string_view, 2> wholeFilmGates{"rough-cut", "delivery"};
+/// Sets the status of a phase's department tasks.
+void markTasks(json::object& project, std::string_view phase, const char* status, std::int64_t attempts) {
+    for (json::value& value : listOf(project, "departments")) {
+        json::object& task = asRecord(value);
+        if (textOf(task, "phase") == phase) {
+            task["status"] = status;
+            task["attempts"] = integerOf(task, "attempts") + attempts;
+        }
+    }
+}
 
 } // namespace
 
-std::span<const Phase> phases() { return all; }
-
 const Phase* phaseAfter(std::string_view name) {
-    const auto found = std::ranges::find(all, name, &Phase::name);
-    if (found == all.end()) {
-        throw simulator::Refusal("The phase " + simulator::jsonQuoted(name) +
-                                 " is unknown, so this film cannot be taken further here.");
+    const auto found = std::ranges::find(phases, name, &Phase::name);
+    if (found == phases.end()) {
+        throw Refusal("The phase " + jsonQuoted(name) +
+                      " is unknown, so this film cannot be taken further here.");
     }
-    return found + 1 == all.end() ? nullptr : found + 1;
-}
-
-json::object newApprovals() {
-    json::object approvals;
-    for (const Phase& phase : all) {
-        if (phase.hasGate()) {
-            approvals[phase.name] =
-                json::object{{"status", "pending"}, {"summary", std::string(phase.gateSummary)}};
-        }
-    }
-    return approvals;
+    return found + 1 == phases.end() ? nullptr : found + 1;
 }
 
 bool isApproved(const json::object& project, std::string_view gate) {
@@ -61,13 +53,13 @@ std::string nextGate(const json::object& project) {
 }
 
 void finishPhase(json::object& project, std::string_view name, const std::string& now) {
-    const auto phase = std::ranges::find(all, name, &Phase::name);
-    project["phase"] = std::string(name);
-    completeTasks(project, name);
-    if (phase + 1 == all.end()) {
+    project["phase"] = name;
+    markTasks(project, name, "completed", 1);
+    json::object& approvals = recordOf(project, "approvals");
+    if (name == phases.back().name) {
         project["status"] = "completed";
-    } else if (phase->hasGate() && !isApproved(project, name)) {
-        json::object& approval = recordOf(recordOf(project, "approvals"), name);
+    } else if (approvals.contains(name) && !isApproved(project, name)) {
+        json::object& approval = recordOf(approvals, name);
         approval["status"] = "requested";
         approval["requestedAt"] = now;
         project["status"] = "waiting-for-approval";
@@ -77,17 +69,16 @@ void finishPhase(json::object& project, std::string_view name, const std::string
 }
 
 void reopen(json::object& project) {
-    json::object& approvals = recordOf(project, "approvals");
-    for (const Phase& phase : all) {
+    for (const Phase& phase : phases)
         if (phase.work != nullptr)
-            reopenTasks(project, phase.name);
-        if (std::ranges::find(wholeFilmGates, phase.name) != wholeFilmGates.end()) {
-            approvals[phase.name] =
-                json::object{{"status", "pending"}, {"summary", std::string(phase.gateSummary)}};
-        }
+            markTasks(project, phase.name, "pending", 0);
+    // These gates are about the film as a whole, so a new take of one shot invalidates their approval.
+    for (const char* gate : {"rough-cut", "delivery"}) {
+        json::object& approval = recordOf(recordOf(project, "approvals"), gate);
+        approval = json::object{{"status", "pending"}, {"summary", textOf(approval, "summary")}};
     }
-    project["phase"] = all.front().name;
+    project["phase"] = phases.front().name;
     project["status"] = "in-production";
 }
 
-} // namespace film
+} // namespace simulator::film

@@ -11,7 +11,7 @@
 #include "common/refusal.hpp"
 #include "shots.hpp"
 
-namespace film {
+namespace simulator::film {
 namespace {
 
 constexpr std::uint64_t sizeLimit = std::uint64_t{64} << 20U;
@@ -19,7 +19,7 @@ constexpr std::uint64_t sizeLimit = std::uint64_t{64} << 20U;
 /// The complete lines. A last line without its end was being written when the step was cut off, and what it
 /// would have announced was not begun.
 std::vector<json::object> entriesOf(const std::filesystem::path& journal) {
-    const std::string text = simulator::readWholeFile(journal, sizeLimit, "a journal");
+    const std::string text = readWholeFile(journal, sizeLimit, "a journal");
     std::vector<json::object> entries;
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = text.find('\n', start);
@@ -28,7 +28,7 @@ std::vector<json::object> entriesOf(const std::filesystem::path& journal) {
         boost::system::error_code error;
         const json::value entry = json::parse(text.substr(start, end - start), error);
         if (error || !entry.is_object())
-            throw simulator::Refusal("The journal of this film is damaged, so it cannot be recovered.");
+            throw Refusal("The journal of this film is damaged, so it cannot be recovered.");
         entries.push_back(entry.get_object());
         start = end + 1;
     }
@@ -46,7 +46,7 @@ std::set<std::string> knownPaths(const json::object& project) {
 std::size_t removeUnfinished(const std::filesystem::path& root) {
     std::vector<std::filesystem::path> unfinished;
     for (const auto& entry : std::filesystem::directory_iterator(root))
-        if (entry.path().native().ends_with(simulator::unfinishedSuffix))
+        if (entry.path().native().ends_with(temporaryExtension))
             unfinished.push_back(entry.path());
     for (const std::filesystem::path& file : unfinished)
         std::filesystem::remove(file);
@@ -57,11 +57,11 @@ void undo(const Workspace& workspace, const json::object& entry, const std::set<
     for (const std::string_view key : {"creates", "removes"}) {
         const std::string path = optionalTextOf(entry, key);
         if (!path.empty() && !known.contains(path))
-            std::filesystem::remove(workspace.place(path));
+            std::filesystem::remove(workspace.path(path));
     }
     const std::string from = optionalTextOf(entry, "moves");
-    if (!from.empty() && known.contains(from) && !std::filesystem::exists(workspace.place(from)))
-        std::filesystem::rename(workspace.place(textOf(entry, "to")), workspace.place(from));
+    if (!from.empty() && known.contains(from) && !std::filesystem::exists(workspace.path(from)))
+        std::filesystem::rename(workspace.path(textOf(entry, "to")), workspace.path(from));
 }
 
 } // namespace
@@ -87,4 +87,4 @@ std::string recover(Workspace& workspace) {
     return unfinished > 0 ? "Unfinished documents have been removed." : "There is nothing to recover.";
 }
 
-} // namespace film
+} // namespace simulator::film

@@ -4,14 +4,13 @@
 
 #include <array>
 
-#include "common/json_text.hpp"
 #include "common/refusal.hpp"
 #include "phases.hpp"
 #include "review_requests.hpp"
 #include "shots.hpp"
 #include "step.hpp"
 
-namespace film {
+namespace simulator::film {
 namespace {
 
 /// What shows or describes the takes of all shots together.
@@ -25,14 +24,14 @@ constexpr std::array<const char*, 7> dependentProof{"creation", "clips",       "
                                                     "review",   "humanReview", "delivery"};
 
 json::object& stateToArchive(json::object& project, const std::string& shotId) {
-    json::object* state = findById(listOf(project, "shots"), shotId);
-    const std::string name = simulator::jsonQuoted(shotId);
+    json::object* state = findRecord(listOf(project, "shots"), "id", shotId);
+    const std::string name = jsonQuoted(shotId);
     if (state == nullptr)
-        throw simulator::Refusal("This film has no shot " + name + ".");
+        throw Refusal("This film has no shot " + name + ".");
     if (optionalTextOf(*state, "status") == newTake)
-        throw simulator::Refusal("The shot " + name + " is waiting for a new take already.");
+        throw Refusal("The shot " + name + " is waiting for a new take already.");
     if (!state->contains("take") || findArtifact(project, "frames/" + shotId + ".png") == nullptr)
-        throw simulator::Refusal("The shot " + name + " has no take yet.");
+        throw Refusal("The shot " + name + " has no take yet.");
     return *state;
 }
 
@@ -50,7 +49,7 @@ std::string reroll(Workspace& workspace, const std::string& shotId, const std::s
     step.archive("frames/" + shotId + ".png", folder + "/frame.png");
     step.archive("clips/" + shotId + ".mp4", folder + "/clip.mp4");
     for (const std::string_view kind : dependentKinds)
-        step.dropKind(kind);
+        step.removeKind(kind);
     state["status"] = newTake;
     addRequest(project, shotId, note, step.startedAt(), take);
     for (const char* flag : dependentProof)
@@ -61,4 +60,4 @@ std::string reroll(Workspace& workspace, const std::string& shotId, const std::s
            " has been put aside. Run the film to make the next one.";
 }
 
-} // namespace film
+} // namespace simulator::film

@@ -7,7 +7,7 @@
 #include "review_requests.hpp"
 #include "shots.hpp"
 
-namespace film {
+namespace simulator::film {
 namespace {
 
 std::string noteOn(const Shot& shot) {
@@ -16,7 +16,7 @@ std::string noteOn(const Shot& shot) {
 
 /// Each review has a file of its own, so that earlier ones stay what they were.
 std::string freshPath(Step& step, const std::string& kind) {
-    std::size_t number = countKind(step.project(), kind) + 1;
+    std::int64_t number = countKind(step.project(), kind) + 1;
     const auto path = [&] { return "review/" + kind + "-" + std::to_string(number) + ".json"; };
     while (step.has(path()))
         ++number;
@@ -36,9 +36,9 @@ void makeReviews(Step& step) {
         if (!shot.lines.empty())
             remarks.emplace_back(json::object{{"shotId", shot.id}, {"remark", noteOn(shot)}});
     }
-    step.makeJson("technical-review", freshPath(step, "technical-review"), "stand-in-eye",
+    step.makeJson("technical-review", freshPath(step, "technical-review"), "simulator-vision",
                   {{"reviewedAt", step.startedAt()}, {"shots", std::move(measured)}});
-    step.makeJson("creative-review", freshPath(step, "creative-review"), "stand-in-eye",
+    step.makeJson("creative-review", freshPath(step, "creative-review"), "simulator-vision",
                   {{"reviewedAt", step.startedAt()}, {"remarks", std::move(remarks)}});
 }
 
@@ -46,7 +46,7 @@ std::string review(Workspace& workspace) {
     expectNoJournal(workspace);
     phaseAfter(textOf(workspace.project(), "phase"));
     if (latestPath(workspace.project(), "shot-clip").empty())
-        throw simulator::Refusal("There are no clips to review yet.");
+        throw Refusal("There are no clips to review yet.");
     Step step(workspace, "review");
     makeReviews(step);
     std::size_t requests = 0;
@@ -60,4 +60,4 @@ std::string review(Workspace& workspace) {
     return "The film has been reviewed; " + std::to_string(requests) + " new notes are waiting.";
 }
 
-} // namespace film
+} // namespace simulator::film

@@ -6,7 +6,7 @@
 
 #include "step.hpp"
 
-namespace film {
+namespace simulator::film {
 
 /// Looks at the film as it is and records a technical and a creative review of it.
 void makeReviews(Step& step);
@@ -14,4 +14,4 @@ void makeReviews(Step& step);
 /// The reviews, and a review request for every shot in which somebody speaks. Answers a sentence about it.
 std::string review(Workspace& workspace);
 
-} // namespace film
+} // namespace simulator::film

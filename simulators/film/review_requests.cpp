@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace film {
+namespace simulator::film {
 namespace {
 
 constexpr const char* queued = "queued";
@@ -53,4 +53,4 @@ void applyRequests(json::object& project, const std::string& shotId, const std::
     clearIssue(project, issueCode(shotId));
 }
 
-} // namespace film
+} // namespace simulator::film

@@ -8,7 +8,7 @@
 
 #include "documents.hpp"
 
-namespace film {
+namespace simulator::film {
 
 /// Adds a note about a shot. One with an archived take is an order for a new one; the shot then also has an
 /// issue until the new take is there.
@@ -21,4 +21,4 @@ bool isRequested(const json::object& project, const std::string& shotId, const s
 /// A new take of the shot answers all notes about it.
 void applyRequests(json::object& project, const std::string& shotId, const std::string& appliedAt);
 
-} // namespace film
+} // namespace simulator::film

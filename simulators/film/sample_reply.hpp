@@ -2,19 +2,20 @@
 
 #pragma once
 
-#include "command_line.hpp"
-#include "documents.hpp"
+#include <string_view>
 
-namespace film {
+#include "common/record.hpp"
 
-// Made-up replies in the form that the command's real ones have. They need no film.
+namespace simulator::film {
 
-json::object sampleReply(const Command& command);
+// Invented replies in the form of the command's real ones. They need no film.
+
+json::object sampleReply(std::string_view command);
 
 /// Lacks a key that every reader of this reply needs.
-json::object replyWithoutKey(const Command& command);
+json::object replyWithoutKey(std::string_view command);
 
-/// Has something else where every reader of this reply needs a value of a certain type.
-json::object replyOfWrongType(const Command& command);
+/// Has another type where every reader of this reply needs a value of a certain type.
+json::object replyOfWrongType(std::string_view command);
 
-} // namespace film
+} // namespace simulator::film

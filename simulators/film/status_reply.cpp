@@ -7,7 +7,7 @@
 #include "artifact_list.hpp"
 #include "phases.hpp"
 
-namespace film {
+namespace simulator::film {
 namespace {
 
 json::object taskCounts(const json::object& project) {
@@ -64,8 +64,8 @@ json::object statusOf(const Workspace& workspace) {
     reply["projectDirectory"] = workspace.root().native();
     reply["runManifest"] = workspace.runManifest().native();
     if (const std::string package = latestPath(project, "review-package"); !package.empty())
-        reply["reviewPackage"] = workspace.place(package).native();
+        reply["reviewPackage"] = workspace.path(package).native();
     return reply;
 }
 
-} // namespace film
+} // namespace simulator::film

@@ -4,9 +4,9 @@
 
 #include "workspace.hpp"
 
-namespace film {
+namespace simulator::film {
 
 /// Where the film stands, computed from its documents.
 json::object statusOf(const Workspace& workspace);
 
-} // namespace film
+} // namespace simulator::film

@@ -4,208 +4,165 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 
 #include "common/digest.hpp"
-#include "seed.hpp"
 
-namespace film {
+namespace simulator::film {
 namespace {
 
-struct Person {
-    const char *id, *name, *visual, *wardrobe, *voice;
-};
+/// A pseudo-random number made from a seed and a counter.
+std::uint64_t mixed(std::uint64_t seed, std::uint64_t counter) {
+    std::uint64_t value = seed + (counter + 1) * 0x9E3779B97F4A7C15U;
+    value = (value ^ (value >> 30U)) * 0xBF58476D1CE4E5B9U;
+    value = (value ^ (value >> 27U)) * 0x94D049BB133111EBU;
+    return value ^ (value >> 31U);
+}
 
-struct Place {
-    const char *id, *name, *visual, *ambience, *sound;
-};
+std::uint64_t seedOf(const Pitch& pitch) {
+    const std::string text = pitch.title + '\n' + pitch.idea;
+    std::uint64_t seed = text.size();
+    for (const char character : text)
+        seed = mixed(seed, static_cast<unsigned char>(character));
+    return seed;
+}
 
-constexpr std::array<Person, 4> leads{
-    {{"mira", "Mira", "Woman of forty, quick hands, grey streak", "Patched green coat", "Dry and warm"},
-     {"tomasz", "Tomasz", "Tall man of sixty, careful steps", "Brown waistcoat, pocket watch",
-      "Low, unhurried"},
-     {"ines", "Inês", "Girl of ten, never quite still", "Yellow raincoat, wet shoes", "Bright and quick"},
-     {"oke", "Oke", "Young man with a limp and a grin", "Striped jersey, rolled sleeves",
-      "Hoarse, friendly"}}};
-constexpr std::array<Person, 3> partners{
-    {{"the-keeper", "The keeper", "Old woman behind a counter", "Black dress, white collar",
-      "Clear and slow"},
-     {"bruno", "Bruno", "Baker, flour to the elbows", "White apron", "Loud, then suddenly soft"},
-     {"sefa", "Sefa", "Postwoman with an empty bag", "Blue uniform, red scarf", "Matter-of-fact"}}};
-constexpr std::array<Place, 3> outside{
-    {{"harbour", "The harbour", "Wet stones, masts, one lamp", "Small waves, ropes",
-      "Ropes creaking on a mast"},
-     {"hill-road", "The hill road", "Dry grass, a bend, the town far below", "Wind, crickets",
-      "Wind through dry grass"},
-     {"station", "The station", "Two platforms, a clock without hands", "A far train",
-      "A train that does not stop"}}};
-constexpr std::array<Place, 3> inside{
-    {{"kitchen", "The kitchen", "A table, two cups, steam on the window", "A kettle",
-      "A kettle before it sings"},
-     {"workshop", "The workshop", "Tools on nails, one of them missing", "A clock ticking",
-      "A drawer that sticks"},
-     {"attic", "The attic", "Boxes with names on them", "Rain on the roof", "Rain on roof tiles"}}};
-constexpr std::array<const char*, 3> questions{"Did you hear that?", "Were you going to tell me?",
-                                               "Is it still there?"};
-constexpr std::array<const char*, 3> answers{"I kept it. For you.", "Then we go now — together.",
-                                             "It was here all the time."};
+/// A seed as the documents contain it.
+std::int64_t shortSeed(std::uint64_t seed, std::uint64_t counter) {
+    return static_cast<std::int64_t>(mixed(seed, counter) % 1000000);
+}
 
-/// Everything about the story that is chosen by idea and title.
-struct Choice {
+/// The parts of the story that idea and title choose from the template.
+struct Story {
     std::uint64_t seed;
-    const Person *lead, *partner;
-    const Place *first, *second;
-    const char *question, *answer;
+    json::object constants, lead, partner, first, second;
+    std::string question, answer;
+
+    explicit Story(const Pitch& pitch)
+        : seed(seedOf(pitch)), constants(documentTemplate("story.json")), lead(asRecord(pick("leads", 1))),
+          partner(asRecord(pick("partners", 2))), first(asRecord(pick("exteriors", 3))),
+          second(asRecord(pick("interiors", 4))), question(pick("questions", 5).as_string()),
+          answer(pick("answers", 6).as_string()) {}
+
+    const json::value& pick(std::string_view list, std::uint64_t counter) const {
+        const json::array& all = listOf(constants, list);
+        return all[mixed(seed, counter) % all.size()];
+    }
+
+    std::string leadName() const { return textOf(lead, "name"); }
+    std::string partnerName() const { return textOf(partner, "name"); }
 };
 
-template <class List>
-const auto& pick(const List& list, std::uint64_t seed, std::uint64_t counter) {
-    return list[mixed(seed, counter) % list.size()];
-}
-
-Choice choiceOf(const Pitch& pitch) {
-    const std::uint64_t seed = seedOf(pitch.title + '\n' + pitch.idea);
-    return {seed,
-            &pick(leads, seed, 1),
-            &pick(partners, seed, 2),
-            &pick(outside, seed, 3),
-            &pick(inside, seed, 4),
-            pick(questions, seed, 5),
-            pick(answers, seed, 6)};
-}
-
-/// Quarters of a second are exact in every number format on the way.
-std::array<std::int64_t, 3> shotMilliseconds(const Choice& choice, std::int64_t seconds) {
+/// Quarters of a second, which every number format represents exactly.
+std::array<std::int64_t, 3> shotMilliseconds(std::uint64_t seed, std::int64_t seconds) {
     const std::int64_t quarters = 4 * seconds;
-    const auto first = quarters * (28 + static_cast<std::int64_t>(mixed(choice.seed, 7) % 8)) / 100;
-    const auto second = quarters * (28 + static_cast<std::int64_t>(mixed(choice.seed, 8) % 8)) / 100;
+    const auto first = quarters * (28 + static_cast<std::int64_t>(mixed(seed, 7) % 8)) / 100;
+    const auto second = quarters * (28 + static_cast<std::int64_t>(mixed(seed, 8) % 8)) / 100;
     return {250 * first, 250 * second, 250 * (quarters - first - second)};
 }
 
 double seconds(std::int64_t milliseconds) { return static_cast<double>(milliseconds) / 1000; }
 
-json::object castMember(const Person& person, std::uint64_t seed) {
-    return {{"id", person.id},         {"name", person.name},
-            {"visual", person.visual}, {"wardrobe", person.wardrobe},
-            {"voice", person.voice},   {"seed", shortSeed(seed)}};
+json::object withSeed(json::object record, std::int64_t seed) {
+    record.erase("sound");
+    record["seed"] = seed;
+    return record;
 }
 
-json::object location(const Place& place, std::uint64_t seed) {
-    return {{"id", place.id},
-            {"name", place.name},
-            {"visual", place.visual},
-            {"ambience", place.ambience},
-            {"seed", shortSeed(seed)}};
+json::array recordList(const std::vector<json::object>& records) {
+    return json::array(records.begin(), records.end());
 }
 
-json::array listOfOne(json::object record) {
-    json::array list;
-    list.emplace_back(std::move(record));
-    return list;
+json::array dialogue(const json::object& speaker, const std::string& text, std::int64_t shotLength) {
+    return recordList({{{"speaker", textOf(speaker, "id")},
+                        {"text", text},
+                        {"startSeconds", seconds(shotLength / 4)},
+                        {"delivery", textOf(speaker, "voice")}}});
 }
 
-json::array dialogue(const Person& speaker, const char* text, std::int64_t shot) {
-    return listOfOne({{"speaker", speaker.id},
-                      {"text", text},
-                      {"startSeconds", seconds(shot / 4)},
-                      {"delivery", speaker.voice}});
+json::array effects(const json::object& location, std::int64_t shotLength, std::int64_t seed) {
+    return recordList({{{"prompt", textOf(location, "sound")},
+                        {"startSeconds", 0.0},
+                        {"durationSeconds", seconds(std::min<std::int64_t>(shotLength, 1500))},
+                        {"levelDb", -12.0},
+                        {"seed", seed}}});
 }
 
-json::array effects(const Place& place, std::int64_t shot, std::uint64_t seed) {
-    return listOfOne({{"prompt", place.sound},
-                      {"startSeconds", 0.0},
-                      {"durationSeconds", seconds(std::min<std::int64_t>(shot, 1500))},
-                      {"levelDb", -12.0},
-                      {"seed", shortSeed(seed)}});
-}
-
-json::object shot(std::size_t number, std::int64_t length, const std::string& purpose,
-                  const std::string& picture, const Place& place, std::uint64_t seed) {
+json::object shot(const Story& story, std::uint64_t number, std::int64_t length, const std::string& purpose,
+                  const std::string& picture, const json::object& location) {
     return {{"id", "shot-0" + std::to_string(number)},
             {"purpose", purpose},
-            {"framePrompt", picture + ". " + place.visual},
+            {"framePrompt", picture + ". " + textOf(location, "visual")},
             {"prompt", picture + ". The camera moves slowly closer."},
             {"durationSeconds", seconds(length)},
-            {"seed", shortSeed(mixed(seed, 20 + number))},
+            {"seed", shortSeed(story.seed, 20 + number)},
             {"characters", json::array()},
-            {"location", place.id},
+            {"location", textOf(location, "id")},
             {"dialogue", json::array()},
-            {"soundEffects", effects(place, length, mixed(seed, 30 + number))},
+            {"soundEffects", effects(location, length, shortSeed(story.seed, 30 + number))},
             {"transition", number == 3 ? "fade-out" : "cut"},
             {"status", "planned"},
             {"take", 1}};
 }
 
-json::array shots(const Choice& choice, const Pitch& pitch) {
-    const auto lengths = shotMilliseconds(choice, pitch.seconds);
-    const std::string lead = choice.lead->name;
-    const std::string partner = choice.partner->name;
-    json::object opening = shot(1, lengths[0], "Begin with the idea: " + pitch.idea, lead + " arrives alone",
-                                *choice.first, choice.seed);
-    opening["characters"] = textList({choice.lead->id});
-    opening["dialogue"] = dialogue(*choice.lead, choice.question, lengths[0]);
-    json::object turn =
-        shot(2, lengths[1], "The turn, without a word", partner + " looks up", *choice.second, choice.seed);
-    turn["characters"] = textList({choice.partner->id});
-    json::object ending = shot(3, lengths[2], "Bring \"" + pitch.title + "\" home",
-                               lead + " and " + partner + ", side by side", *choice.first, choice.seed);
-    ending["characters"] = textList({choice.lead->id, choice.partner->id});
-    ending["dialogue"] = dialogue(*choice.partner, choice.answer, lengths[2]);
-
-    json::array all;
-    all.emplace_back(std::move(opening));
-    all.emplace_back(std::move(turn));
-    all.emplace_back(std::move(ending));
-    return all;
+json::array shots(const Story& story, const Pitch& pitch) {
+    const auto lengths = shotMilliseconds(story.seed, pitch.seconds);
+    const std::string leadId = textOf(story.lead, "id");
+    const std::string partnerId = textOf(story.partner, "id");
+    json::object opening = shot(story, 1, lengths[0], "Begin with the idea: " + pitch.idea,
+                                story.leadName() + " arrives alone", story.first);
+    opening["characters"] = textList({leadId});
+    opening["dialogue"] = dialogue(story.lead, story.question, lengths[0]);
+    json::object turn = shot(story, 2, lengths[1], "The turn, without a word",
+                             story.partnerName() + " looks up", story.second);
+    turn["characters"] = textList({partnerId});
+    json::object ending =
+        shot(story, 3, lengths[2], "Bring \"" + pitch.title + "\" home",
+             story.leadName() + " and " + story.partnerName() + ", side by side", story.first);
+    ending["characters"] = textList({leadId, partnerId});
+    ending["dialogue"] = dialogue(story.partner, story.answer, lengths[2]);
+    return recordList({opening, turn, ending});
 }
 
 } // namespace
 
 std::string projectIdOf(const Pitch& pitch) {
-    return "film-" + simulator::digestOf(pitch.title + '\n' + pitch.idea).substr(0, 12);
+    return "film-" + digestOf(pitch.title + '\n' + pitch.idea).substr(0, 12);
 }
 
 json::object productionPlanOf(const Pitch& pitch) {
-    const Choice choice = choiceOf(pitch);
-    json::array cast;
-    cast.emplace_back(castMember(*choice.lead, mixed(choice.seed, 10)));
-    cast.emplace_back(castMember(*choice.partner, mixed(choice.seed, 11)));
-    json::array locations;
-    locations.emplace_back(location(*choice.first, mixed(choice.seed, 12)));
-    locations.emplace_back(location(*choice.second, mixed(choice.seed, 13)));
-    const json::object target{{"aspectRatio", "16:9"},
-                              {"durationSeconds", static_cast<double>(pitch.seconds)},
-                              {"fps", 24},
-                              {"height", 36},
-                              {"language", "en"},
-                              {"width", 64}};
+    const Story story(pitch);
+    const auto length = static_cast<double>(pitch.seconds);
+    json::object target = recordOf(story.constants, "target");
+    target["durationSeconds"] = length;
     return {{"contractVersion", "quexrun/film-production-plan.v1"},
             {"projectId", projectIdOf(pitch)},
             {"title", pitch.title},
             {"createdAt", pitch.createdAt},
             {"target", target},
-            {"scorePrompt", "Slow chords that wait, and resolve only in the last shot"},
-            {"cast", std::move(cast)},
-            {"locations", std::move(locations)},
-            {"shots", shots(choice, pitch)},
-            {"plannedDurationSeconds", static_cast<double>(pitch.seconds)}};
+            {"scorePrompt", textOf(story.constants, "scorePrompt")},
+            {"cast", recordList({withSeed(story.lead, shortSeed(story.seed, 10)),
+                                 withSeed(story.partner, shortSeed(story.seed, 11))})},
+            {"locations", recordList({withSeed(story.first, shortSeed(story.seed, 12)),
+                                      withSeed(story.second, shortSeed(story.seed, 13))})},
+            {"shots", shots(story, pitch)},
+            {"plannedDurationSeconds", length}};
 }
 
 json::object treatmentOf(const Pitch& pitch) {
-    const Choice choice = choiceOf(pitch);
-    const std::string lead = choice.lead->name;
-    const std::string partner = choice.partner->name;
-    const std::string asked = "“" + std::string(choice.question) + "”";
-    const std::string answered = "“" + std::string(choice.answer) + "”";
+    const Story story(pitch);
+    const std::string lead = story.leadName();
+    const std::string partner = story.partnerName();
+    const std::string asked = "“" + story.question + "”";
+    const std::string answered = "“" + story.answer + "”";
     return {{"title", pitch.title},
             {"logline", lead + " meets " + partner + ", and one question changes the evening."},
             {"synopsis", pitch.idea + " " + lead + " asks: " + asked + " " + partner +
                              " takes a while to answer: " + answered},
-            {"theme", "What is kept for somebody is never lost."},
+            {"theme", textOf(story.constants, "theme")},
             {"beats", textList({lead + " arrives and asks: " + asked, partner + " looks up",
                                 partner + " answers: " + answered})},
-            {"visualLanguage", "Plain shapes and one round light that wanders through every shot."},
-            {"soundLanguage", "Hummed voices, one sound per place, slow chords underneath."}};
+            {"visualLanguage", textOf(story.constants, "visualLanguage")},
+            {"soundLanguage", textOf(story.constants, "soundLanguage")}};
 }
 
-} // namespace film
+} // namespace simulator::film

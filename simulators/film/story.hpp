@@ -7,7 +7,7 @@
 
 #include "documents.hpp"
 
-namespace film {
+namespace simulator::film {
 
 /// What a film is planned from.
 struct Pitch {
@@ -16,11 +16,12 @@ struct Pitch {
     std::string createdAt;
 };
 
-/// The same for the same idea and title, and never the same for two.
+/// The id is a digest of idea and title.
 std::string projectIdOf(const Pitch& pitch);
 
-/// The documents of the plan: three shots whose lengths make exactly the length that was asked for.
+/// The documents of the plan: three shots whose durations add up to the requested one. The same idea and
+/// title always make the same story.
 json::object productionPlanOf(const Pitch& pitch);
 json::object treatmentOf(const Pitch& pitch);
 
-} // namespace film
+} // namespace simulator::film

@@ -2,56 +2,35 @@
 
 #include "vistrel_manifest.hpp"
 
-#include <algorithm>
-#include <array>
 #include <map>
 
 #include "artifact_list.hpp"
 #include "clock.hpp"
 #include "common/digest.hpp"
-#include "common/json_text.hpp"
+#include "common/handoff.hpp"
 #include "common/refusal.hpp"
 
-namespace film {
+namespace simulator::film {
 namespace {
 
-using simulator::jsonQuoted;
-using simulator::Refusal;
-
 constexpr std::uint64_t sizeLimit = std::uint64_t{1} << 30U;
-
-constexpr std::array<std::string_view, 29> handedOver{
-    "cast-master",      "location-master",      "shot-keyframe",   "shot-clip",
-    "dialogue",         "sound-effect",         "score",           "subtitle-srt",
-    "subtitle-vtt",     "caption-receipt",      "edit-block",      "edit-block-receipt",
-    "rough-cut",        "final-master",         "delivery-master", "poster",
-    "thumbnail",        "technical-review",     "creative-review", "media-inspection",
-    "inspection-frame", "review-frame",         "dialogue-qc",     "sound-qc",
-    "take-selection",   "production-readiness", "review-package",  "human-review",
-    "delivery"};
 
 using AssetIds = std::map<std::string, std::string>;
 
 void verify(const Workspace& workspace, const json::object& artifact) {
     const std::string path = textOf(artifact, "path");
-    const std::filesystem::path file = std::filesystem::weakly_canonical(workspace.place(path));
+    const std::filesystem::path file = std::filesystem::weakly_canonical(workspace.path(path));
     const std::filesystem::path inside =
         file.lexically_relative(std::filesystem::canonical(workspace.root()));
     if (path.starts_with('/') || inside.empty() || *inside.begin() == "..")
         throw Refusal("The file " + jsonQuoted(path) + " does not lie inside the film's folder.");
     if (!std::filesystem::exists(file))
         throw Refusal("The file " + jsonQuoted(path) + " is missing.");
-    const std::string bytes = simulator::readWholeFile(file, sizeLimit, "a media file");
-    if (digestText(bytes) != textOf(artifact, "sha256") ||
+    const std::string bytes = readWholeFile(file, sizeLimit, "a media file");
+    if ("sha256:" + digestOf(bytes) != textOf(artifact, "sha256") ||
         static_cast<std::int64_t>(bytes.size()) != integerOf(artifact, "bytes")) {
         throw Refusal("The file " + jsonQuoted(path) + " is not the one that was recorded.");
     }
-}
-
-/// The id says where a file lies and what is in it, and nothing else.
-std::string assetId(const std::string& path, const std::string& digest) {
-    const std::string named = "{\"path\":" + jsonQuoted(path) + ",\"sha256\":" + jsonQuoted(digest) + "}";
-    return "film_asset_" + simulator::digestOf(named).substr(0, 20);
 }
 
 json::array assetsOf(const Workspace& workspace, VistrelManifest& manifest, AssetIds& ids) {
@@ -59,7 +38,7 @@ json::array assetsOf(const Workspace& workspace, VistrelManifest& manifest, Asse
     for (const json::value& value : listOf(workspace.project(), "artifacts")) {
         const json::object& artifact = asRecord(value);
         const std::string kind = textOf(artifact, "kind");
-        if (std::ranges::find(handedOver, kind) == handedOver.end())
+        if (!isHandedOver(kind))
             continue;
         verify(workspace, artifact);
         const std::string path = textOf(artifact, "path");
@@ -81,7 +60,7 @@ json::array assetsOf(const Workspace& workspace, VistrelManifest& manifest, Asse
 
 json::array shotsOf(const json::object& plan, const AssetIds& ids) {
     json::array shots;
-    std::int64_t clock = 0;
+    std::int64_t start = 0;
     for (const json::value& value : listOf(plan, "shots")) {
         const json::object& planned = asRecord(value);
         const std::string id = textOf(planned, "id");
@@ -92,7 +71,7 @@ json::array shotsOf(const json::object& plan, const AssetIds& ids) {
                           {"purpose", textOf(planned, "purpose")},
                           {"prompt", textOf(planned, "prompt")},
                           {"framePrompt", textOf(planned, "framePrompt")},
-                          {"timelineStartMilliseconds", clock},
+                          {"timelineStartMilliseconds", start},
                           {"durationMilliseconds", length},
                           {"characterIds", listOf(planned, "characters")},
                           {"locationId", textOf(planned, "location")},
@@ -106,7 +85,7 @@ json::array shotsOf(const json::object& plan, const AssetIds& ids) {
         shot["dialogue"] = listOf(planned, "dialogue");
         shot["soundEffects"] = listOf(planned, "soundEffects");
         shots.emplace_back(std::move(shot));
-        clock += length;
+        start += length;
     }
     return shots;
 }
@@ -157,4 +136,4 @@ VistrelManifest vistrelManifestOf(const Workspace& workspace) {
     return manifest;
 }
 
-} // namespace film
+} // namespace simulator::film

@@ -6,18 +6,16 @@
 
 #include "workspace.hpp"
 
-namespace film {
+namespace simulator::film {
 
-/// A film as the storyboard application takes it, and the sums that its receipt names.
+/// The handoff manifest of a film, and the counts in its receipt.
 struct VistrelManifest {
     json::object document;
     std::int64_t shots = 0, assets = 0, bytes = 0;
 };
 
-inline constexpr const char* handoffContract = "quexrun/film-vistrel-handoff.v1";
-
 /// Refuses a film without a plan, and one with a file that is missing, lies outside the workspace, or is not
 /// what the project says it is.
 VistrelManifest vistrelManifestOf(const Workspace& workspace);
 
-} // namespace film
+} // namespace simulator::film

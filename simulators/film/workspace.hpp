@@ -10,11 +10,11 @@
 #include "common/file.hpp"
 #include "documents.hpp"
 
-namespace film {
+namespace simulator::film {
 
 enum class Access {
-    look,
-    /// Waits until no other process changes the film, and keeps the others waiting.
+    read,
+    /// Holds the film's lock: only one process at a time changes a film.
     change
 };
 
@@ -26,32 +26,33 @@ class Workspace {
     const std::filesystem::path& root() const noexcept { return root_; }
     const std::filesystem::path& runManifest() const noexcept { return runManifest_; }
     std::filesystem::path journal() const { return root_ / "film-journal.jsonl"; }
-    std::filesystem::path place(std::string_view relativePath) const { return root_ / relativePath; }
+    std::filesystem::path path(std::string_view relativePath) const { return root_ / relativePath; }
 
     json::object& project() noexcept { return project_; }
     const json::object& project() const noexcept { return project_; }
+    /// Empty when the film has no plan.
     json::object& plan() noexcept { return plan_; }
     const json::object& plan() const noexcept { return plan_; }
     const std::optional<json::object>& treatment() const noexcept { return treatment_; }
     std::string runId() const;
 
-    /// Puts plan and project in the place of what is on the disk, the project last: it decides what is true.
+    /// Replaces plan and project on disk; the project comes last, because recovery goes by it.
     void save() const;
-    /// Ends this process in the middle of save: the new project lies there under another name.
+    /// Ends this process in the middle of save: the new project exists as a temporary file only.
     [[noreturn]] void saveAndDie() const;
 
   private:
     std::filesystem::path runManifest_, root_;
-    std::optional<simulator::File> lock_;
+    std::optional<File> lock_;
     json::object project_, plan_;
     std::optional<json::object> treatment_;
 };
 
-inline constexpr std::string_view projectName = "film-project.json";
-inline constexpr std::string_view planName = "production-plan.json";
-inline constexpr std::string_view treatmentName = "treatment.json";
+inline constexpr const char* projectName = "film-project.json";
+inline constexpr const char* planName = "production-plan.json";
+inline constexpr const char* treatmentName = "treatment.json";
 
-/// The location as an absolute one, without "." and "..".
+/// The absolute path without "." and "..".
 std::filesystem::path absolutePath(const std::filesystem::path& path);
 
-} // namespace film
+} // namespace simulator::film

@@ -7,31 +7,31 @@
 #include <vector>
 
 #include "common/file.hpp"
-#include "manifest.hpp"
+#include "common/record.hpp"
 
-namespace vistrel {
+namespace simulator::vistrel {
 
-/// The media files of a film in its project folder. Each file is read exactly once per call, and it is the
-/// bytes read that are measured and hashed, never the ones that an earlier look found.
+/// The media files of a film in its project folder. A file is read exactly once per call: the bytes that are
+/// hashed are the bytes that are copied.
 class AssetFiles {
   public:
-    /// `projectRoot` as the manifest names it: the absolute path of a folder.
+    /// `projectRoot` as in the manifest: the absolute path of a folder.
     explicit AssetFiles(const std::string& projectRoot);
 
     /// The folder with all links resolved.
     const std::filesystem::path& root() const noexcept { return root_; }
 
-    /// Refuses a file that is missing, lies outside the project folder, is no regular file, or has not
-    /// exactly the size and digest that the manifest states.
-    void verify(const Asset& asset);
+    /// Refuses a file that is missing, lies outside the project folder, is not a regular file, or differs
+    /// from the manifest in size or digest.
+    void verify(const json::object& asset);
 
-    /// As verify, and leaves the verified bytes in `target`, whose folders are made where they are
-    /// missing. After a refusal `target` may hold anything.
-    void copy(const Asset& asset, const std::filesystem::path& target);
+    /// As verify, and writes the verified bytes to `target`; creates its missing parent folders. After a
+    /// refusal `target` may have any content.
+    void copy(const json::object& asset, const std::filesystem::path& target);
 
   private:
-    simulator::File open(const Asset& asset) const;
-    void stream(const Asset& asset, simulator::File& source, simulator::File* target);
+    File open(const json::object& asset) const;
+    void read(const json::object& asset, File& source, File* target);
 
     std::filesystem::path root_;
     std::vector<char> buffer_;
@@ -40,4 +40,4 @@ class AssetFiles {
 /// Whether the resolved path lies below the resolved folder.
 bool isInside(const std::filesystem::path& path, const std::filesystem::path& folder);
 
-} // namespace vistrel
+} // namespace simulator::vistrel

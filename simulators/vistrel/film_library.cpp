@@ -8,41 +8,33 @@
 #include <fcntl.h>
 #include <stdio.h> // renameat2 and renamex_np
 
-#include "common/json_text.hpp"
 #include "common/refusal.hpp"
 #include "receipt.hpp"
 #include "storyboard.hpp"
 
-namespace vistrel {
+namespace simulator::vistrel {
 namespace {
-
-using simulator::File;
-using simulator::jsonQuoted;
-using simulator::lastSystemError;
-using simulator::Refusal;
-using simulator::refuseForSystem;
-using simulator::writeWholeFile;
 
 namespace fs = std::filesystem;
 
-/// The three folders of one project. The names beginning with a dot are only there during an import, or after
-/// one that was stopped; the lock makes sure that nobody else is using them.
-struct Places {
+/// The folders of one project. The names that begin with a dot exist only during an import or after one that
+/// was stopped; the lock ensures that nobody else uses them.
+struct ProjectPaths {
     fs::path project, fresh, replaced, lock;
 
-    Places(const fs::path& library, const std::string& projectId)
+    ProjectPaths(const fs::path& library, const std::string& projectId)
         : project(library / projectId), fresh(library / ("." + projectId + ".fresh")),
           replaced(library / ("." + projectId + ".replaced")), lock(library / ("." + projectId + ".lock")) {}
 };
 
-/// Removes the folder when the import ends, whichever way it ends.
+/// Removes the folder at the end of the import, also after a failure.
 class Cleanup {
   public:
     explicit Cleanup(fs::path folder) : folder_(std::move(folder)) {}
     Cleanup(const Cleanup&) = delete;
     Cleanup& operator=(const Cleanup&) = delete;
     ~Cleanup() {
-        std::error_code ignored; // what stays behind is removed by the next import of the film
+        std::error_code ignored; // the next import of the film removes what remains
         fs::remove_all(folder_, ignored);
     }
 
@@ -57,8 +49,8 @@ void moveTo(const fs::path& from, const fs::path& to) {
         refuseForSystem("put the project in its place", to, error);
 }
 
-/// Lets two folders change their names in one step; false where the file system cannot do that.
-bool swapNames(const fs::path& one, const fs::path& other) {
+/// Exchanges the names of two folders atomically; false when the file system does not support it.
+bool exchange(const fs::path& one, const fs::path& other) {
 #if defined(__APPLE__)
     const int result = ::renamex_np(one.c_str(), other.c_str(), RENAME_SWAP);
 #elif defined(RENAME_EXCHANGE)
@@ -72,36 +64,36 @@ bool swapNames(const fs::path& one, const fs::path& other) {
     return result == 0;
 }
 
-/// Undoes what a stopped import left behind.
-void tidyUp(const Places& places) {
-    if (!fs::exists(places.project) && fs::exists(places.replaced))
-        moveTo(places.replaced, places.project);
-    fs::remove_all(places.replaced);
-    fs::remove_all(places.fresh);
+/// Undoes what a stopped import left.
+void tidyUp(const ProjectPaths& paths) {
+    if (!fs::exists(paths.project) && fs::exists(paths.replaced))
+        moveTo(paths.replaced, paths.project);
+    fs::remove_all(paths.replaced);
+    fs::remove_all(paths.fresh);
 }
 
-void putInPlace(const Places& places) {
-    if (!fs::exists(places.project)) {
-        moveTo(places.fresh, places.project);
-        return;
-    }
-    if (!fs::is_directory(fs::symlink_status(places.project)))
-        throw Refusal(jsonQuoted(places.project.native()) + " is in the way: it is not a project folder");
-    if (swapNames(places.fresh, places.project))
-        return; // the earlier import now carries the name of the fresh folder and goes with it
-    // Between the two steps the project is missing, never half there; tidyUp brings it back.
-    moveTo(places.project, places.replaced);
-    moveTo(places.fresh, places.project);
-    fs::remove_all(places.replaced);
-}
-
-void build(const fs::path& folder, const Manifest& manifest, std::string_view manifestText,
+void build(const fs::path& folder, const json::object& manifest, std::string_view manifestText,
            AssetFiles& files) {
     fs::create_directory(folder);
-    for (const Asset& asset : manifest.assets)
-        files.copy(asset, folder / storedPath(asset));
+    for (const json::value& asset : listOf(manifest, "assets"))
+        files.copy(asRecord(asset), folder / storedPath(asRecord(asset)));
     writeWholeFile(folder / "manifest.json", manifestText);
-    writeWholeFile(folder / "storyboard.json", storyboardOf(manifest));
+    writeWholeFile(folder / "storyboard.json", pretty(storyboardOf(manifest)));
+}
+
+void publish(const ProjectPaths& paths) {
+    if (!fs::exists(paths.project)) {
+        moveTo(paths.fresh, paths.project);
+        return;
+    }
+    if (!fs::is_directory(fs::symlink_status(paths.project)))
+        throw Refusal(jsonQuoted(paths.project.native()) + " is in the way: it is not a project folder");
+    if (exchange(paths.fresh, paths.project))
+        return; // the earlier import now has the name of the fresh folder and is removed with it
+    // Between the two calls the project is missing; tidyUp restores it.
+    moveTo(paths.project, paths.replaced);
+    moveTo(paths.fresh, paths.project);
+    fs::remove_all(paths.replaced);
 }
 
 } // namespace
@@ -115,20 +107,20 @@ FilmLibrary FilmLibrary::fromEnvironment() {
     return FilmLibrary(folder);
 }
 
-void FilmLibrary::import(const Manifest& manifest, std::string_view manifestText, AssetFiles& files) const {
+void FilmLibrary::import(const json::object& manifest, std::string_view manifestText,
+                         AssetFiles& files) const {
     fs::create_directories(folder_);
-    const fs::path library = fs::canonical(folder_);
-    const Places places(library, projectIdFor(manifest));
-    if (files.root() == places.project || isInside(files.root(), places.project)) {
+    const ProjectPaths paths(fs::canonical(folder_), projectIdFor(manifest));
+    if (files.root() == paths.project || isInside(files.root(), paths.project)) {
         throw Refusal("source.projectRoot: " + jsonQuoted(files.root().native()) +
-                      " is the film's own place in the library, which an import replaces");
+                      " is the film's own folder in the library, which an import replaces");
     }
-    File lock = File::create(places.lock);
+    File lock = File::create(paths.lock);
     lock.lock();
-    tidyUp(places);
-    const Cleanup cleanup(places.fresh);
-    build(places.fresh, manifest, manifestText, files);
-    putInPlace(places);
+    tidyUp(paths);
+    const Cleanup cleanup(paths.fresh);
+    build(paths.fresh, manifest, manifestText, files);
+    publish(paths);
 }
 
-} // namespace vistrel
+} // namespace simulator::vistrel

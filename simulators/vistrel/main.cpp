@@ -1,69 +1,44 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include <exception>
+#include <array>
 #include <iostream>
-#include <new>
-#include <vector>
 
 #include "asset_files.hpp"
-#include "command_line.hpp"
-#include "common/json_text.hpp"
-#include "common/refusal.hpp"
+#include "common/program.hpp"
 #include "film_library.hpp"
 #include "manifest.hpp"
 #include "manifest_check.hpp"
 #include "misbehaviour.hpp"
 #include "receipt.hpp"
 
-namespace vistrel {
+namespace simulator::vistrel {
 namespace {
 
-using simulator::Refusal;
+constexpr std::array<std::string_view, 2> forms{"production import-film <manifest> --dry-run --output json",
+                                                "production import-film <manifest> --output json"};
+constexpr std::string_view hint = "A manifest whose name begins with \"-\" is written as \"./-name\".\n";
 
-constexpr int refused = 1;
-constexpr int misused = 2;
-
-int perform(const Command& command) {
-    const std::string text = readManifestFile(command.manifest);
-    const Manifest manifest = parseManifest(text);
+int perform(const Command& command, Arguments) {
+    if (const auto status = misbehave("VISTREL_MISBEHAVE", misbehaviours()))
+        return *status;
+    const std::string text = readManifestFile(command.value("manifest"));
+    const json::object manifest = parseManifest(text);
     checkManifest(manifest);
-    AssetFiles files(manifest.source.projectRoot);
-    if (command.dryRun)
-        for (const Asset& asset : manifest.assets)
-            files.verify(asset);
+    AssetFiles files(textOf(recordOf(manifest, "source"), "projectRoot"));
+    if (command.optionalValue("dry-run"))
+        for (const json::value& asset : listOf(manifest, "assets"))
+            files.verify(asRecord(asset));
     else
         FilmLibrary::fromEnvironment().import(manifest, text, files);
-    std::cout << toJson(receiptFor(manifest)) << '\n';
+    std::cout << json::serialize(receiptFor(manifest)) << '\n';
     return 0;
 }
 
-int run(std::span<const std::string_view> arguments) {
-    const auto command = parseCommandLine(arguments);
-    if (!command) {
-        std::cerr << usage();
-        return misused;
-    }
-    const auto misbehaviour = misbehave();
-    const int status = misbehaviour ? *misbehaviour : perform(*command);
-    if (!std::cout.flush())
-        throw Refusal("cannot write the receipt to standard output");
-    return status;
-}
-
 } // namespace
-} // namespace vistrel
+} // namespace simulator::vistrel
 
 int main(int argumentCount, char** argumentValues) {
-    try {
-        const std::vector<std::string_view> all(argumentValues, argumentValues + argumentCount);
-        return vistrel::run(std::span(all).subspan(all.empty() ? 0 : 1));
-    } catch (const std::filesystem::filesystem_error& error) {
-        std::cerr << "cannot use " << simulator::jsonQuoted(error.path1().native()) << ": "
-                  << error.code().message() << '\n';
-    } catch (const std::bad_alloc&) {
-        std::cerr << "there is not enough memory to import the film\n";
-    } catch (const std::exception& error) {
-        std::cerr << error.what() << '\n';
-    }
-    return vistrel::refused;
+    using namespace simulator;
+    return runProgram(argumentCount, argumentValues, {"vistrel", vistrel::forms, vistrel::hint}, "receipt",
+                      vistrel::perform);
 }

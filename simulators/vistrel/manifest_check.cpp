@@ -3,171 +3,157 @@
 #include "manifest_check.hpp"
 
 #include <algorithm>
-#include <array>
+#include <filesystem>
 #include <limits>
 #include <map>
 #include <set>
 
-#include "common/digest.hpp"
-#include "common/json_text.hpp"
+#include "common/handoff.hpp"
 #include "common/refusal.hpp"
 
-namespace vistrel {
+namespace simulator::vistrel {
 namespace {
-
-using simulator::digestOf;
-using simulator::jsonQuoted;
-using simulator::Refusal;
-
-constexpr std::array<std::string_view, 29> importedKinds{
-    "cast-master",      "location-master",      "shot-keyframe",   "shot-clip",
-    "dialogue",         "sound-effect",         "score",           "subtitle-srt",
-    "subtitle-vtt",     "caption-receipt",      "edit-block",      "edit-block-receipt",
-    "rough-cut",        "final-master",         "delivery-master", "poster",
-    "thumbnail",        "technical-review",     "creative-review", "media-inspection",
-    "inspection-frame", "review-frame",         "dialogue-qc",     "sound-qc",
-    "take-selection",   "production-readiness", "review-package",  "human-review",
-    "delivery"};
 
 constexpr std::string_view idPrefix = "film_asset_";
 constexpr std::size_t idDigits = 20;
 constexpr std::string_view digestPrefix = "sha256:";
 constexpr std::size_t digestDigits = 64;
 
-using AssetsById = std::map<std::string_view, const Asset*>;
-
-[[noreturn]] void refuseShot(const Shot& shot, const std::string& reason) {
-    throw Refusal("shot " + jsonQuoted(shot.id) + ": " + reason);
-}
-
-[[noreturn]] void refuseAsset(const Asset& asset, const std::string& reason) {
-    throw Refusal("asset " + jsonQuoted(asset.relativePath) + ": " + reason);
-}
+using PathsById = std::map<std::string, std::string>;
 
 std::string milliseconds(std::int64_t time) { return std::to_string(time) + " ms"; }
 
-/// The prefix, then exactly so many lowercase hexadecimal digits.
+/// Whether the text is the prefix followed by exactly so many lowercase hexadecimal digits.
 bool isPrefixedHex(std::string_view text, std::string_view prefix, std::size_t digits) {
     return text.size() == prefix.size() + digits && text.starts_with(prefix) &&
            text.substr(prefix.size()).find_first_not_of("0123456789abcdef") == std::string_view::npos;
 }
 
-bool hasParentPiece(std::string_view path) {
-    for (std::size_t start = 0; start <= path.size();) {
-        const std::size_t end = std::min(path.find('/', start), path.size());
-        if (path.substr(start, end - start) == "..")
-            return true;
-        start = end + 1;
-    }
-    return false;
+void checkHeader(const json::object& manifest) {
+    const std::string runManifest = textOf(recordOf(manifest, "source"), "runManifest");
+    if (runManifest != "run.json")
+        throw Refusal("source.runManifest: expected \"run.json\", found " + jsonQuoted(runManifest));
+    const std::int64_t duration = integerOf(recordOf(manifest, "project"), "durationMilliseconds");
+    if (duration < 0)
+        throw Refusal("project.durationMilliseconds: a film cannot last " + milliseconds(duration));
 }
 
-void checkHeader(const Manifest& manifest) {
-    if (manifest.source.runManifest != "run.json") {
-        throw Refusal("source.runManifest: expected \"run.json\", found " +
-                      jsonQuoted(manifest.source.runManifest));
+/// The checks of one asset by itself; each failure is a Refusal that names the asset.
+class AssetCheck {
+  public:
+    explicit AssetCheck(const json::object& asset)
+        : id_(textOf(asset, "id")), path_(textOf(asset, "relativePath")), kind_(textOf(asset, "kind")),
+          sha256_(textOf(asset, "sha256")), bytes_(integerOf(asset, "bytes")) {}
+
+    const std::string& id() const noexcept { return id_; }
+    const std::string& path() const noexcept { return path_; }
+
+    [[noreturn]] void refuse(const std::string& reason) const {
+        throw Refusal("asset " + jsonQuoted(path_.empty() ? id_ : path_) + ": " + reason);
     }
-    if (manifest.project.durationMilliseconds < 0) {
-        throw Refusal("project.durationMilliseconds: a film cannot last " +
-                      milliseconds(manifest.project.durationMilliseconds));
+
+    void checkPath() const {
+        if (path_.empty())
+            refuse("the path is empty");
+        if (path_.front() == '/')
+            refuse("the path is not relative to the project folder");
+        const std::filesystem::path path(path_);
+        if (std::ranges::find(path, std::filesystem::path("..")) != path.end())
+            refuse("the path has a \"..\" component");
+        if (path_.find('\0') != std::string::npos)
+            refuse("the path has a NUL character");
     }
+
+    void checkContent() const {
+        if (!isHandedOver(kind_))
+            refuse("the kind " + jsonQuoted(kind_) + " is not one that can be imported");
+        if (bytes_ < 0)
+            refuse("a file cannot have " + std::to_string(bytes_) + " bytes");
+        if (!isPrefixedHex(sha256_, digestPrefix, digestDigits)) {
+            refuse("the digest " + jsonQuoted(sha256_) +
+                   " is not \"sha256:\" followed by 64 lowercase hexadecimal digits");
+        }
+        if (!isPrefixedHex(id_, idPrefix, idDigits)) {
+            refuse("the id " + jsonQuoted(id_) +
+                   " is not \"film_asset_\" followed by 20 lowercase hexadecimal digits");
+        }
+        if (const std::string expected = assetId(path_, sha256_); id_ != expected)
+            refuse("the id is " + jsonQuoted(id_) + ", but its path and digest make " + jsonQuoted(expected));
+    }
+
+  private:
+    std::string id_, path_, kind_, sha256_;
+    std::int64_t bytes_;
+};
+
+PathsById checkAssets(const json::array& assets) {
+    PathsById pathsById;
+    std::set<std::string> paths;
+    for (const json::value& value : assets) {
+        const AssetCheck asset(asRecord(value));
+        asset.checkPath();
+        if (!paths.insert(asset.path()).second)
+            asset.refuse("two assets have this path");
+        if (!pathsById.emplace(asset.id(), asset.path()).second)
+            asset.refuse("another asset has the same id " + jsonQuoted(asset.id()));
+        asset.checkContent();
+    }
+    return pathsById;
 }
 
-void checkPath(const Asset& asset) {
-    const std::string& path = asset.relativePath;
-    if (path.empty())
-        throw Refusal("asset " + jsonQuoted(asset.id) + ": the path is empty");
-    if (path.front() == '/')
-        refuseAsset(asset, "the path is not relative to the project folder");
-    if (hasParentPiece(path))
-        refuseAsset(asset, "the path has a \"..\" piece");
-    if (path.find('\0') != std::string::npos)
-        refuseAsset(asset, "the path has a NUL character");
+[[noreturn]] void refuseShot(const std::string& id, const std::string& reason) {
+    throw Refusal("shot " + jsonQuoted(id) + ": " + reason);
 }
 
-void checkIdentity(const Asset& asset) {
-    if (!isPrefixedHex(asset.sha256, digestPrefix, digestDigits)) {
-        refuseAsset(asset, "the digest " + jsonQuoted(asset.sha256) +
-                               " is not \"sha256:\" followed by 64 lowercase hexadecimal digits");
-    }
-    if (!isPrefixedHex(asset.id, idPrefix, idDigits)) {
-        refuseAsset(asset, "the id " + jsonQuoted(asset.id) +
-                               " is not \"film_asset_\" followed by 20 lowercase hexadecimal digits");
-    }
-    const std::string named =
-        "{\"path\":" + jsonQuoted(asset.relativePath) + ",\"sha256\":" + jsonQuoted(asset.sha256) + "}";
-    const std::string expected = std::string(idPrefix) + digestOf(named).substr(0, idDigits);
-    if (asset.id != expected) {
-        refuseAsset(asset, "the id is " + jsonQuoted(asset.id) + ", but its path and digest make " +
-                               jsonQuoted(expected));
-    }
-}
-
-AssetsById checkAssets(const std::vector<Asset>& assets) {
-    AssetsById byId;
-    std::set<std::string_view> paths;
-    for (const Asset& asset : assets) {
-        checkPath(asset);
-        if (!paths.insert(asset.relativePath).second)
-            refuseAsset(asset, "two assets have this path");
-        if (!byId.emplace(asset.id, &asset).second)
-            refuseAsset(asset, "another asset has the same id " + jsonQuoted(asset.id));
-        if (std::ranges::find(importedKinds, asset.kind) == importedKinds.end())
-            refuseAsset(asset, "the kind " + jsonQuoted(asset.kind) + " is not one that can be imported");
-        if (asset.bytes < 0)
-            refuseAsset(asset, "a file cannot have " + std::to_string(asset.bytes) + " bytes");
-        checkIdentity(asset);
-    }
-    return byId;
-}
-
-void checkLink(const Shot& shot, std::string_view role, const std::optional<std::string>& assetId,
-               const std::string& expectedPath, const AssetsById& assets) {
-    if (!assetId)
+void checkLink(const json::object& shot, const std::string& role, std::string_view key,
+               const std::string& expectedPath, const PathsById& assets) {
+    if (!shot.contains(key))
         return;
-    const auto found = assets.find(*assetId);
-    if (found == assets.end()) {
-        refuseShot(shot,
-                   "its " + std::string(role) + " " + jsonQuoted(*assetId) + " is not among the assets");
-    }
-    if (const std::string& path = found->second->relativePath; path != expectedPath) {
-        refuseShot(shot, "its " + std::string(role) + " is " + jsonQuoted(path) + ", but should be " +
-                             jsonQuoted(expectedPath));
+    const std::string id = textOf(shot, key);
+    const auto found = assets.find(id);
+    if (found == assets.end())
+        refuseShot(textOf(shot, "id"), "its " + role + " " + jsonQuoted(id) + " is not among the assets");
+    if (found->second != expectedPath) {
+        refuseShot(textOf(shot, "id"), "its " + role + " is " + jsonQuoted(found->second) +
+                                           ", but should be " + jsonQuoted(expectedPath));
     }
 }
 
-void checkShots(const std::vector<Shot>& shots, const AssetsById& assets) {
-    std::set<std::string_view> ids;
-    std::int64_t order = 0;
-    std::int64_t clock = 0;
-    for (const Shot& shot : shots) {
-        if (!ids.insert(shot.id).second)
-            refuseShot(shot, "two shots have this id");
-        if (shot.order != order) {
-            refuseShot(shot, "its order is " + std::to_string(shot.order) +
-                                 ", but its place in the film is " + std::to_string(order));
+void checkShots(const json::array& shots, const PathsById& assets) {
+    std::set<std::string> ids;
+    std::int64_t expectedOrder = 0;
+    std::int64_t expectedStart = 0;
+    for (const json::value& value : shots) {
+        const json::object& shot = asRecord(value);
+        const std::string id = textOf(shot, "id");
+        if (!ids.insert(id).second)
+            refuseShot(id, "two shots have this id");
+        if (const std::int64_t order = integerOf(shot, "order"); order != expectedOrder) {
+            refuseShot(id, "its order is " + std::to_string(order) + ", but its position in the film is " +
+                               std::to_string(expectedOrder));
         }
-        if (shot.timelineStartMilliseconds != clock) {
-            refuseShot(shot, "starts at " + milliseconds(shot.timelineStartMilliseconds) +
-                                 ", but the shots before it end at " + milliseconds(clock));
+        const std::int64_t start = integerOf(shot, "timelineStartMilliseconds");
+        if (start != expectedStart) {
+            refuseShot(id, "starts at " + milliseconds(start) + ", but the shots before it end at " +
+                               milliseconds(expectedStart));
         }
-        if (shot.durationMilliseconds < 0)
-            refuseShot(shot, "cannot last " + milliseconds(shot.durationMilliseconds));
-        if (shot.durationMilliseconds > std::numeric_limits<std::int64_t>::max() - clock)
-            refuseShot(shot, "makes the film longer than can be counted in milliseconds");
-        checkLink(shot, "key frame", shot.keyframeAssetId, "frames/" + shot.id + ".png", assets);
-        checkLink(shot, "clip", shot.clipAssetId, "clips/" + shot.id + ".mp4", assets);
-        clock += shot.durationMilliseconds;
-        ++order;
+        const std::int64_t duration = integerOf(shot, "durationMilliseconds");
+        if (duration < 0)
+            refuseShot(id, "cannot last " + milliseconds(duration));
+        if (duration > std::numeric_limits<std::int64_t>::max() - expectedStart)
+            refuseShot(id, "makes the film longer than can be counted in milliseconds");
+        checkLink(shot, "key frame", "keyframeAssetId", "frames/" + id + ".png", assets);
+        checkLink(shot, "clip", "clipAssetId", "clips/" + id + ".mp4", assets);
+        expectedStart += duration;
+        ++expectedOrder;
     }
 }
 
 } // namespace
 
-void checkManifest(const Manifest& manifest) {
+void checkManifest(const json::object& manifest) {
     checkHeader(manifest);
-    const AssetsById assets = checkAssets(manifest.assets);
-    checkShots(manifest.shots, assets);
+    checkShots(listOf(manifest, "shots"), checkAssets(listOf(manifest, "assets")));
 }
 
-} // namespace vistrel
+} // namespace simulator::vistrel

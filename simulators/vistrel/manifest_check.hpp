@@ -2,13 +2,12 @@
 
 #pragma once
 
-#include "manifest.hpp"
+#include "common/record.hpp"
 
-namespace vistrel {
+namespace simulator::vistrel {
 
-/// Refuses a film whose parts contradict each other: shots that do not follow on each other, key frames and
-/// clips that are not among the assets, ids and paths that are not what they should be. Looks at no media
-/// file.
-void checkManifest(const Manifest& manifest);
+/// Refuses a manifest whose parts contradict each other: shots that do not follow on each other, key frames
+/// and clips that are not among the assets, wrong ids and paths. Opens no media file.
+void checkManifest(const json::object& manifest);
 
-} // namespace vistrel
+} // namespace simulator::vistrel

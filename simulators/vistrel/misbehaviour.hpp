@@ -2,13 +2,13 @@
 
 #pragma once
 
-#include <optional>
+#include <span>
 
-namespace vistrel {
+#include "common/misbehaviour.hpp"
 
-/// Does what the environment variable VISTREL_MISBEHAVE asks for and gives the exit status to end with;
-/// nothing when the variable is not set or empty. Programs that start an importer use it to test themselves
-/// against one that breaks its word.
-std::optional<int> misbehave();
+namespace simulator::vistrel {
 
-} // namespace vistrel
+/// The values of VISTREL_MISBEHAVE.
+std::span<const Misbehaviour> misbehaviours();
+
+} // namespace simulator::vistrel

@@ -2,14 +2,12 @@
 
 #include "receipt.hpp"
 
-#include <boost/json.hpp>
+#include <optional>
 
 #include "common/digest.hpp"
 
-namespace vistrel {
+namespace simulator::vistrel {
 namespace {
-
-using simulator::digestOf;
 
 constexpr std::size_t longestName = 40;
 constexpr std::size_t fingerprintDigits = 12;
@@ -30,46 +28,37 @@ std::string readableName(std::string_view id) {
 
 } // namespace
 
-std::string projectIdFor(const Manifest& manifest) {
-    // The name alone would let "film 1" and "film-1" overwrite each other.
-    const std::string& id = manifest.source.projectId;
+std::string projectIdFor(const json::object& manifest) {
+    // With the name alone, "film 1" and "film-1" would replace each other.
+    const std::string id = textOf(recordOf(manifest, "source"), "projectId");
     return "vistrel_" + readableName(id) + "_" + digestOf(id).substr(0, fingerprintDigits);
 }
 
-std::vector<std::int64_t> sceneNumbers(const std::vector<Shot>& shots) {
+std::vector<std::int64_t> sceneNumbers(const json::array& shots) {
     std::vector<std::int64_t> numbers;
     std::int64_t scene = 0;
-    const Shot* before = nullptr;
-    for (const Shot& shot : shots) {
-        if (before == nullptr || before->locationId != shot.locationId)
+    std::optional<std::string> previous;
+    for (const json::value& shot : shots) {
+        std::string location = textOf(asRecord(shot), "locationId");
+        if (previous != location)
             ++scene;
         numbers.push_back(scene);
-        before = &shot;
+        previous = std::move(location);
     }
     return numbers;
 }
 
-Receipt receiptFor(const Manifest& manifest) {
+json::object receiptFor(const json::object& manifest) {
     const std::string projectId = projectIdFor(manifest);
-    const std::vector<std::int64_t> scenes = sceneNumbers(manifest.shots);
-    Receipt receipt;
-    receipt.projectId = projectId;
-    receipt.episodeId = projectId + "_episode_1";
-    receipt.importedScenes = scenes.empty() ? 0 : scenes.back();
-    receipt.importedShots = static_cast<std::int64_t>(manifest.shots.size());
-    receipt.importedAssets = static_cast<std::int64_t>(manifest.assets.size());
-    receipt.projectURL = "vistrel://projects/" + projectId;
-    return receipt;
+    const json::array& shots = listOf(manifest, "shots");
+    const std::vector<std::int64_t> scenes = sceneNumbers(shots);
+    return {{"ok", true},
+            {"project_id", projectId},
+            {"episode_id", projectId + "_episode_1"},
+            {"imported_scenes", scenes.empty() ? 0 : scenes.back()},
+            {"imported_shots", shots.size()},
+            {"imported_assets", listOf(manifest, "assets").size()},
+            {"project_url", "vistrel://projects/" + projectId}};
 }
 
-std::string toJson(const Receipt& receipt) {
-    return boost::json::serialize(boost::json::object{{"ok", receipt.ok},
-                                                      {"project_id", receipt.projectId},
-                                                      {"episode_id", receipt.episodeId},
-                                                      {"imported_scenes", receipt.importedScenes},
-                                                      {"imported_shots", receipt.importedShots},
-                                                      {"imported_assets", receipt.importedAssets},
-                                                      {"project_url", receipt.projectURL}});
-}
-
-} // namespace vistrel
+} // namespace simulator::vistrel

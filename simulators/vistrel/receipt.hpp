@@ -4,30 +4,20 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
-#include "manifest.hpp"
+#include "common/record.hpp"
 
-namespace vistrel {
+namespace simulator::vistrel {
 
-/// What the importer tells its caller about a film.
-struct Receipt {
-    bool ok = true;
-    std::string projectId, episodeId;
-    std::int64_t importedScenes = 0, importedShots = 0, importedAssets = 0;
-    std::string projectURL;
-};
+/// The importer's reply for an accepted film; the same for a dry run and for the import itself.
+json::object receiptFor(const json::object& manifest);
 
-/// The receipt of a film that was accepted; the same for a dry run and for the import itself.
-Receipt receiptFor(const Manifest& manifest);
+/// The project id of a film and the name of its folder. It depends on the id of the film's own project only;
+/// two such ids never get the same. It is safe as a file name.
+std::string projectIdFor(const json::object& manifest);
 
-/// The folder and project id of a film: always the same for one id of the film's own project, and never the
-/// same for two. It is safe as a file name.
-std::string projectIdFor(const Manifest& manifest);
+/// The scene of each shot, counted from 1. Consecutive shots at one location are one scene.
+std::vector<std::int64_t> sceneNumbers(const json::array& shots);
 
-/// The scene of each shot, counted from 1. Shots that follow on each other at one location are one scene.
-std::vector<std::int64_t> sceneNumbers(const std::vector<Shot>& shots);
-
-/// One compact line without its line break.
-std::string toJson(const Receipt& receipt);
-
-} // namespace vistrel
+} // namespace simulator::vistrel

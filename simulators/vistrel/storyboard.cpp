@@ -6,107 +6,104 @@
 #include <cmath>
 #include <map>
 
-#include "common/json_text.hpp"
 #include "receipt.hpp"
 
-namespace vistrel {
+namespace simulator::vistrel {
 namespace {
 
-using simulator::pretty;
-
-namespace json = boost::json;
-
 /// The names and files that the shots refer to by id.
-struct Register {
-    std::map<std::string_view, std::string_view> names;
-    std::map<std::string_view, std::string> files;
+struct References {
+    std::map<std::string, std::string> names, files;
+
+    explicit References(const json::object& manifest) {
+        for (const char* list : {"cast", "locations"})
+            for (const json::value& value : listOf(manifest, list))
+                names.emplace(textOf(asRecord(value), "id"), textOf(asRecord(value), "name"));
+        for (const json::value& value : listOf(manifest, "assets")) {
+            const json::object& asset = asRecord(value);
+            files.emplace(textOf(asset, "id"), storedPath(asset).generic_string());
+        }
+    }
+
+    /// Plans may refer to people and locations that they do not describe; their id serves as the name.
+    std::string nameOf(const std::string& id) const {
+        const auto found = names.find(id);
+        return found != names.end() ? found->second : id;
+    }
 };
 
-Register registerOf(const Manifest& manifest) {
-    Register all;
-    for (const CastMember& member : manifest.cast)
-        all.names.emplace(member.id, member.name);
-    for (const Location& location : manifest.locations)
-        all.names.emplace(location.id, location.name);
-    for (const Asset& asset : manifest.assets)
-        all.files.emplace(asset.id, storedPath(asset).generic_string());
-    return all;
-}
-
-/// Plans may refer to people and places that they do not describe; those keep their id as their name.
-std::string_view nameOf(const Register& all, std::string_view id) {
-    const auto found = all.names.find(id);
-    return found != all.names.end() ? found->second : id;
-}
-
-/// Times beyond any film are cut to the limit, because a conversion of them would have no defined result.
-std::int64_t milliseconds(double seconds) {
+std::int64_t milliseconds(const json::object& record, std::string_view secondsKey) {
+    // Within this limit the conversion to an integer is defined.
     constexpr double limit = 9e12;
-    return std::llround(std::clamp(seconds, -limit, limit) * 1000);
+    return std::llround(std::clamp(numberOf(record, secondsKey), -limit, limit) * 1000);
 }
 
-json::array dialogueOf(const Register& all, const Shot& shot) {
+json::array dialogueOf(const json::object& shot, const References& references) {
     json::array lines;
-    for (const DialogueLine& line : shot.dialogue) {
-        lines.push_back(json::object{{"offsetMilliseconds", milliseconds(line.startSeconds)},
-                                     {"speaker", nameOf(all, line.speaker)},
-                                     {"text", line.text},
-                                     {"delivery", line.delivery}});
+    for (const json::value& value : listOf(shot, "dialogue")) {
+        const json::object& line = asRecord(value);
+        lines.push_back(json::object{{"offsetMilliseconds", milliseconds(line, "startSeconds")},
+                                     {"speaker", references.nameOf(textOf(line, "speaker"))},
+                                     {"text", textOf(line, "text")},
+                                     {"delivery", textOf(line, "delivery")}});
     }
     return lines;
 }
 
-json::array soundOf(const Shot& shot) {
+json::array soundEffectsOf(const json::object& shot) {
     json::array effects;
-    for (const SoundEffect& effect : shot.soundEffects) {
-        effects.push_back(json::object{{"offsetMilliseconds", milliseconds(effect.startSeconds)},
-                                       {"durationMilliseconds", milliseconds(effect.durationSeconds)},
-                                       {"sound", effect.prompt}});
+    for (const json::value& value : listOf(shot, "soundEffects")) {
+        const json::object& effect = asRecord(value);
+        effects.push_back(json::object{{"offsetMilliseconds", milliseconds(effect, "startSeconds")},
+                                       {"durationMilliseconds", milliseconds(effect, "durationSeconds")},
+                                       {"sound", textOf(effect, "prompt")}});
     }
     return effects;
 }
 
-json::object shotOf(const Register& all, const Shot& shot, std::int64_t scene) {
-    json::object entry{{"id", shot.id},
-                       {"scene", scene},
-                       {"startMilliseconds", shot.timelineStartMilliseconds},
-                       {"endMilliseconds", shot.timelineStartMilliseconds + shot.durationMilliseconds},
-                       {"purpose", shot.purpose},
-                       {"location", nameOf(all, shot.locationId)}};
+json::object shotOf(const json::object& shot, std::int64_t scene, const References& references) {
+    const std::int64_t start = integerOf(shot, "timelineStartMilliseconds");
     json::array characters;
-    for (const std::string& id : shot.characterIds)
-        characters.emplace_back(nameOf(all, id));
-    entry["characters"] = std::move(characters);
-    if (shot.keyframeAssetId)
-        entry["keyFrame"] = all.files.at(*shot.keyframeAssetId);
-    if (shot.clipAssetId)
-        entry["clip"] = all.files.at(*shot.clipAssetId);
-    entry["dialogue"] = dialogueOf(all, shot);
-    entry["soundEffects"] = soundOf(shot);
-    entry["transition"] = shot.transition;
+    for (const json::value& id : listOf(shot, "characterIds"))
+        characters.emplace_back(references.nameOf(std::string(id.as_string())));
+    json::object entry{{"id", textOf(shot, "id")},
+                       {"scene", scene},
+                       {"startMilliseconds", start},
+                       {"endMilliseconds", start + integerOf(shot, "durationMilliseconds")},
+                       {"purpose", textOf(shot, "purpose")},
+                       {"location", references.nameOf(textOf(shot, "locationId"))},
+                       {"characters", std::move(characters)}};
+    if (shot.contains("keyframeAssetId"))
+        entry["keyFrame"] = references.files.at(textOf(shot, "keyframeAssetId"));
+    if (shot.contains("clipAssetId"))
+        entry["clip"] = references.files.at(textOf(shot, "clipAssetId"));
+    entry["dialogue"] = dialogueOf(shot, references);
+    entry["soundEffects"] = soundEffectsOf(shot);
+    entry["transition"] = textOf(shot, "transition");
     return entry;
 }
 
 } // namespace
 
-std::filesystem::path storedPath(const Asset& asset) {
-    return "assets" / std::filesystem::path(asset.relativePath).lexically_normal();
+std::filesystem::path storedPath(const json::object& asset) {
+    return "assets" / std::filesystem::path(textOf(asset, "relativePath")).lexically_normal();
 }
 
-std::string storyboardOf(const Manifest& manifest) {
-    const Register all = registerOf(manifest);
-    const std::vector<std::int64_t> scenes = sceneNumbers(manifest.shots);
-    json::object board{{"title", manifest.project.title}};
-    if (manifest.project.logline)
-        board["logline"] = *manifest.project.logline;
-    board["durationMilliseconds"] = manifest.project.durationMilliseconds;
-    board["framesPerSecond"] = manifest.project.fps;
-    board["aspectRatio"] = manifest.project.aspectRatio;
+json::object storyboardOf(const json::object& manifest) {
+    const References references(manifest);
+    const json::object& project = recordOf(manifest, "project");
+    json::object board{{"title", textOf(project, "title")}};
+    if (project.contains("logline"))
+        board["logline"] = textOf(project, "logline");
+    board["durationMilliseconds"] = integerOf(project, "durationMilliseconds");
+    board["framesPerSecond"] = integerOf(project, "fps");
+    board["aspectRatio"] = textOf(project, "aspectRatio");
+    const std::vector<std::int64_t> scenes = sceneNumbers(listOf(manifest, "shots"));
     json::array shots;
-    for (std::size_t index = 0; index < manifest.shots.size(); ++index)
-        shots.push_back(shotOf(all, manifest.shots[index], scenes[index]));
+    for (const json::value& shot : listOf(manifest, "shots"))
+        shots.push_back(shotOf(asRecord(shot), scenes[shots.size()], references));
     board["shots"] = std::move(shots);
-    return pretty(board);
+    return board;
 }
 
-} // namespace vistrel
+} // namespace simulator::vistrel

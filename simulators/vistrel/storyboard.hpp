@@ -3,16 +3,15 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
 
-#include "manifest.hpp"
+#include "common/record.hpp"
 
-namespace vistrel {
+namespace simulator::vistrel {
 
-/// Where a project keeps an asset, relative to the project's folder.
-std::filesystem::path storedPath(const Asset& asset);
+/// The path of an asset in its project, relative to the project's folder.
+std::filesystem::path storedPath(const json::object& asset);
 
-/// The film as a timed storyboard: a JSON document for people, all times in whole milliseconds.
-std::string storyboardOf(const Manifest& manifest);
+/// The film as a timed storyboard for people, all times in whole milliseconds.
+json::object storyboardOf(const json::object& manifest);
 
-} // namespace vistrel
+} // namespace simulator::vistrel

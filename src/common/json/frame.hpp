@@ -19,12 +19,15 @@ namespace kinovane::json {
 /// State that few frames need: those of maps, of records that are read through a form, and of values that are
 /// wrong.
 struct Extra {
-    std::map<std::size_t, Failure>
-        rowFailures;         ///< Of a record's members, or of a list's first wrong element.
-    KeyFailures keyFailures; ///< Of a map's values.
-    std::string entryKey;    ///< The key of the map's entry that is being read.
+    /// Of a record's members, by row, or of a list's first wrong element, by index.
+    std::map<std::size_t, Failure> rowFailures;
+    /// Of a map's values.
+    KeyFailures keyFailures;
+    /// The key of the map's entry that is being read.
+    std::string entryKey;
+    /// The form that is being read, and the record that is made of it.
     std::shared_ptr<void> form;
-    void* record = nullptr; ///< The record that is made of the form.
+    void* record = nullptr;
 };
 
 /// An object or a list that is being read.

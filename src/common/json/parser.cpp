@@ -36,7 +36,6 @@ class EventHandler {
         : builder_(target, shape, results) {}
 
     ValueBuilder& builder() { return builder_; }
-    const ValueBuilder& builder() const { return builder_; }
 
     bool on_document_begin(Error& /*error*/) { return true; }
     bool on_document_end(Error& /*error*/) { return true; }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Where an artifact's path leads: the examination and an independent model agree on every path in a tree of
+// The examination of an artifact and an independent model of path resolution agree on every path in a tree of
 // directories and links.
 
 #include <array>
@@ -22,9 +22,9 @@
 namespace kinovane::fuzz {
 namespace {
 
-/// A low byte of the input stands for one of these names; those in a row are parted by slashes. The byte
-/// after them stands for NUL, the two highest for what is named below, and every other one for itself. Kept
-/// inputs rely on the order.
+/// A byte of the input below 45 encodes one of these names; consecutive names are separated by slashes. Byte
+/// 45 encodes NUL, the two highest bytes are below, and every other byte encodes itself. The regression
+/// corpus depends on the order.
 constexpr std::string_view names[] = {"a.png",
                                       "b.png",
                                       "frames",
@@ -73,8 +73,8 @@ constexpr std::string_view names[] = {"a.png",
 static_assert(std::size(names) == 45);
 
 constexpr unsigned magicByte = 254; ///< The name "magic".
-constexpr unsigned longByte = 255;  ///< "." and so many slashes that three of them make a path too long.
-constexpr std::size_t longCount = 1400;
+constexpr unsigned longByte = 255;  ///< "." and many slashes; three of them make a path too long.
+constexpr std::size_t slashCount = 1400;
 
 std::string pathOf(std::string_view input) {
     std::string path;
@@ -87,7 +87,7 @@ std::string pathOf(std::string_view input) {
         if (isName)
             path += number == magicByte ? "magic" : names[number];
         else if (number == longByte)
-            path.append(".").append(longCount, '/');
+            path.append(".").append(slashCount, '/');
         else if (number == std::size(names))
             path += '\0';
         else
@@ -112,16 +112,16 @@ Verdict verdictOf(const VistrelHandoffError& refusal, const std::string& path) {
 Verdict verdictOf(std::error_code failure, const std::string& path) {
     if (failure == std::errc::is_a_directory)
         return Verdict::directory;
-    promise(failure == std::errc::operation_not_supported, "the tree holds nothing else that cannot be read",
+    promise(failure == std::errc::operation_not_supported, "the tree holds no other file that cannot be read",
             path);
     return Verdict::noRegularFile;
 }
 
-/// One of the directories that are taken for a project's, with what an audit makes for it once.
+/// One of the directories that are used as a project's directory, with the examiner of its artifacts.
 class Project {
   public:
     explicit Project(std::string root) : root_(std::move(root)), directory_(root_) {}
-    Project(const Project&) = delete; // The examiner keeps to its directory.
+    Project(const Project&) = delete; // The examiner refers to directory_.
     Project& operator=(const Project&) = delete;
     ~Project() = default;
 
@@ -145,9 +145,9 @@ class Project {
         const auto outcomes = VistrelHandoffBuilder::audit(snapshot);
         promise(outcomes.size() == 1, "an audit has one outcome for one artifact");
         const ArtifactOutcome& outcome = outcomes.front();
-        promise(!outcome.refusal || !outcome.failure, "an artifact has one fault", artifact.path);
-        promise(outcome.sound() == (!outcome.refusal && !outcome.failure), "sound is what has no fault",
-                artifact.path);
+        promise(!outcome.refusal || !outcome.failure, "an artifact has one kind of failure", artifact.path);
+        promise(outcome.sound() == (!outcome.refusal && !outcome.failure),
+                "an artifact is sound when it has no failure", artifact.path);
         if (outcome.refusal)
             return verdictOf(*outcome.refusal, artifact.path);
         return outcome.failure ? verdictOf(outcome.failure, artifact.path) : Verdict::sound;
@@ -170,11 +170,11 @@ void compare(std::size_t choice, std::string_view input) {
                                 "film"};
     const Verdict expected = verdictOf(tree, project.root(), artifact.path);
     const std::string what = project.root() + " : " + artifact.path;
-    promise(project.examined(artifact) == expected, "an artifact's path leads where it leads", what);
-    // A whole audit costs as much as the examination of many artifacts, so only few inputs have one.
+    promise(project.examined(artifact) == expected, "the examination and the model agree", what);
+    // A whole audit is as slow as the examination of many artifacts, so only few inputs get one.
     constexpr std::size_t firstAudited = 250;
     if (choice >= firstAudited && input.size() % 8 == 0)
-        promise(project.audited(artifact) == expected, "an audit finds the same", what);
+        promise(project.audited(artifact) == expected, "the audit and the model agree", what);
 }
 
 } // namespace

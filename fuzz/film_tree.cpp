@@ -15,85 +15,85 @@ namespace fs = std::filesystem;
 namespace {
 
 struct Entry {
-    const char* name; ///< Directories come before what lies in them.
-    Thing thing;
+    const char* name; ///< Directories come before their entries.
+    FileType type;
     const char* target =
-        ""; ///< "@" in front stands for the directory of the whole tree, "#" for an open "film".
+        ""; ///< A leading "@" is the directory of the whole tree, "#" an open descriptor of "film".
 };
 
 constexpr Entry entries[] = {
-    {"film", Thing::directory},
-    {"film/a.png", Thing::soundFile},
-    {"film/b.png", Thing::changedFile},
-    {"film/..b", Thing::soundFile},
-    {"film/...", Thing::directory},
-    {"film/.../a.png", Thing::soundFile},
-    {"film/pipe", Thing::fifo},
-    {"film/frames", Thing::directory},
-    {"film/frames/a.png", Thing::soundFile},
-    {"film/frames/b.png", Thing::soundFile},
-    {"film/frames/deep", Thing::directory},
-    {"film/frames/deep/a.png", Thing::changedFile},
-    {"film/frames/up", Thing::link, "../a.png"},
-    {"film/frames/higher", Thing::link, "../../outside/a.png"},
-    {"film/in", Thing::link, "a.png"},
-    {"film/in-frames", Thing::link, "frames"},
-    {"film/in-deep", Thing::link, "in-frames/./deep/"},
-    {"film/in-slash", Thing::link, "a.png/"},
-    {"film/in-pipe", Thing::link, "pipe"},
-    {"film/here", Thing::link, "."},
-    {"film/above", Thing::link, ".."},
-    {"film/top", Thing::link, "/"},
-    {"film/out", Thing::link, "../outside"},
-    {"film/out-file", Thing::link, "../outside/a.png"},
-    {"film/out-pipe", Thing::link, "../outside/pipe"},
-    {"film/out-and-in", Thing::link, "../outside/back"},
-    {"film/full", Thing::link, "@/film/a.png"},
-    {"film/full-out", Thing::link, "@/outside/a.png"},
-    {"film/full-given", Thing::link, "@/given/frames"},
-    {"film/longer", Thing::link, "../film-other/a.png"},
-    {"film/shorter", Thing::link, "../fil/a.png"},
-    {"film/nowhere", Thing::link, "nothing"},
-    {"film/nowhere-out", Thing::link, "../outside/nothing"},
-    {"film/nowhere-back", Thing::link, "../outside/../film/nothing"},
-    {"film/nowhere-climb", Thing::link, "nothing/../../outside/a.png"},
-    {"film/nowhere-return", Thing::link, "nothing/../a.png"},
-    {"film/through-file", Thing::link, "a.png/../b.png"},
-    {"film/loop", Thing::link, "loop"},
-    {"film/ping", Thing::link, "frames/../pong"},
-    {"film/pong", Thing::link, "here/ping"},
-    {"film/loop-out", Thing::link, "../outside/loop"},
-    {"film/magic", Thing::link, "#"},
-    {"outside", Thing::directory},
-    {"outside/a.png", Thing::soundFile},
-    {"outside/frames", Thing::directory},
-    {"outside/frames/a.png", Thing::soundFile},
-    {"outside/pipe", Thing::fifo},
-    {"outside/back", Thing::link, "../film/a.png"},
-    {"outside/home", Thing::link, "@/film"},
-    {"outside/loop", Thing::link, "loop"},
-    {"film-other", Thing::directory},
-    {"film-other/a.png", Thing::soundFile},
-    {"fil", Thing::directory},
-    {"fil/a.png", Thing::soundFile},
-    {"given", Thing::link, "film"},
+    {"film", FileType::directory},
+    {"film/a.png", FileType::soundFile},
+    {"film/b.png", FileType::changedFile},
+    {"film/..b", FileType::soundFile},
+    {"film/...", FileType::directory},
+    {"film/.../a.png", FileType::soundFile},
+    {"film/pipe", FileType::fifo},
+    {"film/frames", FileType::directory},
+    {"film/frames/a.png", FileType::soundFile},
+    {"film/frames/b.png", FileType::soundFile},
+    {"film/frames/deep", FileType::directory},
+    {"film/frames/deep/a.png", FileType::changedFile},
+    {"film/frames/up", FileType::link, "../a.png"},
+    {"film/frames/higher", FileType::link, "../../outside/a.png"},
+    {"film/in", FileType::link, "a.png"},
+    {"film/in-frames", FileType::link, "frames"},
+    {"film/in-deep", FileType::link, "in-frames/./deep/"},
+    {"film/in-slash", FileType::link, "a.png/"},
+    {"film/in-pipe", FileType::link, "pipe"},
+    {"film/here", FileType::link, "."},
+    {"film/above", FileType::link, ".."},
+    {"film/top", FileType::link, "/"},
+    {"film/out", FileType::link, "../outside"},
+    {"film/out-file", FileType::link, "../outside/a.png"},
+    {"film/out-pipe", FileType::link, "../outside/pipe"},
+    {"film/out-and-in", FileType::link, "../outside/back"},
+    {"film/full", FileType::link, "@/film/a.png"},
+    {"film/full-out", FileType::link, "@/outside/a.png"},
+    {"film/full-given", FileType::link, "@/given/frames"},
+    {"film/longer", FileType::link, "../film-other/a.png"},
+    {"film/shorter", FileType::link, "../fil/a.png"},
+    {"film/nowhere", FileType::link, "nothing"},
+    {"film/nowhere-out", FileType::link, "../outside/nothing"},
+    {"film/nowhere-back", FileType::link, "../outside/../film/nothing"},
+    {"film/nowhere-climb", FileType::link, "nothing/../../outside/a.png"},
+    {"film/nowhere-return", FileType::link, "nothing/../a.png"},
+    {"film/through-file", FileType::link, "a.png/../b.png"},
+    {"film/loop", FileType::link, "loop"},
+    {"film/ping", FileType::link, "frames/../pong"},
+    {"film/pong", FileType::link, "here/ping"},
+    {"film/loop-out", FileType::link, "../outside/loop"},
+    {"film/magic", FileType::link, "#"},
+    {"outside", FileType::directory},
+    {"outside/a.png", FileType::soundFile},
+    {"outside/frames", FileType::directory},
+    {"outside/frames/a.png", FileType::soundFile},
+    {"outside/pipe", FileType::fifo},
+    {"outside/back", FileType::link, "../film/a.png"},
+    {"outside/home", FileType::link, "@/film"},
+    {"outside/loop", FileType::link, "loop"},
+    {"film-other", FileType::directory},
+    {"film-other/a.png", FileType::soundFile},
+    {"fil", FileType::directory},
+    {"fil/a.png", FileType::soundFile},
+    {"given", FileType::link, "film"},
 };
 
-void make(const fs::path& place, const Node& node) {
-    switch (node.thing) {
-    case Thing::directory:
-        fs::create_directory(place);
+void make(const fs::path& path, const Node& node) {
+    switch (node.type) {
+    case FileType::directory:
+        fs::create_directory(path);
         break;
-    case Thing::soundFile:
-    case Thing::changedFile:
-        std::ofstream(place) << (node.thing == Thing::soundFile ? soundContent : changedContent);
+    case FileType::soundFile:
+    case FileType::changedFile:
+        std::ofstream(path) << (node.type == FileType::soundFile ? soundContent : changedContent);
         break;
-    case Thing::fifo:
-        if (::mkfifo(place.c_str(), 0600) != 0)
-            throw std::runtime_error("no FIFO");
+    case FileType::fifo:
+        if (::mkfifo(path.c_str(), 0600) != 0)
+            throw std::runtime_error("cannot make a FIFO");
         break;
-    case Thing::link:
-        fs::create_symlink(node.target, place);
+    case FileType::link:
+        fs::create_symlink(node.target, path);
         break;
     }
 }
@@ -104,7 +104,7 @@ FilmTree::FilmTree(const fs::path& area) {
     for (fs::path above = area; nodes_.emplace(above.native(), Node()).second;)
         above = above.parent_path();
     for (const Entry& entry : entries) {
-        Node node{entry.thing, entry.target};
+        Node node{entry.type, entry.target};
         if (node.target.starts_with('@'))
             node.target.replace(0, 1, area.native());
         if (node.target.starts_with('#')) {
@@ -116,8 +116,8 @@ FilmTree::FilmTree(const fs::path& area) {
     }
 }
 
-const Node* FilmTree::at(const std::string& place) const {
-    const auto node = nodes_.find(place);
+const Node* FilmTree::at(const std::string& path) const {
+    const auto node = nodes_.find(path);
     return node == nodes_.end() ? nullptr : &node->second;
 }
 

@@ -11,7 +11,7 @@
 
 namespace kinovane::fuzz {
 
-/// What every sound file of the tree holds, inside a project and outside, and what a changed file holds.
+/// The content of every sound file of the tree, inside a project and outside, and of every changed file.
 inline constexpr std::string_view soundContent = "content";
 inline constexpr std::string_view soundDigest =
     "sha256:ed7002b439e9ac845f22357d822bac1444730fbdb6016d3ec9432297b9ec9f73";
@@ -19,27 +19,26 @@ inline constexpr std::string_view changedContent = "changed";
 inline constexpr std::string_view changedDigest =
     "sha256:d67e2e944994496c8d8ec76eed0cf9f09679448d584b532bebf941852a37f5ed";
 
-enum class Thing { directory, soundFile, changedFile, fifo, link };
+enum class FileType { directory, soundFile, changedFile, fifo, link };
 
 struct Node {
-    Thing thing = Thing::directory;
-    std::string target; ///< Of a link.
+    FileType type = FileType::directory;
+    std::string target; ///< For a link.
 };
 
-/// A project's directory "film" among others, with a link of every sort: described in memory, by absolute
-/// place, and made on disk. "/" is the only place whose text ends in a slash.
+/// A project's directory "film" and others, with links of every kind: described in memory, by absolute path,
+/// and created on disk. No path but "/" ends in a slash.
 class FilmTree {
   public:
-    /// Describes and makes the tree in an existing directory, given by its real place.
+    /// Creates the tree in an existing directory, given by its real path.
     explicit FilmTree(const std::filesystem::path& area);
 
-    /// What lies at a place; null when that is nothing.
-    const Node* at(const std::string& place) const;
+    /// The file at an absolute path; null when it does not exist.
+    const Node* at(const std::string& path) const;
 
   private:
     std::map<std::string, Node, std::less<>> nodes_;
-    Descriptor
-        film_; ///< What a magic link leads to; in /proc, of which nothing is described, so it leads out.
+    Descriptor film_; ///< Target of the magic link. /proc is not described, so the link leads out.
 };
 
 } // namespace kinovane::fuzz

@@ -24,49 +24,51 @@ std::vector<std::string_view> namesOf(std::string_view path) {
     return names;
 }
 
-/// Where a path leads. After a place at which nothing is, it goes on by name alone.
-class Way {
+/// Resolves paths on the description of the tree. After a component that does not exist, resolution continues
+/// with the text only.
+class ModelResolution {
   public:
-    explicit Way(const FilmTree& tree) : tree_(tree) {}
+    explicit ModelResolution(const FilmTree& tree) : tree_(tree) {}
 
-    /// Follows a path to its end; a path that ends in a slash names a directory.
-    void follow(std::string_view path) {
+    /// Resolves a path relative to the location reached so far; a path that ends in a slash names a
+    /// directory.
+    void resolve(std::string_view path) {
         if (path.starts_with('/'))
             names_.clear();
         for (const std::string_view name : namesOf(path))
-            step(name);
+            resolveComponent(name);
         if (path.ends_with('/'))
-            step(".");
+            resolveComponent(".");
     }
 
-    /// A file or a directory; null when nothing is here.
-    const Node* node() const { return lost_ ? nullptr : tree_.at(place()); }
+    /// The file or directory at the location; null when it does not exist.
+    const Node* node() const { return missing_ ? nullptr : tree_.at(location()); }
 
-    /// A way of its own that goes on from here: links are counted anew.
-    Way from(std::string_view path) const {
-        Way way = *this;
-        way.links_ = 0;
-        way.follow(path);
-        return way;
+    /// A separate resolution that starts at this location; it counts its links from 0.
+    ModelResolution from(std::string_view path) const {
+        ModelResolution result = *this;
+        result.links_ = 0;
+        result.resolve(path);
+        return result;
     }
 
-    bool isBelow(const Way& other) const {
+    bool isBelow(const ModelResolution& other) const {
         return names_.size() > other.names_.size() &&
                std::equal(other.names_.begin(), other.names_.end(), names_.begin());
     }
 
   private:
-    std::string place() const {
-        std::string place;
+    std::string location() const {
+        std::string location;
         for (const std::string& name : names_)
-            place += "/" + name;
-        return place.empty() ? "/" : place;
+            location += "/" + name;
+        return location.empty() ? "/" : location;
     }
 
-    void step(std::string_view name) {
-        const Node* here = node();
-        if (here == nullptr || here->thing != Thing::directory)
-            lost_ = true; // Nothing lies in what is no directory, not even "." and "..".
+    void resolveComponent(std::string_view name) {
+        const Node* parent = node();
+        if (parent == nullptr || parent->type != FileType::directory)
+            missing_ = true; // Only a directory has entries, "." and ".." included.
         if (name == ".")
             return;
         if (name == "..") {
@@ -75,24 +77,24 @@ class Way {
             return;
         }
         names_.emplace_back(name);
-        const Node* there = node();
-        if (there == nullptr) {
-            lost_ = true;
-        } else if (there->thing == Thing::link) {
-            constexpr int mostLinks = 40;
-            if (links_ == mostLinks) {
-                lost_ = true;
+        const Node* child = node();
+        if (child == nullptr) {
+            missing_ = true;
+        } else if (child->type == FileType::link) {
+            constexpr int maximumLinks = 40;
+            if (links_ == maximumLinks) {
+                missing_ = true;
                 return;
             }
             ++links_;
             names_.pop_back();
-            follow(there->target);
+            resolve(child->target);
         }
     }
 
     const FilmTree& tree_;
     std::vector<std::string> names_;
-    bool lost_ = false;
+    bool missing_ = false;
     int links_ = 0;
 };
 
@@ -103,25 +105,25 @@ Verdict verdictOf(const FilmTree& tree, const std::string& root, std::string_vie
     if (path.starts_with('/') || path.find('\0') != std::string_view::npos ||
         std::find(names.begin(), names.end(), "..") != names.end())
         return Verdict::unsafe;
-    const Way project = Way(tree).from(root);
-    const Way way = project.from(path);
-    if (!way.isBelow(project))
+    const ModelResolution project = ModelResolution(tree).from(root);
+    const ModelResolution artifact = project.from(path);
+    if (!artifact.isBelow(project))
         return Verdict::unsafe;
-    // What the system is given ends in a NUL byte.
+    // The limit of the system includes the final NUL byte.
     const std::size_t slash = root.ends_with('/') ? 0 : 1;
     const bool isTooLong = root.size() + slash + path.size() + 1 > PATH_MAX;
-    const Node* node = way.node();
+    const Node* node = artifact.node();
     if (node == nullptr || isTooLong)
         return Verdict::missing;
-    switch (node->thing) {
-    case Thing::soundFile:
+    switch (node->type) {
+    case FileType::soundFile:
         return Verdict::sound;
-    case Thing::changedFile:
+    case FileType::changedFile:
         return Verdict::changed;
-    case Thing::directory:
+    case FileType::directory:
         return Verdict::directory;
-    case Thing::fifo:
-    case Thing::link:
+    case FileType::fifo:
+    case FileType::link:
         break;
     }
     return Verdict::noRegularFile;

@@ -9,11 +9,11 @@
 
 namespace kinovane::fuzz {
 
-/// What examining an artifact gives.
+/// The result of examining an artifact.
 enum class Verdict { sound, changed, unsafe, missing, directory, noRegularFile };
 
-/// What examining the artifact at `path` of the project at `root` (an absolute place) has to give. Worked out
-/// on the description of the tree alone.
+/// The expected result for the artifact at `path` of the project at `root` (an absolute path), computed from
+/// the description of the tree without the file system.
 Verdict verdictOf(const FilmTree& tree, const std::string& root, std::string_view path);
 
 } // namespace kinovane::fuzz

@@ -1,67 +1,69 @@
 // SPDX-License-Identifier: Apache-2.0
 
+// A link on the path of an artifact is replaced again and again while the artifact is verified.
+
 #include <filesystem>
 #include <functional>
 
 #include <gtest/gtest.h>
 
-#include "support/besieged_film.hpp"
+#include "support/path_race.hpp"
 
 namespace kinovane::test {
 namespace {
 
 namespace fs = std::filesystem;
 
-/// Replaces what lies at a place again and again; the place is never empty. `prepare` makes, under the given
-/// name, what is to be put there; it is told which of the two is wanted.
-void besiege(const BesiegedFilm& film, const fs::path& name,
-             const std::function<void(const fs::path&, bool outside)>& prepare) {
-    const fs::path place = film.area / name.string();
-    const fs::path next = film.area / (name.string() + ".next");
-    prepare(place, false);
-    const BesiegedFilm::Tally tally = film.besiege([&](std::size_t turn) {
-        prepare(next, turn % 2 == 0);
-        fs::rename(next, place);
+/// Replaces `entry` by renaming, so that it always exists. `make` creates the replacement under the given
+/// name; it leads out of the project or not, in turn.
+void replaceDuring(const PathRace& race, const fs::path& entry,
+                   const std::function<void(const fs::path& name, bool leadsOutside)>& make) {
+    const fs::path location = race.area / entry.string();
+    const fs::path replacement = race.area / (entry.string() + ".next");
+    make(location, false);
+    const PathRace::Counts counts = race.run([&](std::size_t turn) {
+        make(replacement, turn % 2 == 0);
+        fs::rename(replacement, location);
     });
-    testing::Test::RecordProperty("unsafe", tally.unsafe);
-    testing::Test::RecordProperty("inside", tally.inside);
-    testing::Test::RecordProperty("other", tally.other);
+    testing::Test::RecordProperty("unsafe", counts.unsafe);
+    testing::Test::RecordProperty("inside", counts.inside);
+    testing::Test::RecordProperty("other", counts.other);
 }
 
-TEST(LinkRace, ALinkToAFile) {
-    besiege(BesiegedFilm("l"), "film/l", [](const fs::path& name, bool outside) {
-        fs::create_symlink(outside ? "../outside/secret.bin" : "inside.bin", name);
-    });
-}
-
-TEST(LinkRace, ALinkToAFolder) {
-    besiege(BesiegedFilm("l/secret.bin"), "film/l", [](const fs::path& name, bool outside) {
-        fs::create_symlink(outside ? "../outside" : "sub", name);
+TEST(LinkRace, AcceptsNoFileOutsideThroughALinkToAFile) {
+    replaceDuring(PathRace("l"), "film/l", [](const fs::path& name, bool leadsOutside) {
+        fs::create_symlink(leadsOutside ? "../outside/secret.bin" : "inside.bin", name);
     });
 }
 
-TEST(LinkRace, AFileThatBecomesALink) {
-    besiege(BesiegedFilm("l"), "film/l", [](const fs::path& name, bool outside) {
-        if (outside)
+TEST(LinkRace, AcceptsNoFileOutsideThroughALinkToADirectory) {
+    replaceDuring(PathRace("l/secret.bin"), "film/l", [](const fs::path& name, bool leadsOutside) {
+        fs::create_symlink(leadsOutside ? "../outside" : "sub", name);
+    });
+}
+
+TEST(LinkRace, AcceptsNoFileOutsideWhenAFileBecomesALink) {
+    replaceDuring(PathRace("l"), "film/l", [](const fs::path& name, bool leadsOutside) {
+        if (leadsOutside)
             fs::create_symlink("../outside/secret.bin", name);
         else
             fs::copy_file(name.parent_path() / "inside.bin", name);
     });
 }
 
-TEST(LinkRace, ALinkBehindOneThatLeadsOutAndBackIn) {
-    const BesiegedFilm film("way/back/l");
-    fs::create_symlink("../outside", film.area / "film/way");
-    besiege(film, "film/l", [](const fs::path& name, bool outside) {
-        fs::create_symlink(outside ? "../outside/secret.bin" : "inside.bin", name);
+TEST(LinkRace, AcceptsNoFileOutsideThroughALinkAfterAPathOutAndBackIn) {
+    const PathRace race("out/back/l");
+    fs::create_symlink("../outside", race.area / "film/out");
+    replaceDuring(race, "film/l", [](const fs::path& name, bool leadsOutside) {
+        fs::create_symlink(leadsOutside ? "../outside/secret.bin" : "inside.bin", name);
     });
 }
 
-TEST(LinkRace, AFolderBehindALinkThatLeadsOutAndBackIn) {
-    const BesiegedFilm film("way/back/l/secret.bin");
-    fs::create_symlink("../outside", film.area / "film/way");
-    besiege(film, "film/l", [](const fs::path& name, bool outside) {
-        fs::create_symlink(outside ? "../outside" : "sub", name);
+TEST(LinkRace, AcceptsNoFileOutsideThroughADirectoryAfterAPathOutAndBackIn) {
+    const PathRace race("out/back/l/secret.bin");
+    fs::create_symlink("../outside", race.area / "film/out");
+    replaceDuring(race, "film/l", [](const fs::path& name, bool leadsOutside) {
+        fs::create_symlink(leadsOutside ? "../outside" : "sub", name);
     });
 }
 

@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// One that a single read takes, some that need several, and one that is read ahead.
+/// Read at once, read in several chunks, and read ahead.
 constexpr std::array<std::size_t, ChangingFilm::fileCount> sizes{1000, 200'000, 1'048'577, 4'194'309};
 
 std::string nameOf(std::size_t index) { return std::to_string(index) + ".mp4"; }
@@ -35,41 +35,43 @@ fs::path ChangingFilm::file(std::size_t index) const { return clips() / nameOf(i
 
 fs::path ChangingFilm::otherFile(std::size_t index) const { return others() / nameOf(index); }
 
-Fate ChangingFilm::fateOf(const VistrelHandoffError& error) const {
+FileResult ChangingFilm::resultOf(const VistrelHandoffError& error) const {
     return std::visit(Overloaded{
                           [](const VistrelHandoffError::missingArtifact& missing) {
-                              return missing.path.starts_with("clips/") ? Fate::missing : Fate::wrong;
+                              return missing.path.starts_with("clips/") ? FileResult::missing
+                                                                        : FileResult::wrong;
                           },
                           [&](const VistrelHandoffError::hashMismatch& mismatch) {
                               if (mismatch.actual == mismatch.expected)
-                                  return Fate::wrong;
-                              return mismatch.actual == otherDigests_.at(mismatch.path) ? Fate::other
-                                                                                        : Fate::mixed;
+                                  return FileResult::wrong;
+                              return mismatch.actual == otherDigests_.at(mismatch.path) ? FileResult::other
+                                                                                        : FileResult::mixed;
                           },
-                          [](const auto& /*refusal*/) { return Fate::wrong; },
+                          [](const auto& /*refusal*/) { return FileResult::wrong; },
                       },
                       error.value());
 }
 
-void ChangingFilm::audit(unsigned workers, Fates& fates) const {
+void ChangingFilm::audit(unsigned workers, ResultCounts& results) const {
     for (const ArtifactOutcome& outcome : VistrelHandoffBuilder::audit(maker_.snapshot, {workers, {}, {}}))
         if (outcome.sound())
-            ++fates[Fate::sound];
+            ++results[FileResult::sound];
         else if (outcome.refusal)
-            ++fates[fateOf(*outcome.refusal)];
+            ++results[resultOf(*outcome.refusal)];
         else
-            ++fates[outcome.description().find(outcome.artifact.path) != std::string::npos ? Fate::unreadable
-                                                                                           : Fate::wrong];
+            ++results[outcome.description().find(outcome.artifact.path) != std::string::npos
+                          ? FileResult::unreadable
+                          : FileResult::wrong];
 }
 
-void ChangingFilm::build(unsigned workers, Fates& fates) const {
+void ChangingFilm::build(unsigned workers, ResultCounts& results) const {
     try {
         VistrelHandoffBuilder::build(maker_.snapshot, "/r", "now", {workers, {}, {}});
-        ++fates[Fate::sound];
+        ++results[FileResult::sound];
     } catch (const VistrelHandoffError& error) {
-        ++fates[fateOf(error)];
+        ++results[resultOf(error)];
     } catch (const fs::filesystem_error& error) {
-        ++fates[error.path1().parent_path() == clips() ? Fate::unreadable : Fate::wrong];
+        ++results[error.path1().parent_path() == clips() ? FileResult::unreadable : FileResult::wrong];
     }
 }
 

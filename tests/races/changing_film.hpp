@@ -14,21 +14,21 @@
 
 namespace kinovane::test {
 
-/// What may become of a file that somebody works on while it is verified.
-enum class Fate {
-    sound,      ///< It had the recorded content.
-    other,      ///< It had its other content, whole.
-    mixed,      ///< It had neither.
-    missing,    ///< It was not there.
-    unreadable, ///< It could not be read, and the failure names it.
+/// The result of verifying a file while another thread changes it.
+enum class FileResult {
+    sound,      ///< The recorded content was read.
+    other,      ///< The whole other content was read.
+    mixed,      ///< Neither of the two was read.
+    missing,    ///< It did not exist.
+    unreadable, ///< It could not be read, and the error names it.
     wrong       ///< Anything else.
 };
 
-/// How often each came.
-using Fates = std::map<Fate, int>;
+/// How often each result occurred.
+using ResultCounts = std::map<FileResult, int>;
 
-/// A film of four files, small and large, in the folder "clips". Each has two contents of different length,
-/// of which the first is the recorded one; the second lies beside it in the folder "others".
+/// A film of four files, small and large, in the folder "clips". Each has two contents of different length.
+/// The first has the recorded digest; the second is in a file of the same name in the folder "others".
 class ChangingFilm {
   public:
     static constexpr std::size_t fileCount = 4;
@@ -41,13 +41,12 @@ class ChangingFilm {
     std::filesystem::path others() const { return maker_.directory / "others"; }
     const std::string& content(std::size_t index) const { return contents_[index]; }
 
-    /// Verifies the film and adds what became of its files: of all in an audit, of the first bad one in a
-    /// build.
-    void audit(unsigned workers, Fates& fates) const;
-    void build(unsigned workers, Fates& fates) const;
+    /// Verifies the film and counts the results: of all files in an audit, of the first bad one in a build.
+    void audit(unsigned workers, ResultCounts& results) const;
+    void build(unsigned workers, ResultCounts& results) const;
 
   private:
-    Fate fateOf(const VistrelHandoffError& error) const;
+    FileResult resultOf(const VistrelHandoffError& error) const;
 
     WorkspaceMaker maker_;
     std::vector<std::string> contents_;

@@ -35,9 +35,9 @@ std::optional<std::size_t> positionIn(const Records& records, const Record& reco
 
 } // namespace
 
-DocumentVersions::DocumentVersions(std::size_t longer) {
+DocumentVersions::DocumentVersions(std::size_t addedLength) {
     for (std::size_t version = 0; version < texts_.size(); ++version) {
-        const std::string addition(version * longer, 'x');
+        const std::string addition(version * addedLength, 'x');
         for (std::size_t document = 0; document < names.size(); ++document) {
             bj::value value = bj::parse(contentOf(sampleFilm() / names[document]));
             lengthen(value, addition);

@@ -14,20 +14,20 @@
 
 namespace kinovane::test {
 
-/// Two versions of the sample film's documents. They differ in nearly every text, and in the length of it, so
-/// that a record made of both would be noticed.
+/// Two versions of the sample film's documents. They differ in nearly every text and its length, so a record
+/// mixed from both equals neither.
 class DocumentVersions {
   public:
     static constexpr std::array names{"film-project.json", "production-plan.json", "treatment.json"};
 
-    /// Every text of the second version is longer by so many characters.
-    explicit DocumentVersions(std::size_t longer);
+    /// Every text of the second version is longer by this many characters.
+    explicit DocumentVersions(std::size_t addedLength);
 
     const std::string& text(std::size_t document, std::size_t version) const {
         return texts_[version][document];
     }
 
-    /// The version of a loaded record; nothing when it is none.
+    /// The version of a loaded record; std::nullopt when it equals neither.
     std::optional<std::size_t> versionOf(const FilmProject& project) const;
     std::optional<std::size_t> versionOf(const FilmProductionPlan& plan) const;
     std::optional<std::size_t> versionOf(const FilmTreatment& treatment) const;

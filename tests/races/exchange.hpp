@@ -13,7 +13,7 @@
 
 namespace kinovane::test {
 
-/// Exchanges what lies at two places in one step, whatever it is; neither is ever empty.
+/// Exchanges two directory entries of any type atomically.
 inline void exchange(const std::filesystem::path& one, const std::filesystem::path& other) {
     if (::syscall(SYS_renameat2, AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE) != 0)
         throw std::filesystem::filesystem_error("cannot exchange", one, other,

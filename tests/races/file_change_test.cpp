@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Files are replaced, cut and removed while they are read.
+// Files are replaced, truncated and removed while they are verified.
 
 #include <algorithm>
 #include <filesystem>
@@ -23,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int rounds = 20;
-constexpr int mostRounds = 50'000;
+constexpr int maximumRounds = 50'000;
 constexpr std::size_t minimumTurns = 40;
 
 void overwrite(const fs::path& file, std::string_view content) {
@@ -34,17 +34,17 @@ void overwrite(const fs::path& file, std::string_view content) {
 struct ChangeRow {
     const char* sentence;
     void (*prepare)(const ChangingFilm& film);
-    /// Works on one of the files; told how often it has had this one before.
+    /// Changes one of the files; `turn` counts the earlier changes of the same file.
     void (*change)(const ChangingFilm& film, std::size_t file, std::size_t turn);
-    std::set<Fate> expected; ///< Each of them is met.
-    std::set<Fate> possible;
+    std::set<FileResult> expected; ///< Each of them has to occur.
+    std::set<FileResult> possible; ///< These may occur as well.
 };
 
-const auto nothing = [](const ChangingFilm& /*film*/) {};
+const auto noPreparation = [](const ChangingFilm& /*film*/) {};
 
 const ChangeRow rows[] = {
     {"replaced by another",
-     nothing,
+     noPreparation,
      [](const ChangingFilm& film, std::size_t file, std::size_t turn) {
          fs::path next = film.file(file);
          next += ".next";
@@ -54,67 +54,67 @@ const ChangeRow rows[] = {
              std::ofstream(next, std::ios::binary) << film.content(file);
          fs::rename(next, film.file(file));
      },
-     {Fate::sound, Fate::other},
+     {FileResult::sound, FileResult::other},
      {}},
     {"exchanged with another",
-     nothing,
+     noPreparation,
      [](const ChangingFilm& film, std::size_t file, std::size_t /*turn*/) {
          exchange(film.file(file), film.otherFile(file));
      },
-     {Fate::sound, Fate::other},
+     {FileResult::sound, FileResult::other},
      {}},
     {"in a folder that is exchanged with another",
-     nothing,
+     noPreparation,
      [](const ChangingFilm& film, std::size_t /*file*/, std::size_t /*turn*/) {
          exchange(film.clips(), film.others());
      },
-     {Fate::sound, Fate::other},
+     {FileResult::sound, FileResult::other},
      {}},
     {"removed, and put back",
-     nothing,
+     noPreparation,
      [](const ChangingFilm& film, std::size_t file, std::size_t /*turn*/) {
-         fs::path away = film.file(file);
-         away += ".away";
-         fs::rename(film.file(file), away);
-         fs::rename(away, film.file(file));
+         fs::path backup = film.file(file);
+         backup += ".backup";
+         fs::rename(film.file(file), backup);
+         fs::rename(backup, film.file(file));
      },
-     {Fate::sound, Fate::missing},
-     {Fate::unreadable}},
+     {FileResult::sound, FileResult::missing},
+     {FileResult::unreadable}},
     {"in a folder that is removed, and put back",
-     nothing,
+     noPreparation,
      [](const ChangingFilm& film, std::size_t /*file*/, std::size_t /*turn*/) {
-         fs::path away = film.clips();
-         away += ".away";
-         fs::rename(film.clips(), away);
-         fs::rename(away, film.clips());
+         fs::path backup = film.clips();
+         backup += ".backup";
+         fs::rename(film.clips(), backup);
+         fs::rename(backup, film.clips());
      },
-     {Fate::sound, Fate::missing},
-     {Fate::unreadable}},
+     {FileResult::sound, FileResult::missing},
+     {FileResult::unreadable}},
     {"emptied, and written again",
-     nothing,
+     noPreparation,
      [](const ChangingFilm& film, std::size_t file, std::size_t /*turn*/) {
          fs::resize_file(film.file(file), 0);
          overwrite(film.file(file), film.content(file));
      },
-     {Fate::sound, Fate::mixed},
+     {FileResult::sound, FileResult::mixed},
      {}},
-    {"cut to its half, and made whole again",
-     nothing,
+    {"truncated to half its size, and written again",
+     noPreparation,
      [](const ChangingFilm& film, std::size_t file, std::size_t /*turn*/) {
          const std::string& content = film.content(file);
          fs::resize_file(film.file(file), content.size() / 2);
          fs::resize_file(film.file(file), content.size());
          overwrite(film.file(file), content);
      },
-     {Fate::sound, Fate::mixed},
+     {FileResult::sound, FileResult::mixed},
      {}},
-    {"made longer, and cut again",
-     nothing,
+    {"appended to, and truncated again",
+     noPreparation,
      [](const ChangingFilm& film, std::size_t file, std::size_t /*turn*/) {
          std::ofstream(film.file(file), std::ios::binary | std::ios::app) << "more";
          fs::resize_file(film.file(file), film.content(file).size());
      },
-     {Fate::sound, Fate::mixed},
+     {FileResult::sound, FileResult::mixed},
      {}},
     {"exchanged with a FIFO",
      [](const ChangingFilm& film) {
@@ -126,7 +126,7 @@ const ChangeRow rows[] = {
      [](const ChangingFilm& film, std::size_t file, std::size_t /*turn*/) {
          exchange(film.file(file), film.otherFile(file));
      },
-     {Fate::sound, Fate::unreadable},
+     {FileResult::sound, FileResult::unreadable},
      {}},
     {"exchanged with a folder",
      [](const ChangingFilm& film) {
@@ -138,37 +138,38 @@ const ChangeRow rows[] = {
      [](const ChangingFilm& film, std::size_t file, std::size_t /*turn*/) {
          exchange(film.file(file), film.otherFile(file));
      },
-     {Fate::sound, Fate::unreadable},
+     {FileResult::sound, FileResult::unreadable},
      {}},
 };
 
-bool allMet(const std::set<Fate>& expected, Fates& fates) {
-    return std::all_of(expected.begin(), expected.end(), [&](Fate fate) { return fates[fate] > 0; });
+bool allOccurred(const std::set<FileResult>& expected, ResultCounts& results) {
+    return std::all_of(expected.begin(), expected.end(),
+                       [&](FileResult result) { return results[result] > 0; });
 }
 
-TEST(FileChange, EveryOutcomeIsOneThatTheFileHad) {
+TEST(FileChange, GivesOnlyTheResultsOfOneOfTheStates) {
     for (const ChangeRow& row : rows)
         for (const unsigned workers : {1U, 3U}) {
             SCOPED_TRACE(testing::Message() << row.sentence << ", " << workers << " workers");
             const ChangingFilm film;
             row.prepare(film);
-            Fates fates;
-            const Attacker attacker([&](std::size_t turn) {
+            ResultCounts results;
+            const Attacker changes([&](std::size_t turn) {
                 row.change(film, turn % ChangingFilm::fileCount, turn / ChangingFilm::fileCount);
             });
-            const auto isOver = [&] {
-                return allMet(row.expected, fates) && attacker.turns() >= minimumTurns;
+            const auto isComplete = [&] {
+                return allOccurred(row.expected, results) && changes.turns() >= minimumTurns;
             };
-            for (int round = 0; round < (isOver() ? rounds : mostRounds); ++round) {
-                film.audit(workers, fates);
-                film.build(workers, fates);
+            for (int round = 0; round < (isComplete() ? rounds : maximumRounds); ++round) {
+                film.audit(workers, results);
+                film.build(workers, results);
             }
-            EXPECT_TRUE(allMet(row.expected, fates));
-            for (const auto& [fate, count] : fates) {
-                EXPECT_TRUE(count == 0 || row.expected.contains(fate) || row.possible.contains(fate))
-                    << "fate " << static_cast<int>(fate) << " came " << count << " times";
+            EXPECT_TRUE(allOccurred(row.expected, results));
+            for (const auto& [result, count] : results) {
+                EXPECT_TRUE(count == 0 || row.expected.contains(result) || row.possible.contains(result))
+                    << "result " << static_cast<int>(result) << " occurred " << count << " times";
             }
-            EXPECT_GE(attacker.turns(), minimumTurns);
+            EXPECT_GE(changes.turns(), minimumTurns);
         }
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Folders, files and links are exchanged while the way to a file leads through them.
+// Directories, files and links on the path of an artifact are exchanged while it is verified.
 
 #include <filesystem>
 #include <string>
@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "races/exchange.hpp"
-#include "support/besieged_film.hpp"
+#include "support/path_race.hpp"
 
 namespace kinovane::test {
 namespace {
@@ -19,40 +19,39 @@ struct ExchangeRow {
     const char* sentence;
     std::string path; ///< Of the artifact.
     void (*prepare)(const TemporaryDirectory& area);
-    std::string one; ///< Lies on the way, and leads to the file inside.
-    std::string other;
-    bool isRefused = true; ///< Whether the other one leads out when it lies there.
+    std::string one;          ///< On the path of the artifact; leads to the file inside.
+    std::string other;        ///< Exchanged with `one`.
+    bool leadsOutside = true; ///< Whether the path leads outside after the exchange.
 };
 
-/// A folder whose link "up" climbs to the file in the folder two above, wherever the folder itself lies.
-void makeClimbing(const TemporaryDirectory& area, const std::string& folder) {
+/// Makes a directory whose link "q/up" leads to the file beside the directory, wherever that is moved.
+void makeParentLink(const TemporaryDirectory& area, const std::string& folder) {
     fs::create_directories(area / (folder + "/q"));
     fs::create_symlink("../../secret.bin", area / (folder + "/q/up"));
 }
 
 void prepareMove(const TemporaryDirectory& area) {
     area.write("film/secret.bin", "inside");
-    makeClimbing(area, "film/p");
-    makeClimbing(area, "outside/p");
+    makeParentLink(area, "film/p");
+    makeParentLink(area, "outside/p");
 }
 
-/// A folder in which a link climbs so far that the folders in between are not kept open: out of the folder,
-/// to a file beside it.
-void makeFarClimbing(const TemporaryDirectory& area, const std::string& folder) {
+/// The same with so many directories in between that they are not all kept open.
+void makeDistantParentLink(const TemporaryDirectory& area, const std::string& folder) {
     const std::string depth = "/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d";
     fs::create_directories(area / (folder + depth));
     fs::create_symlink("../../../../../../../../../../../../../../../../../../../../../secret.bin",
                        area / (folder + depth + "/up"));
 }
 
-void prepareFarMove(const TemporaryDirectory& area) {
+void prepareDistantMove(const TemporaryDirectory& area) {
     area.write("film/m/secret.bin", "inside");
-    makeFarClimbing(area, "film/m/p");
-    makeFarClimbing(area, "outside/p");
+    makeDistantParentLink(area, "film/m/p");
+    makeDistantParentLink(area, "outside/p");
 }
 
-void makeWayOutAndIn(const TemporaryDirectory& area) {
-    fs::create_symlink("../outside", area / "film/way");
+void makeLinksOut(const TemporaryDirectory& area) {
+    fs::create_symlink("../outside", area / "film/via");
     fs::create_symlink("../outside", area / "film/out");
 }
 
@@ -72,7 +71,7 @@ const ExchangeRow rows[] = {
          fs::create_symlink("../../outside/secret.bin", area / "film/sub/out");
      },
      "film/sub/secret.bin", "film/sub/out"},
-    {"a folder above and another one, in which the way goes on outside", "p/q/secret.bin",
+    {"a folder above and another one that holds a link that leads out", "p/q/secret.bin",
      [](const TemporaryDirectory& area) {
          area.write("film/p/q/secret.bin", "inside");
          fs::create_directory(area / "film/other");
@@ -93,43 +92,43 @@ const ExchangeRow rows[] = {
          fs::create_symlink(area / "outside", area / "film/out");
      },
      "film/l", "film/out"},
-    {"a folder, behind a link that leads out and back in", "way/back/sub/secret.bin", makeWayOutAndIn,
+    {"a folder, behind a link that leads out and back in", "via/back/sub/secret.bin", makeLinksOut,
      "film/sub", "film/out"},
-    {"a file, behind a link that leads out and back in", "way/back/sub/secret.bin",
+    {"a file, behind a link that leads out and back in", "via/back/sub/secret.bin",
      [](const TemporaryDirectory& area) {
-         makeWayOutAndIn(area);
+         makeLinksOut(area);
          fs::create_symlink("../../outside/secret.bin", area / "film/sub/out");
      },
      "film/sub/secret.bin", "film/sub/out"},
-    // At every moment the link leads to the file inside; only who stands in the folder when it is moved can
-    // climb out of it at the wrong place.
-    {"a folder that moves out of the film under a link that climbs", "p/q/up", prepareMove, "film/p",
+    // The link leads to the file inside at every moment. Only a resolution that has entered the folder before
+    // it is moved could resolve ".." to a folder outside.
+    {"a folder that moves out of the film and holds a link with \"..\"", "p/q/up", prepareMove, "film/p",
      "outside/p", false},
-    {"such a folder, behind a link that leads out and back in", "way/back/p/q/up",
+    {"such a folder, behind a link that leads out and back in", "via/back/p/q/up",
      [](const TemporaryDirectory& area) {
-         makeWayOutAndIn(area);
+         makeLinksOut(area);
          prepareMove(area);
      },
      "film/p", "outside/p", false},
-    {"a folder that moves out under a link that climbs far", "m/p/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/up",
-     prepareFarMove, "film/m/p", "outside/p", false},
+    {"a folder that moves out and holds a link with many \"..\"",
+     "m/p/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/up", prepareDistantMove, "film/m/p", "outside/p", false},
     {"such a folder, behind a link that leads out and back in",
-     "way/back/m/p/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/up",
+     "via/back/m/p/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/d/up",
      [](const TemporaryDirectory& area) {
-         makeWayOutAndIn(area);
-         prepareFarMove(area);
+         makeLinksOut(area);
+         prepareDistantMove(area);
      },
      "film/m/p", "outside/p", false},
 };
 
-TEST(FolderRace, NothingOutsideIsRead) {
+TEST(FolderRace, AcceptsNoFileOutside) {
     for (const ExchangeRow& row : rows) {
         SCOPED_TRACE(row.sentence);
-        const BesiegedFilm film(row.path);
-        row.prepare(film.area);
-        const fs::path one = film.area / row.one;
-        const fs::path other = film.area / row.other;
-        film.besiege([&](std::size_t /*turn*/) { exchange(one, other); }, row.isRefused);
+        const PathRace race(row.path);
+        row.prepare(race.area);
+        const fs::path one = race.area / row.one;
+        const fs::path other = race.area / row.other;
+        race.run([&](std::size_t /*turn*/) { exchange(one, other); }, row.leadsOutside);
     }
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// A film is loaded while the film tool works on its documents.
+// A film is loaded while the film tool writes its documents.
 
 #include <algorithm>
 #include <array>
@@ -24,18 +24,19 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int rounds = 400;
-constexpr int mostRounds = 1'000'000;
+constexpr int maximumRounds = 1'000'000;
 constexpr std::size_t minimumTurns = 40;
 constexpr std::size_t documents = DocumentVersions::names.size();
 
-/// What the loads of one test came to.
-struct Loads {
-    std::array<std::set<std::size_t>, documents> versions; ///< Met of each document.
+/// The results of many loads.
+struct LoadCounts {
+    std::array<std::set<std::size_t>, documents> versions; ///< Seen of each document.
     int withoutPlan = 0;
-    int refused = 0;
+    int invalid = 0;
 
-    bool allMet() const {
-        return std::all_of(versions.begin(), versions.end(), [](const auto& met) { return met.size() == 2; });
+    bool allSeen() const {
+        return std::all_of(versions.begin(), versions.end(),
+                           [](const auto& seen) { return seen.size() == 2; });
     }
 };
 
@@ -47,19 +48,19 @@ class LoaderRace : public testing::TestWithParam<std::size_t> {
             directory.write(DocumentVersions::names[document], versions.text(document, 0));
     }
 
-    fs::path place(std::size_t document) const { return directory / DocumentVersions::names[document]; }
+    fs::path fileOf(std::size_t document) const { return directory / DocumentVersions::names[document]; }
 
-    /// Loads once; a refusal has to begin with the name of a document.
-    void load(Loads& loads) const {
+    /// Loads once; the description of an invalid project has to begin with the name of a document.
+    void load(LoadCounts& counts) const {
         try {
             const FilmWorkspaceSnapshot film = FilmProjectLoader::load(directory / "run.json");
-            note(loads, 0, versions.versionOf(film.project));
+            note(counts, 0, versions.versionOf(film.project));
             if (film.productionPlan)
-                note(loads, 1, versions.versionOf(*film.productionPlan));
+                note(counts, 1, versions.versionOf(*film.productionPlan));
             else
-                ++loads.withoutPlan;
+                ++counts.withoutPlan;
             ASSERT_TRUE(film.treatment);
-            note(loads, 2, versions.versionOf(*film.treatment));
+            note(counts, 2, versions.versionOf(*film.treatment));
         } catch (const FilmProjectError& error) {
             const auto* invalid = std::get_if<FilmProjectError::invalidProject>(&error.value());
             ASSERT_NE(invalid, nullptr) << error.what();
@@ -67,75 +68,77 @@ class LoaderRace : public testing::TestWithParam<std::size_t> {
                 DocumentVersions::names.begin(), DocumentVersions::names.end(),
                 [&](const std::string& name) { return invalid->description.starts_with(name + ": "); }))
                 << error.what();
-            ++loads.refused;
+            ++counts.invalid;
         }
     }
 
-    /// Loads while the tool works: so many times, and then until `isOver`.
-    Loads loadWhile(const std::function<void(std::size_t turn)>& tool,
-                    const std::function<bool(const Loads&)>& isOver) const {
-        Loads loads;
-        const Attacker attacker(tool);
-        const auto goesOn = [&](int round) {
-            const bool over = isOver(loads) && attacker.turns() >= minimumTurns;
-            return round < (over ? rounds : mostRounds) && !HasFailure();
+    /// Loads while `tool` is called on another thread: a fixed number of times, and then until `isComplete`.
+    LoadCounts loadWhile(const std::function<void(std::size_t turn)>& tool,
+                         const std::function<bool(const LoadCounts&)>& isComplete) const {
+        LoadCounts counts;
+        const Attacker changes(tool);
+        const auto continues = [&](int round) {
+            const bool complete = isComplete(counts) && changes.turns() >= minimumTurns;
+            return round < (complete ? rounds : maximumRounds) && !HasFailure();
         };
-        for (int round = 0; goesOn(round); ++round)
-            load(loads);
-        EXPECT_GE(attacker.turns(), minimumTurns);
-        EXPECT_TRUE(isOver(loads)) << "what this test is about was never met";
-        return loads;
+        for (int round = 0; continues(round); ++round)
+            load(counts);
+        EXPECT_GE(changes.turns(), minimumTurns);
+        EXPECT_TRUE(isComplete(counts)) << "not all expected states were seen";
+        return counts;
     }
 
     const DocumentVersions versions{GetParam()};
     const TemporaryDirectory directory;
 
   private:
-    static void note(Loads& loads, std::size_t document, std::optional<std::size_t> version) {
-        ASSERT_TRUE(version) << DocumentVersions::names[document] << " is of no version";
-        loads.versions[document].insert(*version);
+    static void note(LoadCounts& counts, std::size_t document, std::optional<std::size_t> version) {
+        ASSERT_TRUE(version) << DocumentVersions::names[document] << " equals no version";
+        counts.versions[document].insert(*version);
     }
 };
 
-TEST_P(LoaderRace, DocumentsThatAreReplaced) {
-    const Loads loads = loadWhile(
+TEST_P(LoaderRace, LoadsOneWholeVersionOfReplacedDocuments) {
+    const LoadCounts counts = loadWhile(
         [&](std::size_t turn) {
             for (std::size_t document = 0; document < documents; ++document) {
                 directory.write("next", versions.text(document, (turn + 1) % 2));
-                fs::rename(directory / "next", place(document));
+                fs::rename(directory / "next", fileOf(document));
             }
         },
-        [](const Loads& met) { return met.allMet(); });
-    EXPECT_EQ(loads.refused, 0);
-    EXPECT_EQ(loads.withoutPlan, 0);
+        [](const LoadCounts& seen) { return seen.allSeen(); });
+    EXPECT_EQ(counts.invalid, 0);
+    EXPECT_EQ(counts.withoutPlan, 0);
 }
 
-TEST_P(LoaderRace, APlanThatComesAndGoes) {
+TEST_P(LoaderRace, LoadsAFilmWhosePlanIsRemovedAndRestored) {
     const auto tool = [&](std::size_t /*turn*/) {
-        fs::rename(place(1), directory / "away");
-        fs::rename(directory / "away", place(1));
+        fs::rename(fileOf(1), directory / "backup");
+        fs::rename(directory / "backup", fileOf(1));
     };
-    loadWhile(tool, [](const Loads& met) { return met.withoutPlan > 0 && met.versions[1].contains(0); });
+    loadWhile(tool,
+              [](const LoadCounts& seen) { return seen.withoutPlan > 0 && seen.versions[1].contains(0); });
 }
 
-// A tool that does not replace its documents may be met in the middle of one. That is an error, not a film.
-TEST_P(LoaderRace, DocumentsThatAreWrittenInPlace) {
+// A document that is written in place may be read when it is incomplete. That is an error, not a film.
+TEST_P(LoaderRace, RefusesDocumentsThatAreHalfWritten) {
     const auto tool = [&](std::size_t turn) {
         for (std::size_t document = 0; document < documents; ++document) {
-            std::ofstream file(place(document), std::ios::binary);
+            std::ofstream file(fileOf(document), std::ios::binary);
             std::string_view text = versions.text(document, (turn + 1) % 2);
             while (!text.empty()) {
-                const std::string_view piece = text.substr(0, 4000);
-                file << piece << std::flush;
-                text.remove_prefix(piece.size());
+                const std::string_view chunk = text.substr(0, 4000);
+                file << chunk << std::flush;
+                text.remove_prefix(chunk.size());
             }
         }
     };
-    loadWhile(tool, [](const Loads& met) { return met.allMet() && met.refused > 0; });
+    loadWhile(tool, [](const LoadCounts& seen) { return seen.allSeen() && seen.invalid > 0; });
 }
 
-// Documents that one reading takes, and one that needs several.
-INSTANTIATE_TEST_SUITE_P(Longer, LoaderRace, testing::Values(1, 37, 2000));
+// The length added to every text of the second version: documents that one read call returns, and larger
+// ones.
+INSTANTIATE_TEST_SUITE_P(AddedLength, LoaderRace, testing::Values(1, 37, 2000));
 
 } // namespace
 } // namespace kinovane::test

@@ -10,8 +10,8 @@
 
 namespace kinovane::test {
 
-/// A manifest that differs from those of other versions from its beginning to its end, and in its length. So
-/// large that it is not written in one moment.
+/// A manifest that differs from other versions in every record and in its length, and is large enough to be
+/// written in several calls.
 inline VistrelHandoff manifestVersion(std::size_t version) {
     const std::string text = "version " + std::to_string(version);
     VistrelHandoff manifest;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
 // races_writer TARGET ROUNDS VERSION…
-// Writes these versions of a manifest by turns, so many times in all. Around each writing it says
-// "b" and "e" on standard output, so that it is known whether it was killed in the middle.
+// Writes these versions of a manifest in turn, ROUNDS times in all. Prints "b" before and "e" after each
+// write, so that the parent can tell whether it was killed during one.
 
 #include <cstddef>
 #include <cstdio>
@@ -17,7 +17,7 @@
 
 namespace {
 
-void say(std::string_view text) {
+void print(std::string_view text) {
     if (::write(STDOUT_FILENO, text.data(), text.size()) != static_cast<ssize_t>(text.size()))
         ::_exit(3);
 }
@@ -26,16 +26,16 @@ void say(std::string_view text) {
 
 int main(int count, char** arguments) {
     try {
-        const std::vector<std::string> words(arguments + 1, arguments + count);
-        const std::size_t rounds = std::stoul(words.at(1));
+        const std::vector<std::string> values(arguments + 1, arguments + count);
+        const std::size_t rounds = std::stoul(values.at(1));
         std::vector<kinovane::VistrelHandoff> versions;
-        versions.push_back(kinovane::test::manifestVersion(std::stoul(words.at(2))));
-        for (std::size_t word = 3; word < words.size(); ++word)
-            versions.push_back(kinovane::test::manifestVersion(std::stoul(words[word])));
+        versions.push_back(kinovane::test::manifestVersion(std::stoul(values.at(2))));
+        for (std::size_t index = 3; index < values.size(); ++index)
+            versions.push_back(kinovane::test::manifestVersion(std::stoul(values[index])));
         for (std::size_t round = 0; round < rounds; ++round) {
-            say("b");
-            kinovane::VistrelHandoffBuilder::write(versions.at(round % versions.size()), words[0]);
-            say("e");
+            print("b");
+            kinovane::VistrelHandoffBuilder::write(versions.at(round % versions.size()), values[0]);
+            print("e");
         }
         return 0;
     } catch (const std::exception& error) {

@@ -20,16 +20,16 @@ WriterProcess::WriterProcess(const std::filesystem::path& target, std::size_t ro
                              const std::vector<std::size_t>& versions) {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
-        throw std::runtime_error("no pipe");
+        throw std::runtime_error("cannot make a pipe");
     output_ = Descriptor(ends[0]);
     const Descriptor input(ends[1]);
 
-    std::vector<std::string> words{programPath("races_writer"), target.string(), std::to_string(rounds)};
+    std::vector<std::string> arguments{programPath("races_writer"), target.string(), std::to_string(rounds)};
     for (const std::size_t version : versions)
-        words.push_back(std::to_string(version));
+        arguments.push_back(std::to_string(version));
     std::vector<char*> pointers;
-    for (std::string& word : words)
-        pointers.push_back(word.data());
+    for (std::string& argument : arguments)
+        pointers.push_back(argument.data());
     pointers.push_back(nullptr);
 
     posix_spawn_file_actions_t actions;
@@ -38,7 +38,7 @@ WriterProcess::WriterProcess(const std::filesystem::path& target, std::size_t ro
     const int error = ::posix_spawn(&process_, pointers[0], &actions, nullptr, pointers.data(), environ);
     ::posix_spawn_file_actions_destroy(&actions);
     if (error != 0)
-        throw std::runtime_error("no writer");
+        throw std::runtime_error("cannot start the writer");
 }
 
 WriterProcess::~WriterProcess() {
@@ -48,21 +48,21 @@ WriterProcess::~WriterProcess() {
     ::waitpid(process_, nullptr, 0);
 }
 
-void WriterProcess::awaitBeginning() {
+void WriterProcess::awaitBegin() {
     char letter = 0;
     while (letter != 'b')
         if (retryInterrupted([&] { return ::read(output_.get(), &letter, 1); }) != 1)
             throw std::runtime_error("the writer has ended");
 }
 
-std::string WriterProcess::heard() {
+std::string WriterProcess::readOutput() {
     std::string text;
     std::array<char, 4096> buffer{};
     for (;;) {
         const auto count =
             retryInterrupted([&] { return ::read(output_.get(), buffer.data(), buffer.size()); });
         if (count < 0)
-            throw std::runtime_error("the writer cannot be heard");
+            throw std::runtime_error("cannot read the output of the writer");
         if (count == 0)
             return text;
         text.append(buffer.data(), static_cast<std::size_t>(count));
@@ -70,22 +70,22 @@ std::string WriterProcess::heard() {
 }
 
 int WriterProcess::wait() {
-    heard();
+    readOutput();
     int status = 0;
     ::waitpid(process_, &status, 0);
     process_ = -1;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-bool WriterProcess::killedWhileWriting() {
+bool WriterProcess::killDuringWrite() {
     ::kill(process_, SIGKILL);
-    const std::string text = heard();
+    const std::string text = readOutput();
     int status = 0;
     ::waitpid(process_, &status, 0);
     process_ = -1;
     if (WIFEXITED(status) && WEXITSTATUS(status) != 0)
         throw std::runtime_error("the writer has failed");
-    // The "b" of the writing that was waited for has been taken away.
+    // awaitBegin has already read the "b" of this write.
     return WIFSIGNALED(status) && (text.empty() || text.back() == 'b');
 }
 

@@ -13,29 +13,29 @@
 
 namespace kinovane::test {
 
-/// A process that writes versions of a manifest, one after the other.
+/// A process that writes versions of a manifest in turn (races_writer).
 class WriterProcess {
   public:
-    /// It writes so many times in all.
+    /// Starts the process; it writes `rounds` times in all.
     WriterProcess(const std::filesystem::path& target, std::size_t rounds,
                   const std::vector<std::size_t>& versions);
     WriterProcess(const WriterProcess&) = delete;
     WriterProcess& operator=(const WriterProcess&) = delete;
 
-    /// Kills it, unless it has ended.
+    /// Kills the process, unless it has ended.
     ~WriterProcess();
 
-    /// Blocks until it begins to write.
-    void awaitBeginning();
+    /// Blocks until it begins the next write.
+    void awaitBegin();
 
-    /// Blocks until it has ended by itself, and gives its exit status; negative when it was killed.
+    /// Blocks until it exits, and returns its exit status; -1 when it was killed.
     int wait();
 
-    /// Kills it at once, and tells whether that was in the middle of a writing; it may have ended before.
-    bool killedWhileWriting();
+    /// Kills it; whether that was during a write. It may have exited before.
+    bool killDuringWrite();
 
   private:
-    std::string heard(); ///< What it says until it ends.
+    std::string readOutput(); ///< Until it ends.
 
     Descriptor output_;
     pid_t process_ = -1;

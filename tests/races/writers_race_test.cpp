@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Several write one manifest at the same time, and somebody reads it meanwhile.
+// Several threads or processes write the same manifest at the same time, while another thread reads it.
 
 #include <atomic>
 #include <deque>
@@ -24,7 +24,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t versions = 6;
-constexpr std::size_t writings = 100; ///< Of each writer.
+constexpr std::size_t writesPerWriter = 100;
 constexpr std::size_t minimumChanges = 5;
 
 class WritersRace : public testing::Test {
@@ -42,7 +42,7 @@ class WritersRace : public testing::Test {
     void write(std::size_t version) const {
         const VistrelHandoff manifest = manifestVersion(version);
         try {
-            for (std::size_t writing = 0; writing < writings; ++writing)
+            for (std::size_t count = 0; count < writesPerWriter; ++count)
                 EXPECT_TRUE(digests_.contains(VistrelHandoffBuilder::write(manifest, target)))
                     << "the digest of no version was returned";
         } catch (const fs::filesystem_error& error) {
@@ -50,11 +50,11 @@ class WritersRace : public testing::Test {
         }
     }
 
-    /// Reads until `isOver`. Every reading has to be a version, and they have to change.
-    void readUntil(const std::function<bool()>& isOver) const {
+    /// Reads until `isDone`. Every read has to give a whole version, and the version has to change.
+    void readUntil(const std::function<bool()>& isDone) const {
         std::string last;
         std::size_t changes = 0;
-        while (!isOver() && !HasFailure()) {
+        while (!isDone() && !HasFailure()) {
             const std::string text = contentOf(target);
             EXPECT_TRUE(texts_.contains(text)) << "read " << text.size() << " bytes of no version";
             EXPECT_TRUE(digests_.contains(VistrelHandoffBuilder::sha256(target)));
@@ -64,7 +64,7 @@ class WritersRace : public testing::Test {
         EXPECT_GT(changes, minimumChanges);
     }
 
-    void expectOneManifestAlone() const {
+    void expectOnlyTheManifest() const {
         EXPECT_TRUE(texts_.contains(contentOf(target)));
         EXPECT_THAT(namesIn(directory_.path()), testing::ElementsAre("manifest.json"));
     }
@@ -78,32 +78,32 @@ class WritersRace : public testing::Test {
     const fs::path target = directory_ / "manifest.json";
 };
 
-TEST_F(WritersRace, Threads) {
-    std::atomic<std::size_t> writing = versions;
+TEST_F(WritersRace, OfThreadsLeavesAWholeManifest) {
+    std::atomic<std::size_t> running = versions;
     std::vector<std::jthread> writers;
     for (std::size_t version = 0; version < versions; ++version)
         writers.emplace_back([&, version] {
             write(version);
-            --writing;
+            --running;
         });
-    readUntil([&] { return writing == 0; });
+    readUntil([&] { return running == 0; });
     writers.clear();
-    expectOneManifestAlone();
+    expectOnlyTheManifest();
 }
 
-TEST_F(WritersRace, Processes) {
+TEST_F(WritersRace, OfProcessesLeavesAWholeManifest) {
     std::deque<WriterProcess> writers;
     for (std::size_t version = 0; version < versions; ++version)
-        writers.emplace_back(target, writings, std::vector{version});
-    std::atomic<bool> over = false;
+        writers.emplace_back(target, writesPerWriter, std::vector{version});
+    std::atomic<bool> allExited = false;
     std::jthread waiting([&] {
         for (WriterProcess& writer : writers)
             EXPECT_EQ(writer.wait(), 0);
-        over = true;
+        allExited = true;
     });
-    readUntil([&] { return over.load(); });
+    readUntil([&] { return allExited.load(); });
     waiting.join();
-    expectOneManifestAlone();
+    expectOnlyTheManifest();
 }
 
 } // namespace

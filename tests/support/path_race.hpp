@@ -21,13 +21,14 @@
 
 namespace kinovane::test {
 
-/// The project "film" with one artifact whose recorded digest is that of a file outside the project. The
-/// library must never accept the artifact, because that would publish the outside file.
-class BesiegedFilm {
+/// Verifies one artifact of the project "film" while another thread changes the directories and links on its
+/// path. The recorded digest is that of a file outside the project, so an artifact that is accepted was read
+/// outside.
+class PathRace {
   public:
     TemporaryDirectory area;
 
-    explicit BesiegedFilm(const std::string& path) {
+    explicit PathRace(const std::string& path) {
         area.write("film/inside.bin", "inside");
         area.write("film/sub/secret.bin", "inside");
         area.write("outside/secret.bin", "outside");
@@ -37,36 +38,37 @@ class BesiegedFilm {
         snapshot_.project.artifacts = {{7, "t", "c", "poster", path, digestOf("outside"), "s"}};
     }
 
-    /// How often the artifact was refused as unsafe, and how often the file inside the project was read
-    /// instead.
-    struct Tally {
-        int unsafe = 0;
-        int inside = 0;
-        int other = 0; ///< The path changed while it was resolved.
+    struct Counts {
+        int unsafe = 0; ///< The artifact was refused as unsafe.
+        int inside = 0; ///< The file inside was read.
+        int other = 0;  ///< The path changed during every attempt.
     };
 
-    /// Alternates build and audit while `attack` runs on another thread: a fixed number of rounds, and then
-    /// until each outcome has occurred. With `isRefused` false no refusal is expected.
-    Tally besiege(const std::function<void(std::size_t turn)>& attack, bool isRefused = true) const {
-        Tally tally;
-        const Attacker attacker(attack);
-        attacker.awaitTurn();
-        const auto isUnfinished = [&](int round) {
-            const bool complete =
-                tally.inside > 0 && (tally.unsafe > 0 || !isRefused) && attacker.turns() > minimumTurns;
-            return round < (complete ? rounds : maximumRounds) && !testing::Test::HasFailure();
+    /// Calls `change` again and again on another thread, with the number of earlier calls. Meanwhile builds
+    /// and audits in turn: a fixed number of rounds, and then until the file inside was read and, with
+    /// `leadsOutside`, the path was refused as unsafe.
+    Counts run(const std::function<void(std::size_t turn)>& change, bool leadsOutside = true) const {
+        Counts counts;
+        const Attacker thread(change);
+        thread.awaitTurn();
+        const auto continues = [&](int round) {
+            const bool bothSeen =
+                counts.inside > 0 && (counts.unsafe > 0 || !leadsOutside) && thread.turns() > minimumTurns;
+            return round < (bothSeen ? rounds : maximumRounds) && !testing::Test::HasFailure();
         };
-        for (int round = 0; isUnfinished(round); ++round)
-            round % 2 == 0 ? build(tally) : audit(tally);
-        EXPECT_GT(attacker.turns(), minimumTurns);
-        EXPECT_GT(tally.inside, 0);
-        EXPECT_TRUE(tally.unsafe > 0 || !isRefused)
-            << "the link that leads out of the project was never followed";
-        return tally;
+        for (int round = 0; continues(round); ++round)
+            if (round % 2 == 0)
+                build(counts);
+            else
+                audit(counts);
+        EXPECT_GT(thread.turns(), minimumTurns);
+        EXPECT_GT(counts.inside, 0);
+        EXPECT_TRUE(counts.unsafe > 0 || !leadsOutside) << "the path never led outside";
+        return counts;
     }
 
   private:
-    static constexpr int rounds = underThreadSanitizer ? 400 : 4000; ///< Each round takes much longer there.
+    static constexpr int rounds = underThreadSanitizer ? 400 : 4000; ///< Much slower under the sanitizer.
     static constexpr int maximumRounds = 400'000;
     static constexpr std::size_t minimumTurns = 100;
 
@@ -74,33 +76,33 @@ class BesiegedFilm {
         return VistrelHandoffBuilder::sha256(std::as_bytes(std::span(text)));
     }
 
-    void build(Tally& tally) const {
+    void build(Counts& counts) const {
         try {
             VistrelHandoffBuilder::build(snapshot_, "/r");
             ADD_FAILURE() << "the file outside the project was published";
         } catch (const VistrelHandoffError& error) {
-            count(error, tally);
+            count(error, counts);
         } catch (const std::filesystem::filesystem_error&) {
-            ++tally.other;
+            ++counts.other;
         }
     }
 
-    void audit(Tally& tally) const {
+    void audit(Counts& counts) const {
         for (const ArtifactOutcome& outcome : VistrelHandoffBuilder::audit(snapshot_)) {
             EXPECT_FALSE(outcome.sound()) << "the file outside the project was accepted";
             if (outcome.refusal)
-                count(*outcome.refusal, tally);
+                count(*outcome.refusal, counts);
             else
-                ++tally.other;
+                ++counts.other;
         }
     }
 
-    static void count(const VistrelHandoffError& error, Tally& tally) {
+    static void count(const VistrelHandoffError& error, Counts& counts) {
         if (std::holds_alternative<VistrelHandoffError::unsafeArtifactPath>(error.value()))
-            ++tally.unsafe;
+            ++counts.unsafe;
         else if (const auto* mismatch = std::get_if<VistrelHandoffError::hashMismatch>(&error.value())) {
-            EXPECT_EQ(mismatch->actual, digestOf("inside")) << "the file outside the project was read";
-            ++tally.inside;
+            EXPECT_EQ(mismatch->actual, digestOf("inside")) << "the file outside was read";
+            ++counts.inside;
         } else {
             ADD_FAILURE() << error.what();
         }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What is left of every operation when there is no memory for one of its allocations, or for all from one on.
+// Every operation when one of its allocations fails, or one and all later ones.
 
 #include <filesystem>
 #include <functional>
@@ -32,10 +32,10 @@ struct Row {
 
 void sweep(const std::vector<Row>& rows) {
     for (const Row& row : rows)
-        AllocationSweep{.path = row.sentence, .operation = row.operation}.run();
+        AllocationSweep{.name = row.sentence, .operation = row.operation}.run();
 }
 
-TEST(AllocationFaults, DocumentsAndPlaces) {
+TEST(AllocationFaults, LeakNothingInDocumentsAndLookups) {
     const fs::path run = sampleFilm() / "run.json";
     const fs::path nowhere = sampleFilm() / "nowhere/run.json";
     const std::string document = encodeJSON(FilmTreatment{"t", "l", "s", "th", {"b1", "b2"}, "v", "s"});
@@ -53,7 +53,7 @@ TEST(AllocationFaults, DocumentsAndPlaces) {
              }
          }},
         {"writing a record", [&] { static_cast<void>(encodeJSON(treatment, JSONFormat::pretty)); }},
-        {"refusing a workspace that is not there",
+        {"refusing a workspace that does not exist",
          [&] {
              try {
                  FilmProjectLoader::load(nowhere);
@@ -67,7 +67,7 @@ TEST(AllocationFaults, DocumentsAndPlaces) {
     });
 }
 
-/// A workspace that is small, because every allocation of its loading is tried twice.
+/// A small workspace, because every allocation of an operation is tried twice.
 struct SmallFilm {
     WorkspaceMaker maker;
     fs::path run = maker.directory.write("run.json", "");
@@ -82,7 +82,7 @@ struct SmallFilm {
     }
 };
 
-TEST(AllocationFaults, LoadingAndVerifying) {
+TEST(AllocationFaults, LeakNothingInLoadingAndVerifying) {
     const SmallFilm film;
     HandoffBuildOptions several;
     several.workers = 3;
@@ -97,32 +97,33 @@ TEST(AllocationFaults, LoadingAndVerifying) {
     });
 }
 
-TEST(AllocationFaults, WritingLeavesTheOldManifestOrTheNewOne) {
+TEST(AllocationFaults, LeaveTheOldManifestOrTheNewOne) {
     const TemporaryDirectory directory;
     const VistrelHandoff handoff;
     const std::string content = encodeJSON(handoff, JSONFormat::pretty);
-    const fs::path target = directory / "place/handoff.json";
-    AllocationSweep{.path = "writing a manifest",
+    const fs::path target = directory / "output/handoff.json";
+    AllocationSweep{.name = "writing a manifest",
                     .operation = [&] { VistrelHandoffBuilder::write(handoff, target); },
                     .prepare =
                         [&] {
-                            fs::remove_all(directory / "place");
-                            directory.write("place/handoff.json", "old");
+                            fs::remove_all(directory / "output");
+                            directory.write("output/handoff.json", "old");
                         },
                     .check =
                         [&](bool succeeded) {
                             EXPECT_EQ(contentOf(target), succeeded ? content : "old");
-                            EXPECT_EQ(namesIn(directory / "place"), std::vector<std::string>{"handoff.json"});
+                            EXPECT_EQ(namesIn(directory / "output"),
+                                      std::vector<std::string>{"handoff.json"});
                         }}
         .run();
 }
 
-TEST(AllocationFaults, RunningAProgram) {
+TEST(AllocationFaults, LeakNothingInRunningAProgram) {
     const std::string program = programPath("test_program");
     const FilmToolClient client(program);
     const VistrelClient vistrel(program);
     const QuexRunAgentClient agent(program);
-    // The reply is empty and so refused, which costs allocations as well.
+    // The empty reply is refused, which also allocates.
     const auto refused = [](auto task) {
         try {
             static_cast<void>(task.get());
@@ -134,7 +135,7 @@ TEST(AllocationFaults, RunningAProgram) {
         {"a run with an environment", [&] { client.run({"out", "x"}, {{"A", "b"}}).get(); }},
         {"a run that fails", [&] { refused(client.run({"err", "x", "exit", "3"})); }},
         {"a run that is dropped", [&] { static_cast<void>(client.run({"out", "x"})); }},
-        {"a program that is not there", [&] { refused(FilmToolClient("/no/such/program").run({})); }},
+        {"a program that does not exist", [&] { refused(FilmToolClient("/no/such/program").run({})); }},
         {"asking for the status", [&] { refused(client.status("/run.json")); }},
         {"planning", [&] { refused(client.plan("idea", "title", 3, "/film")); }},
         {"asking for the launch of the agent", [&] { refused(client.agentLaunchSpec("/run.json", "pi")); }},
@@ -143,15 +144,16 @@ TEST(AllocationFaults, RunningAProgram) {
     });
 }
 
-TEST(AllocationFaults, ResultsThroughAnExecutor) {
+TEST(AllocationFaults, LeakNothingInAnExecutor) {
     const FilmToolClient client(programPath("test_program"));
-    // The executor runs its job at once, so that it allocates nothing itself.
-    const Executor atOnce = [](const std::function<void()>& job) { job(); };
+    // Runs the job inline, so the executor itself allocates nothing.
+    const Executor inlineExecutor = [](const std::function<void()>& job) { job(); };
     sweep({
         {"a handler",
          [&] {
              std::binary_semaphore handled(0);
-             client.run({}).then(atOnce, [&](const Task<ProcessResult>& /*finished*/) { handled.release(); });
+             client.run({}).then(inlineExecutor,
+                                 [&](const Task<ProcessResult>& /*finished*/) { handled.release(); });
              handled.acquire();
          }},
     });

@@ -22,59 +22,59 @@ namespace kinovane::test {
 
 namespace {
 
-/// What came of an attempt. Nothing here allocates, because the allocations may still be failing.
-enum class Ending { returned, outOfMemory, libraryError, undocumented };
+/// The result of an attempt. Nothing here allocates, because allocations may still fail.
+enum class Result { returned, outOfMemory, libraryError, undocumented };
 
-Ending endingOf(const std::function<void()>& operation) {
+Result resultOf(const std::function<void()>& operation) {
     try {
         operation();
-        return Ending::returned;
+        return Result::returned;
     } catch (const std::bad_alloc&) {
-        return Ending::outOfMemory;
+        return Result::outOfMemory;
     } catch (const std::system_error&) {
-        return Ending::libraryError;
+        return Result::libraryError;
     } catch (const FilmProjectError&) {
-        return Ending::libraryError;
+        return Result::libraryError;
     } catch (const VistrelHandoffError&) {
-        return Ending::libraryError;
+        return Result::libraryError;
     } catch (const FilmToolError&) {
-        return Ending::libraryError;
+        return Result::libraryError;
     } catch (...) {
-        return Ending::undocumented;
+        return Result::undocumented;
     }
 }
 
 struct Attempt {
-    Ending ending;
-    bool struck;
+    Result result;
+    bool failed;
 };
 
 Attempt attemptWith(const std::function<void()>& operation, std::size_t index, std::size_t times) {
     const FailingAllocation failure(index, times);
-    const Ending ending = endingOf(operation);
-    return {ending, failure.struck()};
+    const Result result = resultOf(operation);
+    return {result, failure.struck()};
 }
 
 } // namespace
 
 void AllocationSweep::run() const {
-    SCOPED_TRACE(path);
+    SCOPED_TRACE(name);
     prepare();
-    operation(); // What is made once, at the first use, exists from now on.
+    operation(); // Allocates what is only made once, at the first use.
     const ProcessCounts before = restingCounts();
 
     std::size_t attempts = 0;
     for (const std::size_t times : {std::size_t{1}, FailingAllocation::forever}) {
-        bool struck = true;
-        for (std::size_t index = 0; struck && !testing::Test::HasFailure(); ++index) {
+        bool failed = true;
+        for (std::size_t index = 0; failed && !testing::Test::HasFailure(); ++index) {
             SCOPED_TRACE((times == 1 ? "only allocation " : "from allocation ") + std::to_string(index));
             prepare();
             const Attempt attempt = attemptWith(operation, index, times);
-            struck = attempt.struck;
-            attempts += struck ? 1 : 0;
-            EXPECT_NE(attempt.ending, Ending::undocumented);
-            EXPECT_TRUE(struck || attempt.ending == Ending::returned);
-            check(attempt.ending == Ending::returned);
+            failed = attempt.failed;
+            attempts += failed ? 1 : 0;
+            EXPECT_NE(attempt.result, Result::undocumented);
+            EXPECT_TRUE(failed || attempt.result == Result::returned);
+            check(attempt.result == Result::returned);
             const ProcessCounts after = settledCounts(before);
             EXPECT_EQ(after.descriptors, before.descriptors);
             EXPECT_EQ(after.threads, before.threads);
@@ -82,7 +82,7 @@ void AllocationSweep::run() const {
         }
     }
     EXPECT_GT(attempts, 0U) << "no allocation was seen";
-    std::cout << "[ FAULTS   ] " << path << ": " << attempts << " allocations failed" << std::endl;
+    std::cout << "[ FAULTS   ] " << name << ": " << attempts << " allocations failed" << std::endl;
 }
 
 } // namespace kinovane::test

@@ -7,17 +7,16 @@
 
 namespace kinovane::test {
 
-/// An operation whose allocations are made to fail: each one once, and all from each one on.
+/// Runs an operation many times: each allocation fails once, and then each allocation and all later ones.
 struct AllocationSweep {
-    std::string path; ///< How the record names the operation.
+    std::string name; ///< Of the operation, for the output.
     std::function<void()> operation;
-    /// Restores everything, before each attempt.
+    /// Restores the initial state before each attempt.
     std::function<void()> prepare = [] {};
-    /// What has to hold after each attempt, beside what always has to. `succeeded` tells whether the
-    /// operation returned.
+    /// Additional checks after each attempt. `succeeded` is whether the operation returned.
     std::function<void(bool succeeded)> check = [](bool /*succeeded*/) {};
 
-    /// What always has to hold: the operation succeeds or fails with std::bad_alloc or one of the library's
+    /// Always checked: the operation succeeds or fails with std::bad_alloc or one of the library's
     /// errors, and no descriptor, thread or child is left.
     void run() const;
 };

@@ -15,7 +15,7 @@ std::atomic<FaultPlan*> current = nullptr;
 
 } // namespace
 
-bool Fault::harmless() const { return manner == Manner::shortened || error == EINTR; }
+bool Fault::harmless() const { return kind == Kind::shortened || error == EINTR; }
 
 std::string Fault::description() const {
     std::ostringstream text;
@@ -24,10 +24,10 @@ std::string Fault::description() const {
         text << " and all later ones";
     else if (times != 1)
         text << " and " << times - 1 << " more";
-    if (manner == Manner::shortened)
+    if (kind == Kind::shortened)
         text << ": one byte only";
     else
-        text << (manner == Manner::reportedLate ? ": done, but: " : ": ")
+        text << (kind == Kind::reportedLate ? ": done, but: " : ": ")
              << std::generic_category().message(error);
     return text.str();
 }
@@ -36,11 +36,11 @@ FaultPlan::FaultPlan(std::vector<Fault> faults) : faults_(std::move(faults)) { c
 
 FaultPlan::~FaultPlan() { current = nullptr; }
 
-Census FaultPlan::census() const {
-    Census census{};
-    for (std::size_t kind = 0; kind < census.size(); ++kind)
-        census[kind] = counts_[kind];
-    return census;
+CallCounts FaultPlan::counts() const {
+    CallCounts counts{};
+    for (std::size_t call = 0; call < counts.size(); ++call)
+        counts[call] = counts_[call];
+    return counts;
 }
 
 std::optional<Fault> FaultPlan::atCall(Call call) noexcept {
@@ -52,7 +52,7 @@ std::optional<Fault> FaultPlan::noteCall(Call call) noexcept {
     const std::size_t index = counts_[static_cast<std::size_t>(call)]++;
     for (const Fault& fault : faults_)
         if (fault.call == call && index >= fault.index && index - fault.index < fault.times) {
-            struck_ = true;
+            happened_ = true;
             return fault;
         }
     return std::nullopt;

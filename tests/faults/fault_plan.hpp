@@ -13,12 +13,12 @@
 
 namespace kinovane::test {
 
-/// The calls to the system that can be made to fail, most of them under the system's own names.
+/// The system and library calls that can be made to fail.
 enum class Call : std::size_t {
     open,
     openat,
     openat2,
-    create, ///< openat, where it makes a file.
+    create, ///< openat with O_CREAT.
     read,
     write,
     close,
@@ -41,7 +41,7 @@ enum class Call : std::size_t {
     fcntl,
     poll,
     waitpid,
-    spawnSetup, ///< What prepares the attributes and file actions of a start.
+    spawnSetup, ///< The functions that prepare attributes and file actions for posix_spawn.
     posixSpawn,
     pthreadCreate,
 };
@@ -55,30 +55,31 @@ inline constexpr std::array<std::string_view, 29> callNames{
 static_assert(static_cast<std::size_t>(Call::pthreadCreate) + 1 == callNames.size());
 
 /// How often each call was made.
-using Census = std::array<std::size_t, callNames.size()>;
+using CallCounts = std::array<std::size_t, callNames.size()>;
 
-/// One call that goes wrong.
+/// One call that fails.
 struct Fault {
-    enum class Manner {
-        refused,      ///< The call is not made.
-        reportedLate, ///< The call is made, and reported as failed: a descriptor is closed all the same.
-        shortened,    ///< One byte is read or written.
+    enum class Kind {
+        refused,      ///< The call is not made and returns the error.
+        reportedLate, ///< The call is made but returns the error: a descriptor is closed nevertheless.
+        shortened,    ///< Only one byte is read or written.
     };
 
     Call call{};
     std::size_t index = 0; ///< From 0, among the calls of this kind on all threads.
-    Manner manner = Manner::refused;
+    Kind kind = Kind::refused;
     int error = 0;
-    std::size_t times = 1; ///< So many calls in a row.
+    std::size_t times = 1; ///< How many consecutive calls fail.
 
-    /// Whether a program has to get along with it as if nothing had happened.
+    /// Whether the operation has to succeed nevertheless.
     bool harmless() const;
     std::string description() const;
 };
 
 inline constexpr std::size_t forever = std::numeric_limits<std::size_t>::max();
 
-/// While it lives, counts the calls of this process and lets those of its faults go wrong. One at a time.
+/// During its lifetime, counts the calls of this process and makes those of its faults fail. Only one may
+/// exist at a time.
 class FaultPlan {
   public:
     explicit FaultPlan(std::vector<Fault> faults = {});
@@ -86,12 +87,12 @@ class FaultPlan {
     FaultPlan& operator=(const FaultPlan&) = delete;
     ~FaultPlan();
 
-    Census census() const;
+    CallCounts counts() const;
 
-    /// Whether any of the faults came to pass.
-    bool struck() const { return struck_; }
+    /// Whether any of the faults happened.
+    bool happened() const { return happened_; }
 
-    /// Counts a call and tells what is to go wrong with it. Leaves errno alone.
+    /// Counts a call and returns its fault, if any. Does not change errno.
     static std::optional<Fault> atCall(Call call) noexcept;
 
   private:
@@ -99,7 +100,7 @@ class FaultPlan {
 
     const std::vector<Fault> faults_;
     std::array<std::atomic<std::size_t>, callNames.size()> counts_{};
-    std::atomic<bool> struck_ = false;
+    std::atomic<bool> happened_ = false;
 };
 
 } // namespace kinovane::test

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Whether faults reach the calls that they are meant for. A call that no longer comes by here, because it got
-// another name, would silently go untried.
+// Faults reach the calls that they name. Otherwise a call that the C library renamed would no longer be
+// tested.
 
 #include "faults/fault_plan.hpp"
 
@@ -46,7 +46,7 @@ std::function<int()> errnoAfter(Attempt attempt) {
     return [attempt] { return attempt() < 0 ? errno : 0; };
 }
 
-/// How the C++ library reports.
+/// For functions of std::filesystem.
 template <class Attempt>
 std::function<int()> codeOf(Attempt attempt) {
     return [attempt] {
@@ -72,7 +72,7 @@ std::vector<CallRow> fileRows() {
     return {
         {"open", Call::open, errnoAfter([] { return ::open("/", O_RDONLY); })},
         {"openat", Call::openat, errnoAfter([] { return ::openat(AT_FDCWD, "/", O_RDONLY); })},
-        {"openat to create", Call::create,
+        {"openat with O_CREAT", Call::create,
          errnoAfter([] { return ::openat(AT_FDCWD, "/", O_CREAT | O_WRONLY, 0600); })},
         {"openat2", Call::openat2, errnoAfter([] {
              open_how how{};
@@ -150,11 +150,11 @@ TEST(FaultPlan, ReachesEveryCall) {
             SCOPED_TRACE(row.sentence);
             int error = 0;
             {
-                // An error that none of these calls would give by itself.
-                const FaultPlan plan({{row.call, 0, Fault::Manner::refused, EXFULL}});
+                // An error that none of these calls really returns.
+                const FaultPlan plan({{row.call, 0, Fault::Kind::refused, EXFULL}});
                 error = row.attempt();
-                EXPECT_TRUE(plan.struck());
-                EXPECT_EQ(plan.census()[static_cast<std::size_t>(row.call)], 1U);
+                EXPECT_TRUE(plan.happened());
+                EXPECT_EQ(plan.counts()[static_cast<std::size_t>(row.call)], 1U);
             }
             EXPECT_EQ(error, EXFULL);
             reached.insert(row.call);
@@ -163,22 +163,22 @@ TEST(FaultPlan, ReachesEveryCall) {
     EXPECT_EQ(faultTable().size(), callNames.size());
 }
 
-TEST(FaultPlan, StrikesTheCallsItNames) {
+TEST(FaultPlan, AffectsOnlyTheCallsThatItNames) {
     std::array<int, 2> ends{};
     ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
     std::string outcome;
     std::array<char, 4> buffer{};
     {
-        const FaultPlan plan({{Call::write, 1, Fault::Manner::refused, ENOSPC, 2},
-                              {Call::write, 4, Fault::Manner::shortened, 0, forever},
-                              {Call::close, 0, Fault::Manner::reportedLate, EIO}});
+        const FaultPlan plan({{Call::write, 1, Fault::Kind::refused, ENOSPC, 2},
+                              {Call::write, 4, Fault::Kind::shortened, 0, forever},
+                              {Call::close, 0, Fault::Kind::reportedLate, EIO}});
         for (int time = 0; time < 6; ++time)
             outcome += std::to_string(::write(ends[1], "four", 4)) + " ";
         outcome += std::to_string(::close(ends[1]));
         EXPECT_EQ(errno, EIO);
     }
     EXPECT_EQ(outcome, "4 -1 -1 4 1 1 -1");
-    EXPECT_EQ(::fcntl(ends[1], F_GETFD), -1) << "it was closed all the same";
+    EXPECT_EQ(::fcntl(ends[1], F_GETFD), -1) << "not closed";
     EXPECT_EQ(::read(ends[0], buffer.data(), buffer.size()), 4);
     EXPECT_EQ(::close(ends[0]), 0);
 }

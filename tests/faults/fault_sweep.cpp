@@ -18,58 +18,58 @@ namespace {
 
 std::string nameOf(std::size_t kind) { return std::string(callNames.at(kind)); }
 
-std::string listOf(const Census& census) {
+std::string listOf(const CallCounts& counts) {
     std::string text;
-    for (std::size_t kind = 0; kind < census.size(); ++kind)
-        if (census[kind] != 0)
-            text += (text.empty() ? "" : ", ") + std::to_string(census[kind]) + " " + nameOf(kind);
+    for (std::size_t kind = 0; kind < counts.size(); ++kind)
+        if (counts[kind] != 0)
+            text += (text.empty() ? "" : ", ") + std::to_string(counts[kind]) + " " + nameOf(kind);
     return text;
 }
 
-/// Every call that is made has to be tried, and every one that is known of has to be made.
-void checkCensus(const Census& census, const std::vector<Call>& expected) {
+/// Every expected call has to be made, and every call that is made needs a row in the fault table.
+void checkCounts(const CallCounts& counts, const std::vector<Call>& expected) {
     for (const Call call : expected)
-        EXPECT_GT(census.at(static_cast<std::size_t>(call)), 0U)
+        EXPECT_GT(counts.at(static_cast<std::size_t>(call)), 0U)
             << nameOf(static_cast<std::size_t>(call)) << " was not called, or not seen";
-    for (std::size_t kind = 0; kind < census.size(); ++kind)
-        EXPECT_TRUE(census[kind] == 0 || std::any_of(faultTable().begin(), faultTable().end(),
+    for (std::size_t kind = 0; kind < counts.size(); ++kind)
+        EXPECT_TRUE(counts[kind] == 0 || std::any_of(faultTable().begin(), faultTable().end(),
                                                      [&](const FaultRow& row) {
                                                          return static_cast<std::size_t>(row.call) == kind;
                                                      }))
-            << nameOf(kind) << " was called, but no fault of it is known";
+            << nameOf(kind) << " was called, but has no row in the fault table";
 }
 
-void record(const std::string& path, std::size_t faults, std::size_t missed, const Census& census) {
+void record(const std::string& operation, std::size_t faults, std::size_t missed, const CallCounts& counts) {
     std::string key;
-    for (const char letter : path)
+    for (const char letter : operation)
         key += letter == ' ' ? '_' : letter;
     testing::Test::RecordProperty(key, std::to_string(faults));
-    std::cout << "[ FAULTS   ] " << path << ": " << faults << " faults tried";
+    std::cout << "[ FAULTS   ] " << operation << ": " << faults << " faults";
     if (missed != 0)
-        std::cout << " (" << missed << " of them at calls that were not made this time)";
-    std::cout << ", at " << listOf(census) << std::endl;
+        std::cout << " (" << missed << " of them at calls that were not made in that run)";
+    std::cout << ", at " << listOf(counts) << std::endl;
 }
 
 } // namespace
 
 void FaultSweep::run() const {
-    SCOPED_TRACE(path);
+    SCOPED_TRACE(name);
     prepare();
-    (void)outcomeOf(operation); // Whatever is only made once, at the first use, is there from now on.
+    (void)outcomeOf(operation); // Allocates what is only made once, at the first use.
     const ProcessCounts before = restingCounts();
 
     prepare();
-    Census census{};
-    Outcome sound;
+    CallCounts counts{};
+    Outcome expected;
     {
         const FaultPlan none;
-        sound = outcomeOf(operation);
-        census = none.census();
+        expected = outcomeOf(operation);
+        counts = none.counts();
     }
-    EXPECT_NE(sound.kind, Outcome::Kind::undocumented) << sound.text;
-    checkCensus(census, expectedCalls);
+    EXPECT_NE(expected.kind, Outcome::Kind::undocumented) << expected.text;
+    checkCounts(counts, expectedCalls);
 
-    std::vector<Fault> faults = faultsAt(census);
+    std::vector<Fault> faults = faultsAt(counts);
     faults.insert(faults.end(), moreFaults.begin(), moreFaults.end());
     std::size_t missed = 0;
     std::set<Call> reached;
@@ -77,20 +77,20 @@ void FaultSweep::run() const {
         SCOPED_TRACE(fault.description());
         prepare();
         Outcome outcome;
-        bool struck = false;
+        bool happened = false;
         {
             const FaultPlan plan({fault});
             outcome = outcomeOf(operation);
-            struck = plan.struck();
+            happened = plan.happened();
         }
-        if (struck)
+        if (happened)
             reached.insert(fault.call);
         else
             ++missed;
         EXPECT_NE(outcome.kind, Outcome::Kind::undocumented) << outcome.text;
-        if (!struck || fault.harmless() || (oneResult && outcome.kind == Outcome::Kind::result))
-            EXPECT_TRUE(outcome == sound) << outcome.text;
-        if (struck)
+        if (!happened || fault.harmless() || (oneResult && outcome.kind == Outcome::Kind::result))
+            EXPECT_TRUE(outcome == expected) << outcome.text;
+        if (happened)
             check(fault, outcome);
         const ProcessCounts after = settledCounts(before, std::chrono::seconds(2));
         EXPECT_EQ(after.descriptors, before.descriptors);
@@ -101,7 +101,7 @@ void FaultSweep::run() const {
         EXPECT_EQ(missed, 0U);
     for (const Call call : expectedCalls)
         EXPECT_TRUE(reached.contains(call)) << nameOf(static_cast<std::size_t>(call)) << " never failed";
-    record(path, faults.size(), missed, census);
+    record(name, faults.size(), missed, counts);
 }
 
 } // namespace kinovane::test

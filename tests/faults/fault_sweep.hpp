@@ -11,26 +11,26 @@
 
 namespace kinovane::test {
 
-/// An operation whose calls to the system are made to fail, one after the other.
+/// Runs an operation many times, with a fault at each of its system calls in turn.
 struct FaultSweep {
-    std::string path; ///< How the record names the operation.
+    std::string name; ///< Of the operation, for the output.
     std::function<std::string()> operation;
-    /// The calls that the operation is known to make; if one is missing, it would go untried.
+    /// The calls that the operation must make, so that none of them goes untested unnoticed.
     std::vector<Call> expectedCalls;
-    /// Makes everything as it was, before each attempt.
+    /// Restores the initial state before each attempt.
     std::function<void()> prepare = [] {};
-    /// What has to hold after a fault, beside what always has to.
+    /// Additional checks after a fault.
     std::function<void(const Fault& fault, const Outcome& outcome)> check = [](const auto&, const auto&) {};
-    /// Whether there is one result only, and anything else an error. If not, `check` judges the results.
+    /// Whether every success must give the same result. If not, `check` checks the results.
     bool oneResult = true;
-    /// Whether the same calls are made every time.
+    /// Whether every run makes the same calls.
     bool repeatable = true;
-    /// Faults beside those of the table.
+    /// Faults in addition to those of the fault table.
     std::vector<Fault> moreFaults = {};
 
-    /// Runs the operation once without a fault, and once for each fault at each of its calls. What always has
-    /// to hold: an interruption or a short count changes nothing; otherwise the outcome is the same, or a
-    /// documented error; and no descriptor, thread or child is left.
+    /// Runs the operation once without a fault, and once for each fault at each of its calls. Always checked:
+    /// an interruption or a short count has no effect; otherwise the outcome is the same or a documented
+    /// error; and no descriptor, thread or child is left.
     void run() const;
 };
 

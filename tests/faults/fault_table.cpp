@@ -19,7 +19,7 @@ const std::vector<FaultRow>& faultTable() {
          {}},
         {Call::read, {EIO, EISDIR, ENOMEM, ESTALE, EINTR}, {}, true},
         {Call::write, {ENOSPC, EDQUOT, EIO, EFBIG, EPERM, ENOMEM, EINTR}, {}, true},
-        // A descriptor is gone whatever its closing reports.
+        // A descriptor is released even when close returns an error.
         {Call::close, {}, {EIO, ENOSPC, EDQUOT, EINTR}},
         {Call::fstat, {EIO, ENOMEM, EOVERFLOW, ESTALE}, {}},
         {Call::fstatat, {EACCES, EIO, ENOMEM, ESTALE}, {}},
@@ -39,7 +39,7 @@ const std::vector<FaultRow>& faultTable() {
         {Call::pipe2, {EMFILE, ENFILE}, {}},
         {Call::fcntl, {EBADF, EMFILE, EPERM, EBUSY, EINVAL}, {}},
         {Call::poll, {ENOMEM, EAGAIN, EINTR}, {}},
-        // Somebody else may take the status.
+        // Another thread may have waited for the child.
         {Call::waitpid, {EINTR}, {ECHILD}},
         {Call::spawnSetup, {ENOMEM, EINVAL}, {}},
         {Call::posixSpawn,
@@ -50,20 +50,20 @@ const std::vector<FaultRow>& faultTable() {
     return rows;
 }
 
-std::vector<Fault> faultsAt(const Census& census) {
+std::vector<Fault> faultsAt(const CallCounts& counts) {
     std::vector<Fault> faults;
     for (const FaultRow& row : faultTable())
-        for (std::size_t index = 0; index < census[static_cast<std::size_t>(row.call)]; ++index) {
+        for (std::size_t index = 0; index < counts[static_cast<std::size_t>(row.call)]; ++index) {
             for (const int error : row.refusals) {
-                faults.push_back({row.call, index, Fault::Manner::refused, error});
-                if (error == EINTR) // Signals may come in swarms.
-                    faults.push_back({row.call, index, Fault::Manner::refused, error, 5});
+                faults.push_back({row.call, index, Fault::Kind::refused, error});
+                if (error == EINTR) // Several signals may arrive in a row.
+                    faults.push_back({row.call, index, Fault::Kind::refused, error, 5});
             }
             for (const int error : row.lateReports)
-                faults.push_back({row.call, index, Fault::Manner::reportedLate, error});
+                faults.push_back({row.call, index, Fault::Kind::reportedLate, error});
             if (row.canBeShort) {
-                faults.push_back({row.call, index, Fault::Manner::shortened});
-                faults.push_back({row.call, index, Fault::Manner::shortened, 0, 50});
+                faults.push_back({row.call, index, Fault::Kind::shortened});
+                faults.push_back({row.call, index, Fault::Kind::shortened, 0, 50});
             }
         }
     return faults;

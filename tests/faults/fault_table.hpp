@@ -8,7 +8,7 @@
 
 namespace kinovane::test {
 
-/// How one kind of call can go wrong.
+/// The faults of one kind of call.
 struct FaultRow {
     Call call;
     std::vector<int> refusals;
@@ -16,11 +16,11 @@ struct FaultRow {
     bool canBeShort = false;
 };
 
-/// One row for each kind of call. Where a call asks what is there, an answer that nothing is there is no
-/// fault, and not in the table.
+/// One row for each kind of call. For a call that queries a file, "does not exist" is not a fault and not in
+/// the table.
 const std::vector<FaultRow>& faultTable();
 
 /// Every fault of the table, at every one of these calls.
-std::vector<Fault> faultsAt(const Census& census);
+std::vector<Fault> faultsAt(const CallCounts& counts);
 
 } // namespace kinovane::test

@@ -11,9 +11,10 @@
 
 namespace kinovane::test {
 
-/// The function that would have been called if this program had not defined one of the same name. A sanitizer
-/// that has its own must keep seeing the call, wherever its runtime is linked: in a library of its own, which
-/// comes next, or in this program, where it gives way and is found under its other name only.
+/// The function of this name that the program would call without its own definition. A sanitizer's
+/// interceptor must still be called: it is the next definition when the runtime is a shared library, and is
+/// found under
+/// "__interceptor_" when it is linked statically.
 template <class Function>
 Function* nextOf(const char* name) {
     void* next = ::dlsym(RTLD_DEFAULT, (std::string("__interceptor_") + name).c_str());
@@ -22,19 +23,19 @@ Function* nextOf(const char* name) {
     return reinterpret_cast<Function*>(next);
 }
 
-/// For the calls that report through errno.
+/// For calls that set errno.
 template <class Forward, class Failure = int>
 auto callOrFail(Call call, Forward forward, Failure failure = -1) -> decltype(forward()) {
     const std::optional<Fault> fault = FaultPlan::atCall(call);
     if (!fault)
         return forward();
-    if (fault->manner == Fault::Manner::reportedLate)
+    if (fault->kind == Fault::Kind::reportedLate)
         static_cast<void>(forward());
     errno = fault->error;
     return failure;
 }
 
-/// For the calls that return their error.
+/// For calls that return an error number.
 template <class Forward>
 int callOrError(Call call, Forward forward) {
     const std::optional<Fault> fault = FaultPlan::atCall(call);

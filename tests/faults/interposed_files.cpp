@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The C library's functions for files, which this program defines itself: so the library's calls, and those
-// that the C++ library makes for it, come here first.
+// Definitions of the C library's file functions, which KinovaneCore and the C++ library call instead of the
+// original ones.
 
 #include <algorithm>
 #include <cstdarg>
@@ -22,13 +22,13 @@ using kinovane::test::nextOf;
 
 namespace {
 
-/// Reads or writes one byte where a fault says so.
+/// Reads or writes only one byte for a fault of the kind `shortened`.
 template <class Transfer>
 ssize_t transfer(Call call, std::size_t size, Transfer forward) {
     const std::optional<Fault> fault = FaultPlan::atCall(call);
     if (!fault)
         return forward(size);
-    if (fault->manner == Fault::Manner::shortened)
+    if (fault->kind == Fault::Kind::shortened)
         return forward(std::min<std::size_t>(size, 1));
     errno = fault->error;
     return -1;

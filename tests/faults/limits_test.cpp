@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// The same without a stand-in for the system: what is left when it really has no more room, descriptors or
-// threads to give.
+// Resource limits of the operating system, without interposition: no more disk space, descriptors or threads.
 
 #include "support/limits.hpp"
 
@@ -35,26 +34,28 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A handoff whose document is somewhat larger than `size`.
+/// A handoff whose document is a little larger than `size`.
 VistrelHandoff handoffOf(std::size_t size) {
     VistrelHandoff handoff;
     handoff.project.synopsis = std::string(size, 'k');
     return handoff;
 }
 
-/// Writes over an old manifest and says what came of it, and what lies in the directory then.
-std::string writeOver(const fs::path& manifest, const VistrelHandoff& handoff) {
+/// Replaces an old manifest; returns the result, which manifest exists, and all other files in the directory.
+std::string replaceManifest(const fs::path& manifest, const VistrelHandoff& handoff) {
     const std::string content = encodeJSON(handoff, JSONFormat::pretty);
     const Outcome outcome = outcomeOf([&] { return VistrelHandoffBuilder::write(handoff, manifest); });
     std::string text = outcome.code ? outcome.code.message() : "written";
     const std::string found = contentOf(manifest);
-    text += found == content ? ", the new manifest" : found == "old" ? ", the old manifest" : ", a ruin";
+    text += found == content ? ", the new manifest"
+            : found == "old" ? ", the old manifest"
+                             : ", a damaged manifest";
     for (const std::string& name : namesIn(manifest.parent_path()))
         text += name == manifest.filename() ? "" : ", " + name;
     return text;
 }
 
-TEST(Limits, AFileMayNotGrowSoLarge) {
+TEST(FileSizeLimit, KeepsTheOldManifest) {
     const VistrelHandoff handoff = handoffOf(20'000);
     const std::size_t size = encodeJSON(handoff, JSONFormat::pretty).size();
     for (const std::size_t limit : {std::size_t{0}, std::size_t{1}, size / 2, size - 1, size}) {
@@ -64,13 +65,13 @@ TEST(Limits, AFileMayNotGrowSoLarge) {
         EXPECT_EQ(inForkedProcess([&] {
                       static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
                       limitTo(RLIMIT_FSIZE, limit);
-                      return writeOver(manifest, handoff);
+                      return replaceManifest(manifest, handoff);
                   }),
                   limit < size ? "File too large, the old manifest" : "written, the new manifest");
     }
 }
 
-TEST(Limits, AFullDisk) {
+TEST(FullDisk, KeepsTheOldManifest) {
     struct Row {
         const char* sentence;
         const char* options;
@@ -79,14 +80,14 @@ TEST(Limits, AFullDisk) {
         std::string expected;
     };
     const std::vector<Row> rows{
-        {"room enough", "size=64k", 20'000, false, "written, the new manifest"},
-        {"no room for the new manifest", "size=64k", 100'000, false,
+        {"enough space", "size=64k", 20'000, false, "written, the new manifest"},
+        {"no space for the new manifest", "size=64k", 100'000, false,
          "No space left on device, the old manifest"},
-        {"no room for another file", "size=64k,nr_inodes=2", 10, false,
+        {"no inode for another file", "size=64k,nr_inodes=2", 10, false,
          "No space left on device, the old manifest"},
-        {"a disk that may not be written", "size=64k", 10, true, "Read-only file system, the old manifest"},
+        {"a read-only file system", "size=64k", 10, true, "Read-only file system, the old manifest"},
     };
-    const std::string refused = "no disk of its own is allowed here";
+    const std::string refused = "mounting a file system is not permitted";
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
         const TemporaryDirectory directory;
@@ -96,10 +97,10 @@ TEST(Limits, AFullDisk) {
             const fs::path manifest = directory.write("manifest.json", "old");
             if (row.readOnly)
                 makeReadOnly(directory.path());
-            return writeOver(manifest, handoffOf(row.size));
+            return replaceManifest(manifest, handoffOf(row.size));
         });
         if (outcome == refused) {
-            // Then a limit on the size of files, above, has to do.
+            // The test with a file size limit above covers the same code.
             RecordProperty("full_disk", refused);
             std::cout << "[ FAULTS   ] " << row.sentence << ": " << refused << std::endl;
             return;
@@ -108,11 +109,11 @@ TEST(Limits, AFullDisk) {
     }
 }
 
-/// Operations of a workspace, each of which gives one text when all is well.
+/// An operation on a workspace that returns the same text whenever it succeeds.
 struct OperationRow {
     const char* sentence;
     std::function<std::string()> operation;
-    int enough; ///< So many descriptors certainly are.
+    int sufficient; ///< A number of descriptors with which it succeeds.
 };
 
 class LimitedWorkspace : public testing::Test {
@@ -123,8 +124,8 @@ class LimitedWorkspace : public testing::Test {
         maker.add("score", "score/theme.wav", "a theme");
         maker.add("shot-clip", "clips/by-name/s1.mp4", "a clip");
         maker.directory.write("film-project.json", smallestProject());
-        maker.directory.write("kept/cut.mp4", "a cut");
-        fs::create_directory_symlink(maker.directory / "kept", maker.directory / "absolute");
+        maker.directory.write("cuts/cut.mp4", "a cut");
+        fs::create_directory_symlink(maker.directory / "cuts", maker.directory / "absolute");
         maker.list("rough-cut", "absolute/cut.mp4").sha256 =
             VistrelHandoffBuilder::sha256(std::as_bytes(std::span(std::string_view("a cut"))));
     }
@@ -145,11 +146,11 @@ class LimitedWorkspace : public testing::Test {
     }
 };
 
-// Whatever there is not enough for is told as such, and when there is enough again all is well again.
-TEST_F(LimitedWorkspace, FewDescriptors) {
+// A lack of descriptors is reported as such, and the operation succeeds again once there are enough.
+TEST_F(LimitedWorkspace, ReportsALackOfDescriptors) {
     for (const OperationRow& row : operations()) {
-        const std::string sound = row.operation();
-        for (int spare = 0; spare <= row.enough; ++spare) {
+        const std::string expected = row.operation();
+        for (int spare = 0; spare <= row.sufficient; ++spare) {
             SCOPED_TRACE(std::string(row.sentence) + " with descriptors: " + std::to_string(spare));
             const std::string outcome = inForkedProcess([&] {
                 const ProcessCounts before = countProcess();
@@ -160,28 +161,29 @@ TEST_F(LimitedWorkspace, FewDescriptors) {
                 bool worked = false;
                 for (int time = 0; time < 10; ++time) {
                     const std::string text = outcomeOf(row.operation).text;
-                    if (text == sound)
+                    if (text == expected)
                         worked = true;
                     else if (text.find("Too many open files") == std::string::npos ||
                              text.find("unsafe") != std::string::npos)
                         others.insert(text);
                 }
                 limitTo(RLIMIT_NOFILE, all.rlim_cur);
-                std::string told;
+                std::string problems;
                 for (const std::string& other : others)
-                    told += other;
-                if (spare == row.enough && !worked)
-                    told += " that was not enough";
-                if (row.operation() != sound)
-                    told += " and it is broken now";
-                return told + (settledCounts(before) == before ? "" : " and something was left");
+                    problems += other;
+                if (spare == row.sufficient && !worked)
+                    problems += " never succeeded";
+                if (row.operation() != expected)
+                    problems += " fails with enough descriptors";
+                return problems +
+                       (settledCounts(before) == before ? "" : " leaked a descriptor, thread or child");
             });
             EXPECT_EQ(outcome, "");
         }
     }
 }
 
-TEST_F(LimitedWorkspace, NoThreads) {
+TEST_F(LimitedWorkspace, IsVerifiedWithoutMoreThreads) {
     maker.add("delivery-master", "delivery/film.mp4", std::string(std::size_t{5} << 20U, 'k'));
     ASSERT_EQ(::chmod(maker.directory.path().c_str(), 0755), 0);
     for (const unsigned workers : {1U, 3U}) {

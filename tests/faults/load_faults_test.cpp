@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What the loader makes of a workspace when reading goes wrong.
+// Loading a workspace when system calls fail.
 
 #include <algorithm>
 #include <cerrno>
@@ -32,19 +32,19 @@ class LoadFaults : public testing::Test {
             directory.write("film/" + std::string(name), contentOf(sampleFilm() / name));
     }
 
-    /// Loads the workspace, with a fault at each call. What is loaded is always the same workspace.
-    void sweep(const std::string& path, const fs::path& runManifest, std::vector<Call> moreCalls = {}) {
+    /// Loads the workspace with a fault at each call. Every success has to give the same workspace.
+    void sweep(const std::string& name, const fs::path& runManifest, std::vector<Call> moreCalls = {}) {
         std::optional<FilmWorkspaceSnapshot> expected;
         std::vector<Call> calls{Call::open, Call::fstat, Call::read, Call::close, Call::stat};
         calls.insert(calls.end(), moreCalls.begin(), moreCalls.end());
         FaultSweep{
-            .path = path,
+            .name = name,
             .operation =
                 [&] {
                     FilmWorkspaceSnapshot snapshot = FilmProjectLoader::load(runManifest);
                     if (!expected)
                         expected = snapshot;
-                    // Where nobody can tell what stands on the way, the location stays as it was given.
+                    // When a component of the path cannot be examined, the location stays as given.
                     if (snapshot.runManifest == runManifest && snapshot.root == runManifest.parent_path()) {
                         snapshot.root = expected->root;
                         snapshot.runManifest = expected->runManifest;
@@ -55,13 +55,13 @@ class LoadFaults : public testing::Test {
                 },
             .expectedCalls = calls,
             .check = checkNamed,
-            .moreFaults = {{Call::read, 0, Fault::Manner::shortened, 0, forever},
-                           {Call::read, 0, Fault::Manner::refused, EIO, forever},
-                           {Call::open, 0, Fault::Manner::refused, EMFILE, forever}}}
+            .moreFaults = {{Call::read, 0, Fault::Kind::shortened, 0, forever},
+                           {Call::read, 0, Fault::Kind::refused, EIO, forever},
+                           {Call::open, 0, Fault::Kind::refused, EMFILE, forever}}}
             .run();
     }
 
-    /// An error names the document, and says what the system said.
+    /// An error names the document and the reason of the system.
     static void checkNamed(const Fault& fault, const Outcome& outcome) {
         if (outcome.kind == Outcome::Kind::result)
             return;
@@ -75,28 +75,28 @@ class LoadFaults : public testing::Test {
     }
 };
 
-TEST_F(LoadFaults, AWorkspace) { sweep("loading a workspace", directory / "film/run.json"); }
+TEST_F(LoadFaults, AreReportedForAWorkspace) { sweep("loading a workspace", directory / "film/run.json"); }
 
-TEST_F(LoadFaults, ByARelativeLocation) {
+TEST_F(LoadFaults, AreReportedForARelativeLocation) {
     const fs::path before = fs::current_path();
     fs::current_path(directory / "film");
     sweep("loading from a relative location", "run.json", {Call::getcwd});
     fs::current_path(before);
 }
 
-// By its name alone the way leads to another film.
-TEST_F(LoadFaults, BehindALink) {
+// Without resolving the link, ".." would lead to another film.
+TEST_F(LoadFaults, AreReportedBehindALink) {
     directory.write("elsewhere/run.json", "");
     directory.write("elsewhere/film-project.json", smallestProject());
     fs::create_directory(directory / "film/cuts");
     fs::create_directory_symlink(directory / "film/cuts", directory / "elsewhere/link");
-    sweep("loading by way of a link", directory / "elsewhere/link/../run.json", {Call::lstat});
+    sweep("loading through a link", directory / "elsewhere/link/../run.json", {Call::lstat});
 }
 
-// Whatever goes wrong, a document with a mistake is never taken for a sound one.
-TEST_F(LoadFaults, ABrokenDocument) {
+// Whatever fails, an invalid document is never accepted.
+TEST_F(LoadFaults, NeverHideAnInvalidDocument) {
     directory.write("film/production-plan.json", R"({"title":)");
-    FaultSweep{.path = "loading a broken document",
+    FaultSweep{.name = "loading an invalid document",
                .operation =
                    [&] {
                        (void)FilmProjectLoader::load(directory / "film/run.json");

@@ -8,18 +8,18 @@
 
 namespace kinovane::test {
 
-/// What came of an operation.
+/// The result of an operation.
 struct Outcome {
     enum class Kind { result, systemError, projectError, handoffError, toolError, undocumented };
 
     Kind kind = Kind::undocumented;
     std::string text;     ///< The result, or the error's text.
-    std::error_code code; ///< Of a system error.
+    std::error_code code; ///< For Kind::systemError.
 
     bool operator==(const Outcome&) const = default;
 };
 
-/// `operation` gives its result as text.
+/// Runs an operation that returns its result as text.
 Outcome outcomeOf(const std::function<std::string()>& operation);
 
 } // namespace kinovane::test

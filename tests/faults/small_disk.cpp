@@ -15,19 +15,19 @@ namespace kinovane::test {
 
 namespace {
 
-void tell(const char* file, const std::string& text) { std::ofstream(file) << text; }
+void writeText(const char* file, const std::string& text) { std::ofstream(file) << text; }
 
-/// Mounts are this process's own from now on. An ordinary user may do so where such a user is allowed a
-/// namespace for users.
-bool leaveTheMountsOfOthers() {
+/// Gives this process its own mount namespace. Without root privileges this needs a user namespace, which the
+/// system may forbid.
+bool unshareMounts() {
     const std::string user = std::to_string(::geteuid());
     const std::string group = std::to_string(::getegid());
     if (::unshare(CLONE_NEWNS) != 0) {
         if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
             return false;
-        tell("/proc/self/setgroups", "deny");
-        tell("/proc/self/uid_map", user + " " + user + " 1");
-        tell("/proc/self/gid_map", group + " " + group + " 1");
+        writeText("/proc/self/setgroups", "deny");
+        writeText("/proc/self/uid_map", user + " " + user + " 1");
+        writeText("/proc/self/gid_map", group + " " + group + " 1");
     }
     return ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
@@ -35,7 +35,7 @@ bool leaveTheMountsOfOthers() {
 } // namespace
 
 bool mountSmallDisk(const std::filesystem::path& directory, const char* options) {
-    return leaveTheMountsOfOthers() && ::mount("small", directory.c_str(), "tmpfs", 0, options) == 0;
+    return unshareMounts() && ::mount("small", directory.c_str(), "tmpfs", 0, options) == 0;
 }
 
 void makeReadOnly(const std::filesystem::path& directory) {

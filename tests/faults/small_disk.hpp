@@ -6,11 +6,11 @@
 
 namespace kinovane::test {
 
-/// Puts a disk of its own in place of a directory, seen by this process alone and gone with it. `options` are
-/// those of a disk in memory, such as "size=64k". False when this process may not.
+/// Mounts a tmpfs on a directory, visible to this process only. `options` are mount options, such as
+/// "size=64k". Returns false when this is not permitted.
 bool mountSmallDisk(const std::filesystem::path& directory, const char* options);
 
-/// Lets nobody write to it any more.
+/// Remounts it read-only.
 void makeReadOnly(const std::filesystem::path& directory);
 
 } // namespace kinovane::test

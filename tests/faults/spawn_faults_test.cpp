@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What is left of a program's start, and of the program, when a call goes wrong.
+// Running a program when system calls fail.
 
 #include <cerrno>
 #include <filesystem>
@@ -34,15 +34,15 @@ const std::string launchFailed = "Could not launch film command: ";
 const std::string afterTheStart =
     launchFailed + programPath("test_program") + " was started and may have done its work, but ";
 
-/// Whether the text names the program, some call and the reason.
+/// Whether the text names the program, a call and the reason.
 bool isLaunchFailure(const std::string& text, const std::string& why) {
     const std::string program = launchFailed + programPath("test_program") + ": ";
     return text.starts_with(program) && text.ends_with(": " + why) &&
            text.find_first_of(": ", program.size()) == text.size() - why.size() - 2;
 }
 
-/// Where it went wrong decides which error it is.
-void checkTold(const Fault& fault, const Outcome& outcome) {
+/// The call that failed determines the error.
+void checkError(const Fault& fault, const Outcome& outcome) {
     if (outcome.kind == Outcome::Kind::result)
         return;
     EXPECT_EQ(outcome.kind, Outcome::Kind::toolError) << outcome.text;
@@ -74,42 +74,42 @@ void checkTold(const Fault& fault, const Outcome& outcome) {
     }
 }
 
-FaultSweep sweepOf(const std::string& path, const std::vector<std::string>& arguments) {
+FaultSweep sweepOf(const std::string& name, const std::vector<std::string>& arguments) {
     return {
-        .path = path,
+        .name = name,
         .operation =
             [arguments] { return join(FilmToolClient(programPath("test_program")).run(arguments).get()); },
         .expectedCalls = startCalls,
-        .check = checkTold,
+        .check = checkError,
         // How often a pipe is read depends on how fast the program writes.
         .repeatable = false};
 }
 
-TEST(SpawnFaults, AShortRun) {
+TEST(SpawnFaults, AreReportedForAShortRun) {
     FaultSweep sweep = sweepOf("running a program", {"out", "x", "err", "y"});
-    sweep.moreFaults = {{Call::read, 0, Fault::Manner::shortened, 0, forever},
-                        {Call::read, 0, Fault::Manner::refused, EIO, forever},
-                        {Call::pipe2, 0, Fault::Manner::refused, EMFILE, forever}};
+    sweep.moreFaults = {{Call::read, 0, Fault::Kind::shortened, 0, forever},
+                        {Call::read, 0, Fault::Kind::refused, EIO, forever},
+                        {Call::pipe2, 0, Fault::Kind::refused, EMFILE, forever}};
     sweep.run();
 }
 
-// Large enough for a larger pipe, and for a program that has to be stopped in the middle.
-TEST(SpawnFaults, ARunWithMuchOutput) {
+// More than a pipe holds, so that the program may still be writing when the run ends.
+TEST(SpawnFaults, AreReportedForARunWithMuchOutput) {
     sweepOf("running a program with much output", {"flood", "1100000"}).run();
 }
 
-TEST(SpawnFaults, AFailingProgram) {
+TEST(SpawnFaults, AreReportedForAFailingProgram) {
     FaultSweep sweep = sweepOf("running a program that fails", {"out", "x", "exit", "3"});
     sweep.check = [](const Fault& fault, const Outcome& outcome) {
         EXPECT_NE(outcome.kind, Outcome::Kind::result);
         if (outcome.text != "Film command exited 3.")
-            checkTold(fault, outcome);
+            checkError(fault, outcome);
     };
     sweep.run();
 }
 
 // A working directory that cannot be read is no reason to look for another program.
-TEST(SpawnFaults, ByARelativePath) {
+TEST(SpawnFaults, AreReportedForARelativePath) {
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(std::filesystem::path(programPath("test_program")).parent_path());
     FaultSweep sweep = sweepOf("running a program by a relative path", {"out", "x"});
@@ -123,14 +123,14 @@ TEST(SpawnFaults, ByARelativePath) {
             EXPECT_EQ(outcome.text, launchFailed + "./test_program: getcwd: " +
                                         std::generic_category().message(fault.error));
         else
-            checkTold(fault, outcome);
+            checkError(fault, outcome);
     };
     sweep.run();
     std::filesystem::current_path(before);
 }
 
-// The first pipe then gets the place of standard input, and has to move away.
-TEST(SpawnFaults, WithoutStandardInput) {
+// The first pipe then gets descriptor 0 and has to be duplicated.
+TEST(SpawnFaults, AreReportedWithoutStandardInput) {
     EXPECT_EQ(inForkedProcess([] {
                   ::close(STDIN_FILENO);
                   sweepOf("running a program without standard input", {"out", "x"}).run();
@@ -139,20 +139,20 @@ TEST(SpawnFaults, WithoutStandardInput) {
               "passed");
 }
 
-// An error after the start ends the run, and while the rest is cleared away calls may be interrupted too. The
-// program still writes when nobody reads any more.
-TEST(SpawnFaults, InterruptedWhileClearingAway) {
+// After an error the run ends, and the calls of the cleanup may be interrupted as well. The program still
+// writes when its output is no longer read.
+TEST(SpawnFaults, DoNotLeakWhenTheCleanupIsInterrupted) {
     const FaultSweep sweep = sweepOf("", {"flood", "300000"});
     const ProcessCounts before = restingCounts();
     {
-        const FaultPlan plan({{Call::poll, 1, Fault::Manner::refused, ENOMEM},
-                              {Call::waitpid, 0, Fault::Manner::refused, EINTR, 3},
-                              {Call::close, 2, Fault::Manner::reportedLate, EINTR, forever}});
+        const FaultPlan plan({{Call::poll, 1, Fault::Kind::refused, ENOMEM},
+                              {Call::waitpid, 0, Fault::Kind::refused, EINTR, 3},
+                              {Call::close, 2, Fault::Kind::reportedLate, EINTR, forever}});
         EXPECT_EQ(outcomeOf(sweep.operation).text,
                   afterTheStart + "its output was lost: poll: Cannot allocate memory");
-        EXPECT_EQ(plan.census()[static_cast<std::size_t>(Call::waitpid)], 4U);
+        EXPECT_EQ(plan.counts()[static_cast<std::size_t>(Call::waitpid)], 4U);
     }
-    EXPECT_TRUE(settledCounts(before) == before) << "something was left";
+    EXPECT_TRUE(settledCounts(before) == before) << "a descriptor, thread or child was left";
 }
 
 } // namespace

@@ -8,14 +8,14 @@
 
 namespace kinovane::test {
 
-/// The handoff that is built, as one text.
+/// The handoff that is built, as JSON.
 inline std::string builtText(const FilmWorkspaceSnapshot& snapshot, unsigned workers) {
     HandoffBuildOptions options;
     options.workers = workers;
     return encodeJSON(VistrelHandoffBuilder::build(snapshot, "film", "now", options));
 }
 
-/// What an audit says, one line for each artifact.
+/// The descriptions of an audit, one line for each artifact.
 inline std::string auditedText(const FilmWorkspaceSnapshot& snapshot, unsigned workers) {
     HandoffBuildOptions options;
     options.workers = workers;

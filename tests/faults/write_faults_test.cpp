@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What is left of a manifest when the writing of it goes wrong.
+// Writing a manifest when system calls fail.
 
 #include <algorithm>
 #include <cerrno>
@@ -39,19 +39,19 @@ class WriteFaults : public testing::Test {
     const VistrelHandoff handoff = handoffToWrite();
     const std::string content = encodeJSON(handoff, JSONFormat::pretty);
     const TemporaryDirectory directory;
-    const fs::path home = directory / "home";
-    const fs::path manifest = home / "manifest.json"; ///< Where it lies in the end.
+    const fs::path output = directory / "output";
+    const fs::path manifest = output / "manifest.json"; ///< The file that is replaced, links resolved.
     std::optional<std::string> old = "the old manifest";
 
-    /// Writes to `to`, with a fault at each call.
+    /// Writes to `to` with a fault at each call.
     void sweep(
-        const std::string& path, const fs::path& to, std::vector<Call> moreCalls,
+        const std::string& name, const fs::path& to, std::vector<Call> moreCalls,
         const std::function<void()>& prepareMore = [] {}) {
         std::vector<Call> calls{Call::open,    Call::create,   Call::write, Call::fsync, Call::close,
                                 Call::fstatat, Call::renameat, Call::read,  Call::lstat};
         calls.insert(calls.end(), moreCalls.begin(), moreCalls.end());
         FaultSweep sweep{
-            .path = path,
+            .name = name,
             .operation = [&] { return VistrelHandoffBuilder::write(handoff, to); },
             .expectedCalls = calls,
             .prepare =
@@ -60,20 +60,20 @@ class WriteFaults : public testing::Test {
                     prepareMore();
                 },
             .check = [&](const Fault& fault, const Outcome& outcome) { check(to, fault, outcome); }};
-        // A disk that is full stays full, and may still have taken a part.
+        // A full disk stays full, possibly after a partial write.
         for (const int error : {ENOSPC, EDQUOT, EFBIG, EIO})
-            sweep.moreFaults.push_back({Call::write, 0, Fault::Manner::refused, error, forever});
-        sweep.moreFaults.push_back({Call::write, 0, Fault::Manner::shortened, 0, forever});
-        sweep.moreFaults.push_back({Call::fsync, 0, Fault::Manner::refused, EIO, forever});
+            sweep.moreFaults.push_back({Call::write, 0, Fault::Kind::refused, error, forever});
+        sweep.moreFaults.push_back({Call::write, 0, Fault::Kind::shortened, 0, forever});
+        sweep.moreFaults.push_back({Call::fsync, 0, Fault::Kind::refused, EIO, forever});
         sweep.run();
     }
 
   private:
     void prepare() const {
-        fs::remove_all(home);
+        fs::remove_all(output);
         if (!old)
             return;
-        directory.write("home/manifest.json", *old);
+        directory.write("output/manifest.json", *old);
         ASSERT_EQ(::chmod(manifest.c_str(), privateMode), 0);
     }
 
@@ -88,7 +88,7 @@ class WriteFaults : public testing::Test {
         checkNames();
         if (outcome.kind == Outcome::Kind::result) {
             EXPECT_TRUE(isNew);
-            EXPECT_FALSE(mustBeTold(fault)) << "it was not told";
+            EXPECT_FALSE(mustBeReported(fault)) << "the fault was not reported";
             return;
         }
         EXPECT_TRUE(isOld || mayFailAfterwards(fault)) << "replaced, and then reported as failed";
@@ -107,30 +107,30 @@ class WriteFaults : public testing::Test {
     }
 
     void checkNames() const {
-        if (!fs::exists(home))
+        if (!fs::exists(output))
             return;
-        for (const std::string& name : namesIn(home))
+        for (const std::string& name : namesIn(output))
             EXPECT_EQ(name, "manifest.json") << "left behind";
     }
 
-    /// The manifest, a link on the way to it, or the directory above it, which could not be made.
+    /// The error names the manifest, a link that leads to it, or its parent directory.
     void checkNamed(const fs::path& to, const std::string& text) const {
-        const std::set<fs::path> places{to, to.parent_path(), directory / "second", manifest, home};
-        EXPECT_TRUE(std::any_of(places.begin(), places.end(), [&](const fs::path& place) {
-            return text.find(place.string() + "]") != std::string::npos;
+        const std::set<fs::path> locations{to, to.parent_path(), directory / "second", manifest, output};
+        EXPECT_TRUE(std::any_of(locations.begin(), locations.end(), [&](const fs::path& location) {
+            return text.find(location.string() + "]") != std::string::npos;
         })) << text;
     }
 
     /// Whether an error may be reported although the new manifest is in place: its directory could not be
-    /// flushed, or the file system replaced it and says that it did not.
+    /// flushed, or the rename was done but returned an error.
     static bool mayFailAfterwards(const Fault& fault) {
         return (fault.call == Call::fsync && fault.index == 1) ||
-               (fault.call == Call::renameat && fault.manner == Fault::Manner::reportedLate);
+               (fault.call == Call::renameat && fault.kind == Fault::Kind::reportedLate);
     }
 
-    /// Whether the manifest may not be on the disk after this fault. The second file to be flushed is the
-    /// directory, which some file systems cannot do; the first to be closed is the file that was written.
-    static bool mustBeTold(const Fault& fault) {
+    /// Whether the manifest may not be on disk after this fault. The second fsync is that of the directory,
+    /// which some file systems do not support; the first close is that of the written file.
+    static bool mustBeReported(const Fault& fault) {
         if (fault.harmless())
             return false;
         switch (fault.call) {
@@ -148,44 +148,45 @@ class WriteFaults : public testing::Test {
     }
 };
 
-TEST_F(WriteFaults, OverAnExistingManifest) {
+TEST_F(WriteFaults, KeepAnExistingManifest) {
     sweep("writing over a manifest", manifest, {Call::fstat, Call::fchmod, Call::stat});
 }
 
-TEST_F(WriteFaults, IntoAnEmptyDirectory) {
+TEST_F(WriteFaults, LeaveAnEmptyDirectory) {
     old.reset();
-    sweep("writing into an empty directory", manifest, {Call::stat}, [&] { fs::create_directory(home); });
+    sweep("writing into an empty directory", manifest, {Call::stat}, [&] { fs::create_directory(output); });
 }
 
-TEST_F(WriteFaults, IntoDirectoriesThatAreMadeForIt) {
+TEST_F(WriteFaults, LeaveNoFileInANewDirectory) {
     old.reset();
     sweep("writing into a new directory", manifest, {Call::stat, Call::mkdir});
 }
 
-TEST_F(WriteFaults, ThroughALink) {
-    fs::create_symlink("home/manifest.json", directory / "second");
+TEST_F(WriteFaults, KeepAManifestBehindLinks) {
+    fs::create_symlink("output/manifest.json", directory / "second");
     fs::create_symlink(directory / "second", directory / "first");
     sweep("writing through links", directory / "first", {Call::fstat, Call::fchmod, Call::readlink});
 }
 
-TEST_F(WriteFaults, ByARelativeLocation) {
+TEST_F(WriteFaults, KeepAManifestAtARelativeLocation) {
     const fs::path before = fs::current_path();
     fs::current_path(directory.path());
-    sweep("writing to a relative location", "home/manifest.json", {Call::fstat, Call::fchmod, Call::getcwd});
+    sweep("writing to a relative location", "output/manifest.json",
+          {Call::fstat, Call::fchmod, Call::getcwd});
     fs::current_path(before);
 }
 
-// What was created before the fault has to be removed also when the first attempt was interrupted.
-TEST_F(WriteFaults, AFullDiskAfterAnInterruption) {
-    directory.write("home/manifest.json", *old);
-    const FaultPlan plan({{Call::write, 0, Fault::Manner::refused, EINTR},
-                          {Call::write, 1, Fault::Manner::shortened},
-                          {Call::write, 2, Fault::Manner::refused, ENOSPC, forever}});
+// The temporary file is removed although the first write was interrupted.
+TEST_F(WriteFaults, LeaveNoTemporaryFileOnAFullDiskAfterAnInterruption) {
+    directory.write("output/manifest.json", *old);
+    const FaultPlan plan({{Call::write, 0, Fault::Kind::refused, EINTR},
+                          {Call::write, 1, Fault::Kind::shortened},
+                          {Call::write, 2, Fault::Kind::refused, ENOSPC, forever}});
     const Outcome outcome = outcomeOf([&] { return VistrelHandoffBuilder::write(handoff, manifest); });
     EXPECT_EQ(outcome.code, std::errc::no_space_on_device);
-    EXPECT_EQ(plan.census()[static_cast<std::size_t>(Call::unlinkat)], 1U);
+    EXPECT_EQ(plan.counts()[static_cast<std::size_t>(Call::unlinkat)], 1U);
     EXPECT_EQ(contentOf(manifest), *old);
-    EXPECT_EQ(namesIn(home), std::vector<std::string>{"manifest.json"});
+    EXPECT_EQ(namesIn(output), std::vector<std::string>{"manifest.json"});
 }
 
 } // namespace

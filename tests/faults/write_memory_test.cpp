@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// What is left of a manifest when there is no memory for the writing of it.
+// Writing a manifest when memory allocations fail.
 
 #include <cstddef>
 #include <filesystem>
@@ -21,71 +21,70 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct MemoryRow {
+struct Row {
     const char* sentence;
-    const char* name; ///< Of the manifest, in a directory where old.json and a link to it lie.
-    std::size_t times;
+    const char* name;  ///< Of the manifest, in a directory with old.json and a link to it.
+    std::size_t times; ///< How many allocations in a row fail.
 };
 
-class WriteMemory : public testing::TestWithParam<MemoryRow> {
-  protected:
-    const TemporaryDirectory directory;
-    const VistrelHandoff handoff;
-    const fs::path target = directory / "place" / GetParam().name;
-    const std::string content = encodeJSON(handoff, JSONFormat::pretty);
-
-    void prepare() const {
-        fs::remove_all(directory / "place");
-        directory.write("place/old.json", "old");
-        fs::create_symlink("old.json", directory / "place/link.json");
-    }
-
-    /// Writes with one failure; whether it came to that.
-    bool attempt(std::size_t index) const {
-        const FailingAllocation failure(index, GetParam().times);
-        try {
-            VistrelHandoffBuilder::write(handoff, target);
-            succeeded = true;
-        } catch (const std::bad_alloc&) {
-            succeeded = false;
-        }
-        return failure.struck();
-    }
-
-    mutable bool succeeded = false;
+const Row rows[] = {
+    {"one allocation, an old manifest", "old.json", 1},
+    {"all later allocations, an old manifest", "old.json", FailingAllocation::forever},
+    {"one allocation, a link to an old manifest", "link.json", 1},
+    {"one allocation, no old manifest", "new.json", 1},
+    {"all later allocations, no old manifest", "new.json", FailingAllocation::forever},
+    {"one allocation, a new directory", "new/new.json", 1},
 };
 
-TEST_P(WriteMemory, AFailedAllocationLeavesTheOldFileAndNothingElse) {
-    prepare();
-    attempt(FailingAllocation::forever); // Whatever is only made once is there from now on.
-    ASSERT_TRUE(succeeded);
-    const std::size_t descriptors = countProcess().descriptors;
-    std::size_t index = 0;
-    for (bool struck = true; struck; ++index) {
-        SCOPED_TRACE("allocation " + std::to_string(index));
-        prepare();
-        const bool existed = fs::exists(target);
-        struck = attempt(index);
-        EXPECT_TRUE(succeeded || struck);
-        ASSERT_EQ(fs::exists(target), succeeded || existed);
-        if (succeeded || existed)
-            EXPECT_EQ(contentOf(target), succeeded ? content : "old");
-        for (const fs::directory_entry& entry : fs::recursive_directory_iterator(directory / "place"))
-            EXPECT_NE(entry.path().extension(), ".tmp") << "left behind";
-        EXPECT_EQ(countProcess().descriptors, descriptors);
+struct Attempt {
+    bool succeeded;
+    bool failed; ///< Whether an allocation failed.
+};
+
+Attempt writeWithFailure(const fs::path& target, std::size_t index, std::size_t times) {
+    const FailingAllocation failure(index, times);
+    try {
+        VistrelHandoffBuilder::write(VistrelHandoff(), target);
+    } catch (const std::bad_alloc&) {
+        return {false, failure.struck()};
     }
-    EXPECT_GT(index, 10U) << "the allocations were not seen";
+    return {true, failure.struck()};
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , WriteMemory,
-    testing::Values(MemoryRow{"one over an old manifest", "old.json", 1},
-                    MemoryRow{"all over an old manifest", "old.json", FailingAllocation::forever},
-                    MemoryRow{"one through a link", "link.json", 1},
-                    MemoryRow{"one in place of none", "new.json", 1},
-                    MemoryRow{"all in place of none", "new.json", FailingAllocation::forever},
-                    MemoryRow{"one into a new directory", "new/new.json", 1}),
-    [](const auto& row) { return std::to_string(row.index); });
+TEST(FailedAllocation, LeavesTheOldManifestAndNothingElse) {
+    const TemporaryDirectory directory;
+    const fs::path output = directory / "output";
+    const std::string content = encodeJSON(VistrelHandoff(), JSONFormat::pretty);
+    const auto prepare = [&] {
+        fs::remove_all(output);
+        directory.write("output/old.json", "old");
+        fs::create_symlink("old.json", output / "link.json");
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        const fs::path target = output / row.name;
+        prepare();
+        VistrelHandoffBuilder::write(VistrelHandoff(), target); // Allocates what is only made once.
+        const std::size_t descriptors = countProcess().descriptors;
+        Attempt attempt{};
+        std::size_t index = 0;
+        do {
+            SCOPED_TRACE("allocation " + std::to_string(index));
+            prepare();
+            const bool existed = fs::exists(target);
+            attempt = writeWithFailure(target, index, row.times);
+            EXPECT_TRUE(attempt.succeeded || attempt.failed);
+            ASSERT_EQ(fs::exists(target), attempt.succeeded || existed);
+            if (attempt.succeeded || existed)
+                EXPECT_EQ(contentOf(target), attempt.succeeded ? content : "old");
+            for (const fs::directory_entry& entry : fs::recursive_directory_iterator(output))
+                EXPECT_NE(entry.path().extension(), ".tmp") << "temporary file left behind";
+            EXPECT_EQ(countProcess().descriptors, descriptors);
+            ++index;
+        } while (attempt.failed);
+        EXPECT_GT(index, 10U) << "too few allocations were counted";
+    }
+}
 
 } // namespace
 

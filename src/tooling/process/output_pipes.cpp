@@ -9,6 +9,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "common/files/standard_descriptors.hpp"
+
 namespace kinovane {
 
 namespace {

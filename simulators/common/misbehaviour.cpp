@@ -26,6 +26,16 @@ std::optional<int> misbehave(const char* variable, std::span<const Misbehaviour>
     return misused;
 }
 
+int print(const std::string& text) {
+    std::cout << text << '\n';
+    return 0;
+}
+
+int complain(const std::string& text, int status) {
+    std::cerr << text << '\n';
+    return status;
+}
+
 void dieByKill() {
     std::raise(SIGKILL);
     std::abort();

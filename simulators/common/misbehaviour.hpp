@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace simulator {
@@ -19,6 +20,12 @@ struct Misbehaviour {
 /// Performs the misbehaviour that the environment variable names. The exit status to end with; nothing when
 /// the variable is not set or empty. An unknown name is reported with the known ones.
 std::optional<int> misbehave(const char* variable, std::span<const Misbehaviour> known);
+
+/// Writes a line to standard output; the exit status 0.
+int print(const std::string& text);
+
+/// Writes a line to standard error; the given exit status.
+int complain(const std::string& text, int status);
 
 /// Ends the process by SIGKILL.
 [[noreturn]] void dieByKill();

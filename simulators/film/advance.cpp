@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "advance.hpp"
-
-#include "clock.hpp"
+#include "changes.hpp"
 #include "common/refusal.hpp"
 #include "phases.hpp"
 #include "step.hpp"

@@ -4,15 +4,11 @@
 
 #include <stdexcept>
 
-#include "advance.hpp"
-#include "clock.hpp"
+#include "changes.hpp"
 #include "common/digest.hpp"
 #include "common/handoff.hpp"
 #include "invocation_log.hpp"
 #include "new_film.hpp"
-#include "recover.hpp"
-#include "reroll.hpp"
-#include "review.hpp"
 #include "status_reply.hpp"
 #include "vistrel_manifest.hpp"
 

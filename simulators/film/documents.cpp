@@ -4,9 +4,9 @@
 
 #include <cmath>
 
+#include "common/embedded_file.hpp"
 #include "common/file.hpp"
 #include "common/refusal.hpp"
-#include "embedded_file.hpp"
 
 namespace simulator::film {
 namespace {

@@ -4,9 +4,9 @@
 
 #include <cstdlib>
 
-#include "clock.hpp"
 #include "common/file.hpp"
 #include "common/json_text.hpp"
+#include "workspace.hpp"
 
 namespace simulator::film {
 namespace {

@@ -6,7 +6,7 @@
 
 #include <boost/crc.hpp>
 
-#include "embedded_file.hpp"
+#include "common/embedded_file.hpp"
 
 namespace simulator::film {
 namespace {

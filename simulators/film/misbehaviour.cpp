@@ -4,7 +4,9 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <map>
 #include <string>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -12,21 +14,51 @@
 
 #include "common/program.hpp"
 #include "common/refusal.hpp"
-#include "sample_reply.hpp"
+#include "documents.hpp"
 
 namespace simulator::film {
 namespace {
 
 constexpr int failed = 4;
 
-int print(const std::string& text) {
-    std::cout << text << '\n';
-    return 0;
+/// Of each reply that is read: a key to remove and a key to give another type.
+const std::map<std::string_view, std::pair<const char*, const char*>> keys{
+    {"status", {"proof", "shots"}},
+    {"export-vistrel", {"manifestSha256", "bytes"}},
+    {"agent", {"cwd", "environment"}}};
+
+/// An invented reply in the form of the real one.
+json::object sampleReply(std::string_view command) {
+    json::object replies = documentTemplate("replies.json");
+    if (command == "plan")
+        return {{"ok", true}, {"status", replies.at("status")}};
+    return replies.contains(command) ? recordOf(replies, command) : json::object{{"ok", true}};
 }
 
-int complain(const std::string& text, int status) {
-    std::cerr << text << '\n';
-    return status;
+/// Lacks a key that every reader of this reply needs.
+json::object replyWithoutKey(std::string_view command) {
+    json::object reply = sampleReply(command);
+    const auto found = keys.find(command);
+    if (command == "plan")
+        recordOf(reply, "status").erase("runManifest");
+    else if (found != keys.end())
+        reply.erase(found->second.first);
+    else
+        reply.erase("ok");
+    return reply;
+}
+
+/// Has another type where every reader of this reply needs a certain one.
+json::object replyOfWrongType(std::string_view command) {
+    json::object reply = sampleReply(command);
+    const auto found = keys.find(command);
+    if (command == "plan")
+        recordOf(reply, "status")["runManifest"] = 7;
+    else if (found != keys.end())
+        reply[found->second.second] = json::array();
+    else
+        reply["ok"] = json::array();
+    return reply;
 }
 
 /// Waits until another process opens the pipe for writing. So a test decides, without a clock, when this

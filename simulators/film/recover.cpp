@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "recover.hpp"
-
 #include <cstdint>
 #include <optional>
 #include <set>
 #include <vector>
 
 #include "artifact_list.hpp"
+#include "changes.hpp"
 #include "common/refusal.hpp"
 #include "shots.hpp"
 

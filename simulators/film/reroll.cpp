@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "reroll.hpp"
-
 #include <array>
 
+#include "changes.hpp"
 #include "common/refusal.hpp"
 #include "phases.hpp"
 #include "review_requests.hpp"

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "review.hpp"
-
+#include "changes.hpp"
 #include "common/refusal.hpp"
 #include "phases.hpp"
 #include "review_requests.hpp"

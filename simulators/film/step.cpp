@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "clock.hpp"
 #include "common/refusal.hpp"
 #include "media.hpp"
 #include "shots.hpp"

@@ -5,7 +5,6 @@
 #include <map>
 
 #include "artifact_list.hpp"
-#include "clock.hpp"
 #include "common/digest.hpp"
 #include "common/handoff.hpp"
 #include "common/refusal.hpp"

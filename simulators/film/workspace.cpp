@@ -2,10 +2,26 @@
 
 #include "workspace.hpp"
 
+#include <array>
+#include <cstdlib>
+#include <ctime>
+
 #include "common/misbehaviour.hpp"
 #include "common/refusal.hpp"
 
 namespace simulator::film {
+
+std::string timeStamp() {
+    const char* fixed = std::getenv("FILM_CLOCK");
+    if (fixed != nullptr && *fixed != '\0')
+        return fixed;
+    const std::time_t now = std::time(nullptr);
+    std::tm parts{};
+    ::gmtime_r(&now, &parts);
+    std::array<char, 32> text{};
+    const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts);
+    return {text.data(), length};
+}
 
 std::filesystem::path absolutePath(const std::filesystem::path& path) {
     return std::filesystem::absolute(path).lexically_normal();

@@ -52,6 +52,10 @@ inline constexpr const char* projectName = "film-project.json";
 inline constexpr const char* planName = "production-plan.json";
 inline constexpr const char* treatmentName = "treatment.json";
 
+/// The value of the environment variable FILM_CLOCK, or else the current time in UTC as
+/// 2026-03-01T14:05:09Z.
+std::string timeStamp();
+
 /// The absolute path without "." and "..".
 std::filesystem::path absolutePath(const std::filesystem::path& path);
 

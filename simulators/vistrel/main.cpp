@@ -7,7 +7,6 @@
 #include "common/program.hpp"
 #include "film_library.hpp"
 #include "manifest.hpp"
-#include "manifest_check.hpp"
 #include "misbehaviour.hpp"
 #include "receipt.hpp"
 

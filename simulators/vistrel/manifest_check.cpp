@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "manifest_check.hpp"
-
 #include <algorithm>
-#include <filesystem>
 #include <limits>
 #include <map>
 #include <set>
 
 #include "common/handoff.hpp"
 #include "common/refusal.hpp"
+#include "manifest.hpp"
 
 namespace simulator::vistrel {
 namespace {

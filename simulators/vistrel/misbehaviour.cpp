@@ -19,11 +19,6 @@ constexpr const char* camelCaseReceipt =
     R"({"ok":true,"projectId":"vistrel_sample","episodeId":"vistrel_sample_episode_1","importedScenes":2,)"
     R"("importedShots":3,"importedAssets":5,"projectUrl":"vistrel://projects/vistrel_sample"})";
 
-int print(const std::string& text) {
-    std::cout << text << '\n';
-    return 0;
-}
-
 /// Writes far more than a pipe holds to both streams in turn: a reader of only one of them never finishes.
 int flood() {
     constexpr std::size_t chunkSize = std::size_t{64} << 10U;

@@ -14,14 +14,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The tool's own record of how it was called.
+/// The tool's log of its calls.
 class ToolLog {
   public:
     explicit ToolLog(const Production& production) : log_(production.folder / "film-tool-log.jsonl") {
         news();
     }
 
-    /// What it has noted since the last look, without the time that begins every line.
+    /// The new lines since the last call, without their time stamps.
     std::string news() {
         const std::string whole = contentOf(log_);
         std::string lines = whole.substr(seen_);
@@ -37,7 +37,7 @@ class ToolLog {
     std::size_t seen_ = 0;
 };
 
-TEST(Agent, TheToolReceivesExactlyWhatWasSaid) {
+TEST(Agent, PassesArgumentsAndVariablesUnchanged) {
     const Production production;
     const FilmToolClient& film = production.film;
     const fs::path run = production.run;
@@ -53,12 +53,12 @@ TEST(Agent, TheToolReceivesExactlyWhatWasSaid) {
     };
     const std::vector<Row> rows{
         {"status", [&] { film.status(run).get(); }, R"("arguments":["status",)" + quoted + "]}\n"},
-        {"a location with detours, as it stands",
+        {"a path with dot components, unchanged",
          [&] { film.status(run.parent_path() / "./../the late ferry/run.json").get(); },
          R"("arguments":["status",")" + run.parent_path().string() +
              R"(/./../the late ferry/run.json"]})"
              "\n"},
-        {"a relative location, as an absolute one", [&] { film.status(fs::proximate(run)).get(); },
+        {"a relative path, as an absolute one", [&] { film.status(fs::proximate(run)).get(); },
          R"("arguments":["status",")" + fs::absolute(fs::proximate(run)).string() + "\"]}\n"},
         {"advance with everything",
          [&] { film.advance(run, "/opt/pi agents/pi", "a provider", "heron-32b-q4").get(); },
@@ -105,7 +105,7 @@ TEST(Agent, TheToolReceivesExactlyWhatWasSaid) {
     }
 }
 
-TEST(Agent, APlanIsToldThePiCommand) {
+TEST(Agent, PassesThePiCommandToAPlan) {
     const Production production;
     const fs::path folder = production.directory / "second";
     production.film.plan("An idea", "A title", 6, folder, "/opt/pi").get();
@@ -132,7 +132,7 @@ TEST(Agent, IsFoundAndLaunchedOnTheFilm) {
                             {"QUEX_FILM_TOOLS_RUN_MANIFEST", production.run.string()}};
     EXPECT_EQ(launch, expected);
 
-    // A tool that is known by its name alone tells its place all the same.
+    // A tool that is given by its bare name reports its absolute path.
     EXPECT_EQ(FilmToolClient("film").agentLaunchSpec(production.run, pi).get(), expected);
 
     for (const std::optional<std::string>& command : {std::optional(pi), std::optional<std::string>()})
@@ -141,7 +141,7 @@ TEST(Agent, IsFoundAndLaunchedOnTheFilm) {
                       "\".\n");
 }
 
-TEST(Agent, TheRuntimeOffersTheLargestModelThatItCanStart) {
+TEST(Agent, UsesTheLargestModelThatCanBeStarted) {
     const Variable statusFile("QUEXRUN_STATUS_FILE", std::nullopt);
     const Variable behaviour("QUEXRUN_MISBEHAVE", std::nullopt);
     const QuexRunAgentStatus status = QuexRunAgentClient(programPath("quexrun")).status().get();

@@ -44,14 +44,14 @@ struct HandedOver : Production {
     FilmWorkspaceSnapshot film_;
 };
 
-/// What each of the three says to one and the same film.
+/// The messages of the three programs for the same film.
 struct Refusals {
     std::string tool;
     VistrelHandoffError library;
     std::string importer;
 };
 
-TEST(HandoffRefusal, ToolLibraryAndImporterRefuseTheSameFilms) {
+TEST(HandoffRefusal, IsTheSameInToolLibraryAndImporter) {
     struct Row {
         const char* sentence;
         std::function<void(const HandedOver&)> damage;
@@ -82,13 +82,13 @@ TEST(HandoffRefusal, ToolLibraryAndImporterRefuseTheSameFilms) {
                              asset + "has the digest " + found + ", but the manifest states " + recorded +
                                  "\n"};
          }},
-        {"a file that was taken away", [](const HandedOver& film) { fs::remove(film.clip); },
+        {"a file that was deleted", [](const HandedOver& film) { fs::remove(film.clip); },
          [&](const HandedOver&) {
              return Refusals{"The file \"clips/shot-02.mp4\" is missing.\n",
                              VistrelHandoffError::missingArtifact{clipPath},
                              asset + "the file cannot be found: No such file or directory\n"};
          }},
-        {"a file that was put elsewhere",
+        {"a file that was replaced by a link to the outside",
          [](const HandedOver& film) {
              fs::rename(film.clip, film.elsewhere);
              fs::create_symlink(film.elsewhere, film.clip);
@@ -128,7 +128,7 @@ TEST(HandoffRefusal, ToolLibraryAndImporterRefuseTheSameFilms) {
     }
 }
 
-TEST(HandoffRefusal, NothingToHandOverWithoutAPlan) {
+TEST(HandoffRefusal, CoversAFilmWithoutAPlan) {
     const Production production;
     fs::remove(production.folder / "production-plan.json");
     const std::string run = production.run.string();

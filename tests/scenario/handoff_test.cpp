@@ -18,7 +18,7 @@ VistrelHandoff built(const FilmWorkspaceSnapshot& film) {
     return VistrelHandoffBuilder::build(film, film.root.string(), Production::planned, options);
 }
 
-/// The tool's receipt tells the truth about the file that it names.
+/// The manifest that a receipt names; checks the receipt against it.
 VistrelHandoff manifestOf(const FilmVistrelExportReceipt& receipt, const Production& production) {
     const auto handoff = decodeJSON<VistrelHandoff>(contentOf(receipt.manifest));
     FilmVistrelExportReceipt expected;
@@ -36,7 +36,7 @@ VistrelHandoff manifestOf(const FilmVistrelExportReceipt& receipt, const Product
     return handoff;
 }
 
-/// Of both manifests the importer makes the same film.
+/// The importer makes the same film from all manifests.
 void expectSameFilmInVistrel(const Production& production, const std::vector<fs::path>& manifests,
                              std::int64_t assets) {
     const fs::path library = production.directory / "library";
@@ -61,7 +61,7 @@ void expectSameFilmInVistrel(const Production& production, const std::vector<fs:
     EXPECT_THAT(storyboards, testing::Each(storyboards.front()));
 }
 
-TEST(Handoff, ToolAndLibraryMakeTheSameOneAtEveryGate) {
+TEST(Handoff, IsTheSameFromToolAndLibraryAtEveryGate) {
     const Production production;
     std::int64_t assets = 0;
     for (const std::string& gate : gates()) {
@@ -87,7 +87,7 @@ TEST(Handoff, ToolAndLibraryMakeTheSameOneAtEveryGate) {
     EXPECT_EQ(assets, 42);
 }
 
-TEST(Handoff, TheToolChoosesThePlace) {
+TEST(Handoff, IsWrittenToTheFilmsFolderByDefault) {
     const Production production;
     production.passUpTo("delivery");
     const auto receipt = production.film.exportVistrel(production.run).get();
@@ -95,7 +95,7 @@ TEST(Handoff, TheToolChoosesThePlace) {
     EXPECT_EQ(manifestOf(receipt, production), built(FilmProjectLoader::load(production.run)));
 }
 
-TEST(Handoff, APlanAloneIsAStoryboardWithoutPictures) {
+TEST(Handoff, HasNoAssetsBeforeTheFrames) {
     const Production production;
     const fs::path manifest = production.directory / "plan.json";
     const auto receipt = production.film.exportVistrel(production.run, manifest).get();

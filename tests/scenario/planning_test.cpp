@@ -35,7 +35,7 @@ TEST(Planning, MakesAFilmThatLoads) {
     EXPECT_EQ(film.treatment->beats.size(), 3U);
 }
 
-TEST(Planning, AsksForTheFirstGateOnly) {
+TEST(Planning, RequestsTheFirstGateOnly) {
     const Production production;
     const auto approvals = production.checked().project.approvals;
     FilmApproval plan{"requested", "The story in three shots", Production::planned, {}, {}, {}};
@@ -47,7 +47,7 @@ TEST(Planning, AsksForTheFirstGateOnly) {
                   {"plan", plan}, {"frames", frames}, {"rough-cut", roughCut}, {"delivery", delivery}}));
 }
 
-TEST(Planning, ShotsAreAsLongAsTheFilm) {
+TEST(Planning, MakesShotsAsLongAsTheFilm) {
     const Production production;
     for (const std::int64_t seconds : {1, 2, 7, 90, 3600}) {
         SCOPED_TRACE(seconds);
@@ -63,7 +63,7 @@ TEST(Planning, ShotsAreAsLongAsTheFilm) {
     }
 }
 
-TEST(Planning, IsRefused) {
+TEST(Planning, RefusesInvalidRequests) {
     const Production production;
     const std::string folder = production.folder.string();
     const std::string none = (production.directory / "none/run.json").string();
@@ -94,7 +94,7 @@ TEST(Planning, IsRefused) {
     EXPECT_EQ(production.checked(), before);
 }
 
-TEST(Planning, ToolsThatAreNotThereAreNamed) {
+TEST(Planning, ReportsAMissingTool) {
     const Production production;
     const std::string missing = (production.directory / "no film").string();
     EXPECT_EQ(errorOf(FilmToolClient(missing).status(production.run)),

@@ -14,10 +14,10 @@
 
 namespace kinovane::test {
 
-/// All gates of a film, in the order in which it meets them.
+/// All gates of a film, in their order.
 const std::vector<std::string>& gates();
 
-/// What the tools are told by their environment, as far as a test does not say otherwise.
+/// The environment variables of the tools; a test may change them.
 struct ToolEnvironment {
     Variable clock;
     Variable behaviour{"FILM_MISBEHAVE", std::nullopt};
@@ -27,7 +27,7 @@ struct ToolEnvironment {
 
 /// A film that has just been planned in an empty folder.
 class Production {
-    // In front of everything, for planning needs it.
+    // First, because planning needs it.
     ToolEnvironment environment_{{"FILM_CLOCK", planned}};
 
   public:
@@ -42,28 +42,28 @@ class Production {
     std::filesystem::path folder = directory / "films of Noor/the late ferry";
     std::filesystem::path run;
 
-    /// The film as it lies on the disk. Every recorded file is there as recorded, no other file is, and the
-    /// tool's board says the same as the documents.
+    /// The film as it is on disk. Expects that every recorded file exists as recorded, that there is no other
+    /// file, and that the tool's status agrees with the documents.
     FilmWorkspaceSnapshot checked() const;
 
     void approve(const std::string& gate) const;
 
-    /// Approves the gate and goes on; gives the tool's reply.
+    /// Approves the gate and runs the tool; returns its reply.
     std::string pass(const std::string& gate) const;
 
-    /// Goes on until the next gate that is not among those that were passed, the last of which is `gate`.
+    /// Passes all gates up to `gate`.
     void passUpTo(const std::string& gate) const;
 
-    /// Begins to go on, and is ended in the middle of the first step.
+    /// Runs the tool and kills it in the middle of its first step.
     void cutOff() const;
 
-    /// What the film tool gives for a command that it refuses, or that ends without a word.
+    /// The error of a command that the film tool refuses.
     FilmToolError refusal(std::vector<std::string> arguments, const std::string& message,
                           std::int32_t exitCode = 1) const;
 };
 
-/// Compares the board with the documents.
-void expectSame(const FilmStatusResponse& board, const FilmWorkspaceSnapshot& documents);
+/// Compares the status with the documents.
+void expectSame(const FilmStatusResponse& status, const FilmWorkspaceSnapshot& documents);
 
 /// Compares the recorded files with those below the film's folder.
 void expectFilesAsRecorded(const FilmWorkspaceSnapshot& film);

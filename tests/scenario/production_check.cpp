@@ -35,7 +35,7 @@ std::int64_t countOf(const std::vector<Record>& records) {
     return static_cast<std::int64_t>(records.size());
 }
 
-/// Takes are counted in both documents.
+/// Both documents have the same takes.
 void expectSameTakes(const FilmWorkspaceSnapshot& film) {
     ASSERT_TRUE(film.productionPlan);
     ASSERT_EQ(film.productionPlan->shots.size(), film.project.shots.size());
@@ -54,11 +54,11 @@ void expectSameTakes(const FilmWorkspaceSnapshot& film) {
 
 } // namespace
 
-void expectSame(const FilmStatusResponse& board, const FilmWorkspaceSnapshot& documents) {
+void expectSame(const FilmStatusResponse& status, const FilmWorkspaceSnapshot& documents) {
     const FilmProject& project = documents.project;
     FilmStatusResponse expected;
     expected.contractVersion = "quexrun/film-status.v1";
-    expected.runId = board.runId; // In no document that the library reads.
+    expected.runId = status.runId; // In no document that the library reads.
     expected.projectId = project.projectId;
     expected.title = project.title;
     expected.status = project.status;
@@ -79,8 +79,8 @@ void expectSame(const FilmStatusResponse& board, const FilmWorkspaceSnapshot& do
     expected.runManifest = documents.runManifest.string();
     if (const auto package = documents.latestArtifact("review-package"))
         expected.reviewPackage = documents.artifactURL(*package).string();
-    EXPECT_EQ(encodeJSON(board), encodeJSON(expected));
-    EXPECT_TRUE(board.runId.starts_with("run-")) << board.runId;
+    EXPECT_EQ(encodeJSON(status), encodeJSON(expected));
+    EXPECT_TRUE(status.runId.starts_with("run-")) << status.runId;
     expectSameTakes(documents);
 }
 

@@ -24,7 +24,7 @@ TEST(Recovery, HasNothingToDo) {
     EXPECT_EQ(production.checked(), before);
 }
 
-TEST(Recovery, OfAStepThatWasCutOff) {
+TEST(Recovery, UndoesAnInterruptedStep) {
     struct Row {
         const char* sentence;
         std::vector<std::string> passed;
@@ -65,7 +65,7 @@ TEST(Recovery, OfAStepThatWasCutOff) {
     }
 }
 
-TEST(Recovery, ComesBeforeEverythingElse) {
+TEST(Recovery, IsRequiredBeforeAnyChange) {
     const Production production;
     production.pass("plan");
     production.approve("frames");
@@ -92,7 +92,7 @@ TEST(Recovery, ComesBeforeEverythingElse) {
     EXPECT_EQ(production.checked(), before);
 }
 
-TEST(Recovery, KeepsTheTakeThatWasPutAside) {
+TEST(Recovery, KeepsAnArchivedTake) {
     const Production production;
     production.passUpTo("frames");
     production.film.reroll(production.run, "shot-02", "Slower").get();

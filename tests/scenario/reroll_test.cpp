@@ -28,7 +28,7 @@ std::string lineOf(const FilmWorkspaceSnapshot& film, std::size_t shot) {
     return film.productionPlan->shots.at(shot).dialogue.at(0).text;
 }
 
-TEST(Review, LeavesANoteAboutEveryShotInWhichSomebodySpeaks) {
+TEST(Review, AddsANoteAboutEveryShotWithDialogue) {
     const Production production;
     production.passUpTo("frames");
     const FilmWorkspaceSnapshot before = production.checked();
@@ -57,7 +57,7 @@ TEST(Review, LeavesANoteAboutEveryShotInWhichSomebodySpeaks) {
     EXPECT_EQ(production.checked().project.reviewRequests, after.project.reviewRequests);
 }
 
-TEST(Reroll, PutsTheTakeAside) {
+TEST(Reroll, ArchivesTheTake) {
     const Production production;
     production.passUpTo("delivery");
     const FilmWorkspaceSnapshot before = production.checked();
@@ -76,7 +76,7 @@ TEST(Reroll, PutsTheTakeAside) {
         archived.path = to;
         EXPECT_EQ(artifactAt(film, to), archived);
     }
-    // What showed the take is gone with it; what did not is as it was.
+    // Files made from the take are gone; the others are unchanged.
     for (const char* path :
          {"cuts/rough-cut.mp4", "masters/final-master.mp4", "delivery/delivery-master.mp4"})
         EXPECT_FALSE(has(film, path)) << path;
@@ -107,7 +107,7 @@ TEST(Reroll, PutsTheTakeAside) {
     EXPECT_EQ(production.checked(), film);
 }
 
-TEST(Reroll, TheNextRunMakesAnotherTake) {
+TEST(Reroll, MakesAnotherTakeInTheNextRun) {
     const Production production;
     production.passUpTo("delivery");
     const FilmWorkspaceSnapshot first = production.checked();
@@ -140,7 +140,7 @@ TEST(Reroll, TheNextRunMakesAnotherTake) {
     EXPECT_EQ(delivered.project.proof.completedCount(), 10);
     EXPECT_EQ(delivered.project.status, "completed");
 
-    // A third take, and both earlier ones stay.
+    // A third take keeps both earlier ones.
     production.film.reroll(production.run, "shot-02", "Slower still").get();
     production.film.advance(production.run).get();
     const FilmWorkspaceSnapshot third = production.checked();

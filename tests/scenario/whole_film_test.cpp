@@ -15,14 +15,14 @@ namespace fs = std::filesystem;
 
 struct Gate {
     std::string name;
-    std::string reply; ///< Of the tool that goes on behind it.
+    std::string reply; ///< Of the run after its approval.
     std::string phase, status;
     int proven;
     std::size_t artifacts;
-    const char* cut; ///< What can be watched then.
+    const char* cut; ///< The playable cut after that run.
 };
 
-const std::vector<Gate>& way() {
+const std::vector<Gate>& gateRows() {
     static const std::vector<Gate> all{
         {"plan", R"({"ok":true,"phases":["frames"],"status":"waiting-for-approval","nextGate":"frames"})",
          "frames", "waiting-for-approval", 1, 7, nullptr},
@@ -39,7 +39,7 @@ const std::vector<Gate>& way() {
     return all;
 }
 
-/// The gate holds the film up until it is approved, and nothing changes before.
+/// The gate stops the film until it is approved; nothing changes before.
 void expectStopAndGo(const Production& production, const Gate& gate) {
     const std::string run = production.run.string();
     const FilmWorkspaceSnapshot before = production.checked();
@@ -58,7 +58,7 @@ void expectStopAndGo(const Production& production, const Gate& gate) {
     EXPECT_EQ(film.project.artifacts.size(), gate.artifacts);
     EXPECT_EQ(film.playableCutURL(), gate.cut ? std::optional(film.root / gate.cut) : std::nullopt);
 
-    // Whoever approves the plan has answered what it asked.
+    // Approving the plan answers its open questions.
     EXPECT_EQ(film.project.brief.openQuestions, std::vector<std::string>{});
     FilmApproval approval = before.project.approvals.at(gate.name);
     approval.status = "approved";
@@ -73,11 +73,11 @@ void expectStopAndGo(const Production& production, const Gate& gate) {
 
 TEST(WholeFilm, GoesFromGateToGate) {
     const Production production;
-    for (const Gate& gate : way()) {
+    for (const Gate& gate : gateRows()) {
         SCOPED_TRACE(gate.name);
         expectStopAndGo(production, gate);
     }
-    // Done is done.
+    // A finished film stays unchanged.
     const FilmWorkspaceSnapshot film = production.checked();
     EXPECT_EQ(production.film.advance(production.run).get().stdout,
               R"({"ok":true,"phases":[],"status":"completed"})"
@@ -85,7 +85,7 @@ TEST(WholeFilm, GoesFromGateToGate) {
     EXPECT_EQ(production.checked(), film);
 }
 
-TEST(WholeFilm, GoesAllTheWayWhenEverythingIsApprovedAhead) {
+TEST(WholeFilm, IsFinishedInOneRunWhenApprovedAhead) {
     const Production production;
     for (const std::string& gate : gates())
         production.approve(gate);
@@ -96,12 +96,12 @@ TEST(WholeFilm, GoesAllTheWayWhenEverythingIsApprovedAhead) {
     EXPECT_EQ(production.checked().project.proof.completedCount(), 10);
 }
 
-TEST(WholeFilm, ReachesVistrelThroughEverythingThatMayHappen) {
+TEST(WholeFilm, ReachesVistrelAfterReviewRerollAndRecovery) {
     const Production production;
     const FilmToolClient& film = production.film;
     const Variable library("VISTREL_LIBRARY", (production.directory / "library").string());
-    expectStopAndGo(production, way()[0]);
-    expectStopAndGo(production, way()[1]);
+    expectStopAndGo(production, gateRows()[0]);
+    expectStopAndGo(production, gateRows()[1]);
 
     // The director sees the rough cut, and wants another take; the machine stops while it is made.
     film.review(production.run).get();
@@ -135,7 +135,7 @@ TEST(WholeFilm, ReachesVistrelThroughEverythingThatMayHappen) {
     const fs::path project = production.directory / "library" / receipt.projectId;
     EXPECT_EQ(contentOf(project / "assets/clips/shot-02.mp4"),
               contentOf(finished.root / "clips/shot-02.mp4"));
-    // The take that was put aside stays at home.
+    // The archived take is not handed over.
     EXPECT_TRUE(fs::exists(finished.root / "takes/shot-02/take-1/clip.mp4"));
     EXPECT_FALSE(fs::exists(project / "assets/takes"));
 }

@@ -29,13 +29,13 @@ const std::string usage =
     "       film agent --run-manifest <run.json> --pi-command <pi> --plugin-command <film> --print-command\n"
     "<seconds> is a whole number from 1 on. A file whose name begins with \"-\" is written as \"./-name\".\n";
 
-/// Nothing is done for arguments that are not understood.
+/// Arguments that are not accepted have no effect.
 void expectUsage(const std::vector<std::string>& arguments) {
     EXPECT_EQ(call(programPath("film"), arguments),
               (ProcessResult{programPath("film"), arguments, 2, "", usage}));
 }
 
-TEST(FilmCommand, OnlyItsFormsAreUnderstood) {
+TEST(FilmCommand, AcceptsOnlyTheFormsOfItsUsage) {
     const TemporaryDirectory directory;
     const std::string run =
         FilmToolClient(programPath("film")).plan("i", "t", 3, directory / "film").get().string();
@@ -54,13 +54,13 @@ TEST(FilmCommand, OnlyItsFormsAreUnderstood) {
         {"an empty film", {"status", ""}},
         {"two films", {"status", run, run}},
         {"a film that begins like an option", {"status", "-run.json"}},
-        {"a word more", {"recover", run, ""}},
+        {"an extra argument", {"recover", run, ""}},
         {"an option of another command", {"status", run, "--pi-command", "pi"}},
         {"an option without its value", {"run", run, "--pi-command"}},
         {"an option in one word", {"run", run, "--pi-command=pi"}},
         {"an option twice", {"run", run, "--pi-command", "pi", "--pi-command", "pi"}},
-        {"the option in front", {"run", "--pi-command", "pi", run}},
-        {"an approval of nobody", {"approve", run, "--gate", "plan", "--note", "n"}},
+        {"the option first", {"run", "--pi-command", "pi", run}},
+        {"an approval without a name", {"approve", run, "--gate", "plan", "--note", "n"}},
         {"an approval in another order",
          {"approve", run, "--note", "n", "--gate", "plan", "--approved-by", "m"}},
         {"a shot without a note", {"reroll", run, "--shot", "shot-01"}},
@@ -81,7 +81,7 @@ TEST(FilmCommand, OnlyItsFormsAreUnderstood) {
     EXPECT_EQ(contentOf(directory / "film/film-tool-log.jsonl"), before);
 }
 
-TEST(FilmCommand, OnlyWholeSecondsArePlanned) {
+TEST(FilmCommand, AcceptsOnlyWholeSeconds) {
     const TemporaryDirectory directory;
     const std::string folder = (directory / "film").string();
     const auto plan = [&](const std::string& seconds) {
@@ -99,7 +99,7 @@ TEST(FilmCommand, OnlyWholeSecondsArePlanned) {
     EXPECT_TRUE(call(programPath("film"), plan("3")).succeeded());
 }
 
-TEST(FilmCommand, RefusalsEndWithOne) {
+TEST(FilmCommand, RefusesAMissingFilmWithStatusOne) {
     const TemporaryDirectory directory;
     const std::string run = (directory / "run.json").string();
     for (const char* command : {"status", "run", "recover", "review", "export-vistrel"}) {

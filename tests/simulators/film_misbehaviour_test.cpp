@@ -21,7 +21,7 @@ struct FilmMisbehaviour : testing::Test {
     FilmToolClient film{programPath("film")};
     std::string run = film.plan("An idea", "A title", 6, directory / "film").get().string();
 
-    /// The commands whose answers the library reads.
+    /// The commands whose replies the library reads.
     struct Command {
         const char* name;
         std::function<FilmToolError()> failure;
@@ -43,7 +43,7 @@ struct FilmMisbehaviour : testing::Test {
 
 FilmToolError invalid(const std::string& message) { return FilmToolError::invalidJSON{message}; }
 
-TEST_F(FilmMisbehaviour, AnswersThatCannotBeRead) {
+TEST_F(FilmMisbehaviour, ReportsInvalidReplies) {
     struct Row {
         const char* behaviour;
         std::vector<std::string> messages; ///< For the commands in their order.
@@ -70,7 +70,7 @@ TEST_F(FilmMisbehaviour, AnswersThatCannotBeRead) {
     }
 }
 
-TEST_F(FilmMisbehaviour, EndsThatAreFailures) {
+TEST_F(FilmMisbehaviour, ReportsFailures) {
     struct Row {
         const char* behaviour;
         std::int32_t exitCode;
@@ -100,13 +100,13 @@ TEST_F(FilmMisbehaviour, EndsThatAreFailures) {
     }
 }
 
-TEST_F(FilmMisbehaviour, NothingIsDoneAndTheCallIsOnRecord) {
+TEST_F(FilmMisbehaviour, ChangesNothingButLogsTheCall) {
     const std::string project = contentOf(directory / "film/film-project.json");
     for (const char* behaviour : {"not-json", "missing-key", "wrong-type", "noise"}) {
         SCOPED_TRACE(behaviour);
         const std::string log = contentOf(directory / "film/film-tool-log.jsonl");
         const Variable misbehave("FILM_MISBEHAVE", behaviour);
-        // Answers that the library does not read are no failures.
+        // Replies that the library does not read cause no failure.
         film.approve(run, "plan", "n", "m").get();
         EXPECT_TRUE(film.advance(run).get().succeeded());
         EXPECT_EQ(contentOf(directory / "film/film-project.json"), project);
@@ -115,19 +115,19 @@ TEST_F(FilmMisbehaviour, NothingIsDoneAndTheCallIsOnRecord) {
     EXPECT_EQ(namesIn(directory.path()), std::vector<std::string>{"film"});
 }
 
-TEST_F(FilmMisbehaviour, AnEmptyOneIsGoodBehaviour) {
+TEST_F(FilmMisbehaviour, HasNoEffectWhenEmpty) {
     const Variable misbehave("FILM_MISBEHAVE", "");
     EXPECT_EQ(film.status(run).get().title, "A title");
 }
 
-TEST_F(FilmMisbehaviour, ASlowToolGoesOnWhenItIsReleased) {
+TEST_F(FilmMisbehaviour, WaitsForItsRelease) {
     const std::string pipe = (directory / "release").string();
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     const std::string fast = film.run({"status", run}).get().stdout;
     Task<ProcessResult> waiting =
         film.run({"status", run}, {{"FILM_MISBEHAVE", "slow"}, {"FILM_RELEASE", pipe}});
     EXPECT_FALSE(waiting.done());
-    // Blocks until the tool stands at the other end, so it has not gone on by itself.
+    // Blocks until the tool opens the other end, so it has not continued by itself.
     const int end = ::open(pipe.c_str(), O_WRONLY | O_CLOEXEC);
     ASSERT_GE(end, 0);
     ::close(end);
@@ -136,7 +136,7 @@ TEST_F(FilmMisbehaviour, ASlowToolGoesOnWhenItIsReleased) {
     EXPECT_EQ(result.stderr, "");
 }
 
-TEST_F(FilmMisbehaviour, ASlowToolNeedsAPipe) {
+TEST_F(FilmMisbehaviour, RequiresAPipeToWaitFor) {
     for (const std::string& release : {std::string(), run, (directory / "nothing").string()}) {
         SCOPED_TRACE(release);
         EXPECT_EQ(call(programPath("film"), {"status", run},

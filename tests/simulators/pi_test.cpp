@@ -9,7 +9,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST(Pi, OnlyTellsItsVersion) {
+TEST(Pi, PrintsOnlyItsVersion) {
     const std::string pi = programPath("pi");
     EXPECT_EQ(call(pi, {"--version"}), (ProcessResult{pi, {"--version"}, 0, "pi 0.0.0-simulator\n", ""}));
     for (const std::vector<std::string>& arguments :
@@ -27,7 +27,7 @@ TEST(Pi, OnlyTellsItsVersion) {
     }
 }
 
-TEST(Pi, EveryCopyHasTheVersionThatLiesBesideIt) {
+TEST(Pi, ReadsTheVersionFileBesideTheProgram) {
     const TemporaryDirectory directory;
     struct Row {
         const char* sentence;
@@ -49,14 +49,14 @@ TEST(Pi, EveryCopyHasTheVersionThatLiesBesideIt) {
         EXPECT_EQ(call(folder / "pi", {"--version"}).stdout, "pi 0.0.0-simulator\n");
         directory.write(std::string(row.sentence) + "/VERSION", row.file);
         EXPECT_EQ(call(folder / "pi", {"--version"}).stdout, row.expected);
-        // A link has no version of its own.
+        // Links are resolved first.
         const fs::path link = directory / (std::string("link to ") + row.sentence);
         fs::create_symlink(folder / "pi", link);
         EXPECT_EQ(call(link, {"--version"}).stdout, row.expected);
     }
 }
 
-TEST(Pi, CopiesAreFoundNewestFirst) {
+TEST(Pi, IsFoundNewestFirst) {
     const TemporaryDirectory directory;
     for (const char* version : {"1.9.3", "1.10.0", "0.12.7"}) {
         const std::string folder = std::string(version) + "/pi";

@@ -13,14 +13,14 @@ namespace {
 
 const std::vector<std::string> question{"agent", "status", "--json"};
 
-/// A runtime that nothing has been said to.
+/// A runtime without a status file or misbehaviour.
 struct QuexRun : testing::Test {
     Variable statusFile{"QUEXRUN_STATUS_FILE", std::nullopt};
     Variable good{"QUEXRUN_MISBEHAVE", std::nullopt};
     QuexRunAgentClient client{programPath("quexrun")};
 };
 
-TEST_F(QuexRun, OnlyOneFormIsUnderstood) {
+TEST_F(QuexRun, AcceptsOnlyTheFormOfItsUsage) {
     for (const std::vector<std::string>& arguments :
          std::vector<std::vector<std::string>>{{},
                                                {""},
@@ -41,7 +41,7 @@ TEST_F(QuexRun, OnlyOneFormIsUnderstood) {
     }
 }
 
-TEST_F(QuexRun, PrintsTheStatusFileAsItStands) {
+TEST_F(QuexRun, PrintsTheStatusFileUnchanged) {
     const TemporaryDirectory directory;
     for (const std::string content : {"", "no status\n", R"({"models":[],"pi":{"installed":false}})"}) {
         SCOPED_TRACE(content);
@@ -60,7 +60,7 @@ TEST_F(QuexRun, PrintsTheStatusFileAsItStands) {
                    "cannot open \"" + missing + "\": No such file or directory\n"}}));
 }
 
-TEST_F(QuexRun, AnswersThatCannotBeRead) {
+TEST_F(QuexRun, ReportsInvalidReplies) {
     struct Row {
         const char* behaviour;
         std::string message;
@@ -78,7 +78,7 @@ TEST_F(QuexRun, AnswersThatCannotBeRead) {
     }
 }
 
-TEST_F(QuexRun, EndsThatAreFailures) {
+TEST_F(QuexRun, ReportsFailures) {
     struct Row {
         const char* behaviour;
         std::int32_t exitCode;
@@ -103,7 +103,7 @@ TEST_F(QuexRun, EndsThatAreFailures) {
     }
 }
 
-TEST_F(QuexRun, AnEmptyMisbehaviourIsGoodBehaviour) {
+TEST_F(QuexRun, IgnoresAnEmptyMisbehaviour) {
     const Variable misbehave("QUEXRUN_MISBEHAVE", "");
     EXPECT_EQ(client.status().get().models.size(), 4U);
 }

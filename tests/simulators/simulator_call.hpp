@@ -13,7 +13,7 @@
 
 namespace kinovane::test {
 
-/// Runs a stand-in; also gives the result when it ends with a status other than 0.
+/// Runs a simulator; returns the result also when the exit status is not 0.
 inline ProcessResult call(const std::string& program, std::vector<std::string> arguments,
                           std::map<std::string, std::string> environment = {}) {
     try {

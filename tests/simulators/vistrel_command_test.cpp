@@ -11,7 +11,7 @@ const std::string usage = "usage: vistrel production import-film <manifest> --dr
                           "       vistrel production import-film <manifest> --output json\n"
                           "A manifest whose name begins with \"-\" is written as \"./-name\".\n";
 
-TEST(VistrelCommand, OnlyTwoFormsAreUnderstood) {
+TEST(VistrelCommand, AcceptsOnlyTheFormsOfItsUsage) {
     const VistrelFilm film;
     const std::string file = film.manifest;
     struct Row {
@@ -53,14 +53,14 @@ TEST(VistrelCommand, OnlyTwoFormsAreUnderstood) {
     EXPECT_FALSE(std::filesystem::exists(film.library));
 }
 
-TEST(VistrelCommand, AnUnknownMisbehaviourIsNamed) {
+TEST(VistrelCommand, ReportsAnUnknownMisbehaviour) {
     const VistrelFilm film;
     try {
         FilmToolClient(programPath("vistrel"))
             .run({"production", "import-film", film.manifest, "--output", "json"},
                  {{"VISTREL_MISBEHAVE", "nap"}})
             .get();
-        FAIL() << "it behaved";
+        FAIL() << "it succeeded";
     } catch (const FilmToolError& error) {
         EXPECT_EQ(error.errorDescription(),
                   "VISTREL_MISBEHAVE: \"nap\" is unknown; known are not-json camel-case "
@@ -69,7 +69,7 @@ TEST(VistrelCommand, AnUnknownMisbehaviourIsNamed) {
     }
 }
 
-TEST(VistrelCommand, AnEmptyMisbehaviourIsGoodBehaviour) {
+TEST(VistrelCommand, IgnoresAnEmptyMisbehaviour) {
     const VistrelFilm film;
     const ProcessResult result =
         FilmToolClient(programPath("vistrel"))
@@ -79,7 +79,7 @@ TEST(VistrelCommand, AnEmptyMisbehaviourIsGoodBehaviour) {
     EXPECT_TRUE(decodeJSON<VistrelImportReceipt>(result.stdout).ok);
 }
 
-TEST(VistrelCommand, AnImportNeedsALibrary) {
+TEST(VistrelCommand, RequiresALibraryForAnImport) {
     const VistrelFilm film;
     struct Row {
         std::string library;

@@ -30,7 +30,7 @@ class VistrelFilm {
 
     void save() const; ///< Writes the document where the manifest is.
 
-    /// Runs the stand-in; also gives the result when it refuses.
+    /// Runs the simulator; returns the result also when it refuses.
     ProcessResult run(std::vector<std::string> arguments) const;
     ProcessResult check() const;
     ProcessResult import() const;

@@ -16,7 +16,7 @@ VistrelImportReceipt receiptOf(const ProcessResult& result) {
     return decodeJSON<VistrelImportReceipt>(result.stdout);
 }
 
-TEST(VistrelImport, ADryRunChangesNothing) {
+TEST(VistrelImport, ChangesNothingInADryRun) {
     const VistrelFilm film;
     const auto before = treeOf(film.directory.path());
     const auto filmBefore = treeOf(sampleFilm());
@@ -32,7 +32,7 @@ TEST(VistrelImport, ADryRunChangesNothing) {
     EXPECT_EQ(treeOf(sampleFilm()), filmBefore);
 }
 
-TEST(VistrelImport, ADryRunAfterAnImportChangesNothing) {
+TEST(VistrelImport, ChangesNothingInADryRunAfterAnImport) {
     const VistrelFilm film;
     film.import();
     const auto before = treeOf(film.directory.path());
@@ -40,7 +40,7 @@ TEST(VistrelImport, ADryRunAfterAnImportChangesNothing) {
     EXPECT_EQ(treeOf(film.directory.path()), before);
 }
 
-TEST(VistrelImport, EverythingIsCopied) {
+TEST(VistrelImport, CopiesEverything) {
     const VistrelFilm film;
     const VistrelImportReceipt receipt = receiptOf(film.import());
     EXPECT_EQ(receipt, receiptOf(film.check()));
@@ -59,7 +59,7 @@ TEST(VistrelImport, EverythingIsCopied) {
         EXPECT_EQ(VistrelHandoffBuilder::sha256(project / "assets" / asset.relativePath), asset.sha256);
 }
 
-TEST(VistrelImport, TheStoryboardIsTheFilmToRead) {
+TEST(VistrelImport, WritesAStoryboardForPeople) {
     const VistrelFilm film;
     const VistrelImportReceipt receipt = receiptOf(film.import());
     const bj::value board = bj::parse(contentOf(film.library / receipt.projectId / "storyboard.json"));
@@ -88,7 +88,7 @@ TEST(VistrelImport, CanBeRepeated) {
     EXPECT_EQ(treeOf(film.library), tree);
 }
 
-TEST(VistrelImport, AChangedFilmReplacesTheEarlierOneAsAWhole) {
+TEST(VistrelImport, ReplacesAnEarlierImportAsAWhole) {
     VistrelFilm film;
     const VistrelImportReceipt receipt = receiptOf(film.import());
     const fs::path project = film.library / receipt.projectId;
@@ -106,7 +106,7 @@ TEST(VistrelImport, AChangedFilmReplacesTheEarlierOneAsAWhole) {
     EXPECT_EQ(bj::parse(contentOf(project / "storyboard.json")).at("title"), bj::value("Another Lamp"));
 }
 
-TEST(VistrelImport, ARefusedFilmLeavesTheEarlierOneAlone) {
+TEST(VistrelImport, KeepsTheEarlierImportAfterARefusal) {
     VistrelFilm film;
     film.import();
     const auto before = treeOf(film.library);
@@ -116,7 +116,7 @@ TEST(VistrelImport, ARefusedFilmLeavesTheEarlierOneAlone) {
     EXPECT_EQ(treeOf(film.library), before);
 }
 
-TEST(VistrelImport, FilmsWithLikeNamesLieBesideEachOther) {
+TEST(VistrelImport, SeparatesFilmsWithSimilarNames) {
     VistrelFilm film;
     const VistrelImportReceipt first = receiptOf(film.import());
     film.document.at("source").at("projectId") = "film lamp for the late ferry";

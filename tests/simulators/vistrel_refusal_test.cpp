@@ -13,7 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 namespace bj = boost::json;
 
-/// The sample film's manifest with one thing changed, and what the importer has to say about it.
+/// The sample film's manifest with one thing changed, and the importer's message.
 struct Refusal {
     std::string_view sentence;
     std::function<void(bj::value&)> change;
@@ -62,7 +62,7 @@ void expectRefusals(const std::vector<Refusal>& rows) {
     EXPECT_EQ(film.check().exitCode, 0) << "without a change it is sound";
 }
 
-TEST(VistrelRefusal, Keys) {
+TEST(VistrelRefusal, NamesAWrongKey) {
     expectRefusals({
         {"another version", [](bj::value& m) { m.at("contractVersion") = "quexrun/film-vistrel-handoff.v2"; },
          "contractVersion: \"quexrun/film-vistrel-handoff.v2\" is not \"quexrun/film-vistrel-handoff.v1\", "
@@ -105,11 +105,11 @@ TEST(VistrelRefusal, Keys) {
     });
 }
 
-TEST(VistrelRefusal, Header) {
+TEST(VistrelRefusal, NamesAWrongHeader) {
     expectRefusals({
         {"another run manifest", [](bj::value& m) { m.at("source").at("runManifest") = "runs/run.json"; },
          "source.runManifest: expected \"run.json\", found \"runs/run.json\""},
-        {"less than no time", [](bj::value& m) { m.at("project").at("durationMilliseconds") = -1; },
+        {"a negative duration", [](bj::value& m) { m.at("project").at("durationMilliseconds") = -1; },
          "project.durationMilliseconds: a film cannot last -1 ms"},
         {"a relative project folder", [](bj::value& m) { m.at("source").at("projectRoot") = "films/lamp"; },
          "source.projectRoot: \"films/lamp\" is not an absolute path"},
@@ -125,7 +125,7 @@ TEST(VistrelRefusal, Header) {
     });
 }
 
-TEST(VistrelRefusal, Assets) {
+TEST(VistrelRefusal, NamesAWrongAsset) {
     const std::string zeros(64, '0');
     const std::string id = textOf(firstAsset(), "id");
     bj::object withoutPath = firstAsset();
@@ -135,7 +135,7 @@ TEST(VistrelRefusal, Assets) {
          "asset \"" + textOf(withoutPath, "id") + "\": the path is empty"},
         {"an absolute path", [](bj::value& m) { rename(at(m, "assets", 0), "/etc/passwd"); },
          "asset \"/etc/passwd\": the path is not relative to the project folder"},
-        {"a climb", [](bj::value& m) { rename(at(m, "assets", 0), "cast/../cast/aurelien.png"); },
+        {"a parent component", [](bj::value& m) { rename(at(m, "assets", 0), "cast/../cast/aurelien.png"); },
          "asset \"cast/../cast/aurelien.png\": the path has a \"..\" component"},
         {"a NUL character", [](bj::value& m) { rename(at(m, "assets", 0), std::string("a\0b", 3)); },
          "asset \"a\\u0000b\": the path has a NUL character"},
@@ -145,7 +145,7 @@ TEST(VistrelRefusal, Assets) {
          "asset \"cast/noor.png\": another asset has the same id \"" + id + "\""},
         {"a kind that is not imported", [](bj::value& m) { at(m, "assets", 0)["kind"] = "archived-take"; },
          "asset \"cast/aurelien.png\": the kind \"archived-take\" is not one that can be imported"},
-        {"less than no bytes", [](bj::value& m) { at(m, "assets", 0)["bytes"] = -5; },
+        {"a negative size", [](bj::value& m) { at(m, "assets", 0)["bytes"] = -5; },
          "asset \"cast/aurelien.png\": a file cannot have -5 bytes"},
         {"a digest in capitals", [&](bj::value& m) { at(m, "assets", 0)["sha256"] = "SHA256:" + zeros; },
          "asset \"cast/aurelien.png\": the digest \"SHA256:" + zeros +
@@ -163,7 +163,7 @@ TEST(VistrelRefusal, Assets) {
     });
 }
 
-TEST(VistrelRefusal, Shots) {
+TEST(VistrelRefusal, NamesAWrongShot) {
     expectRefusals({
         {"two shots with one id", [](bj::value& m) { at(m, "shots", 1)["id"] = "shot-01"; },
          "shot \"shot-01\": two shots have this id"},
@@ -173,7 +173,7 @@ TEST(VistrelRefusal, Shots) {
          "shot \"shot-02\": starts at 2999 ms, but the shots before it end at 3000 ms"},
         {"a shot that goes back", [](bj::value& m) { at(m, "shots", 0)["durationMilliseconds"] = -1; },
          "shot \"shot-01\": cannot last -1 ms"},
-        {"a film beyond counting",
+        {"a total duration that overflows",
          [](bj::value& m) { at(m, "shots", 6)["durationMilliseconds"] = INT64_MAX; },
          "shot \"shot-07\": makes the film longer than can be counted in milliseconds"},
         {"a key frame that is not there",
@@ -185,7 +185,7 @@ TEST(VistrelRefusal, Shots) {
     });
 }
 
-TEST(VistrelRefusal, Files) {
+TEST(VistrelRefusal, NamesAWrongFile) {
     const TemporaryDirectory copy;
     fs::copy(sampleFilm(), copy / "film", fs::copy_options::recursive);
     copy.write("outside.txt", "outside");
@@ -218,7 +218,7 @@ TEST(VistrelRefusal, Files) {
     });
 }
 
-TEST(VistrelRefusal, ManifestsThatAreNone) {
+TEST(VistrelRefusal, NamesAnInvalidManifest) {
     const VistrelFilm film;
     struct Row {
         std::string_view sentence;
@@ -228,7 +228,7 @@ TEST(VistrelRefusal, ManifestsThatAreNone) {
     const std::vector<Row> rows{
         {"nothing", "", "the manifest is not valid JSON: incomplete JSON in line 1"},
         {"a word", "{\n\"a\":\nhello}", "the manifest is not valid JSON: syntax error in line 3"},
-        {"something behind it", "{}\n{}", "the manifest is not valid JSON: extra data in line 2"},
+        {"trailing text", "{}\n{}", "the manifest is not valid JSON: extra data in line 2"},
         {"a list", "[]", "the manifest: expected an object, found a list"},
         {"nested too deep", std::string(65, '[') + std::string(65, ']'),
          "the manifest is not valid JSON: too deep in line 1"},

@@ -2,24 +2,29 @@
 
 #pragma once
 
+#include <cerrno>
 #include <filesystem>
 #include <stdexcept>
-#include <string_view>
+#include <string>
 #include <system_error>
+
+#include "common/json_text.hpp"
 
 namespace simulator {
 
-/// A reason not to do what was asked for, as one sentence for the film maker.
+/// A reason to refuse a command, as one sentence for the film maker.
 class Refusal : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
 /// Throws a Refusal such as `cannot open "/films/run/handoff.json": Permission denied`.
-[[noreturn]] void refuseForSystem(std::string_view attempt, const std::filesystem::path& file,
-                                  std::error_code reason);
+[[noreturn]] inline void refuseForSystem(const std::string& attempt, const std::filesystem::path& file,
+                                         std::error_code reason) {
+    throw Refusal("cannot " + attempt + " " + jsonQuoted(file.native()) + ": " + reason.message());
+}
 
 /// The error of the last failed system call.
-std::error_code lastSystemError();
+inline std::error_code lastSystemError() { return {errno, std::system_category()}; }
 
 } // namespace simulator

@@ -7,9 +7,7 @@
 #include "changes.hpp"
 #include "common/digest.hpp"
 #include "common/handoff.hpp"
-#include "invocation_log.hpp"
-#include "new_film.hpp"
-#include "status_reply.hpp"
+#include "story.hpp"
 #include "vistrel_manifest.hpp"
 
 namespace simulator::film {
@@ -19,7 +17,7 @@ std::string plan(const Command& command) {
     const std::filesystem::path manifest = createFilm(
         {command.value("idea"), command.value("title"), std::stoll(command.value("seconds")), timeStamp()},
         command.value("folder"));
-    createInvocationLog(manifest.parent_path());
+    writeWholeFile(manifest.parent_path() / logName, "");
     return json::serialize(json::object{{"ok", true},
                                         {"contractVersion", "quexrun/film-plan-reply.v1"},
                                         {"status", statusOf(Workspace(manifest, Access::read))}});

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-#include "common/command_line.hpp"
+#include "common/program.hpp"
 
 namespace simulator::film {
 

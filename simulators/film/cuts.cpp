@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "changes.hpp"
-#include "phase_work.hpp"
+#include "phases.hpp"
 #include "shots.hpp"
 
 namespace simulator::film {

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "phase_work.hpp"
-#include "review_requests.hpp"
+#include "changes.hpp"
+#include "phases.hpp"
 #include "shots.hpp"
 
 namespace simulator::film {

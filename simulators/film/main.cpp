@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include <array>
+#include <cstdlib>
 #include <iostream>
 
 #include "commands.hpp"
 #include "common/program.hpp"
-#include "invocation_log.hpp"
 #include "misbehaviour.hpp"
+#include "workspace.hpp"
 
 namespace simulator::film {
 namespace {
@@ -29,6 +30,27 @@ constexpr std::array<std::string_view, 15> forms{
     "agent --run-manifest <run.json> --pi-command <pi> --plugin-command <film> --print-command"};
 constexpr std::string_view hint =
     "<seconds> is a whole number from 1 on. A file whose name begins with \"-\" is written as \"./-name\".\n";
+
+void addVariable(json::object& entry, const char* key, const char* variable) {
+    if (const char* value = std::getenv(variable))
+        entry[key] = value;
+}
+
+/// Appends one line of JSON: the arguments, the pi command, and the variables that choose pi's provider and
+/// model. A variable that is not set has no key. A film without a log gets no line: it was not planned here,
+/// and reading it must not change it.
+void logInvocation(const std::filesystem::path& root, Arguments arguments, const Command& command) {
+    const std::filesystem::path log = root / logName;
+    if (!std::filesystem::exists(log))
+        return;
+    json::object entry{{"at", timeStamp()}, {"arguments", json::array(arguments.begin(), arguments.end())}};
+    if (const auto pi = command.optionalValue("pi"))
+        entry["piCommand"] = *pi;
+    addVariable(entry, "piProvider", "QUEX_FILM_TOOLS_PI_PROVIDER");
+    addVariable(entry, "piModel", "QUEX_FILM_TOOLS_PI_MODEL");
+    // One write per line keeps the lines of concurrent calls apart.
+    File::append(log).write(json::serialize(entry) + '\n');
+}
 
 int perform(const Command& command, Arguments arguments) {
     // A new film has no log yet: its first entry follows its creation.

@@ -4,8 +4,8 @@
 
 #include <vector>
 
-#include "common/command_line.hpp"
 #include "common/misbehaviour.hpp"
+#include "common/program.hpp"
 
 namespace simulator::film {
 

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "new_film.hpp"
-
 #include "common/digest.hpp"
 #include "common/file.hpp"
 #include "common/refusal.hpp"
 #include "phases.hpp"
+#include "story.hpp"
 #include "workspace.hpp"
 
 namespace simulator::film {

@@ -6,7 +6,6 @@
 #include <array>
 
 #include "common/refusal.hpp"
-#include "phase_work.hpp"
 
 namespace simulator::film {
 namespace {

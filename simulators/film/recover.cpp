@@ -5,7 +5,6 @@
 #include <set>
 #include <vector>
 
-#include "artifact_list.hpp"
 #include "changes.hpp"
 #include "common/refusal.hpp"
 #include "shots.hpp"

@@ -5,7 +5,6 @@
 #include "changes.hpp"
 #include "common/refusal.hpp"
 #include "phases.hpp"
-#include "review_requests.hpp"
 #include "shots.hpp"
 #include "step.hpp"
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "phase_work.hpp"
+#include <algorithm>
+
+#include "phases.hpp"
 #include "shots.hpp"
 
 namespace simulator::film {
@@ -44,7 +46,64 @@ void makeEffects(Step& step, const std::vector<Shot>& shots) {
     }
 }
 
+std::string padded(std::int64_t number, std::size_t width) {
+    const std::string digits = std::to_string(number);
+    return std::string(digits.size() < width ? width - digits.size() : 0, '0') + digits;
+}
+
+std::string timeOf(std::int64_t milliseconds, char point) {
+    const std::int64_t seconds = milliseconds / 1000;
+    return padded(seconds / 3600, 2) + ':' + padded(seconds / 60 % 60, 2) + ':' + padded(seconds % 60, 2) +
+           point + padded(milliseconds % 1000, 3);
+}
+
+/// The time of a line in the film.
+std::string spanOf(const Shot& shot, const Line& line, char point) {
+    const std::int64_t start = shot.startMilliseconds + line.startMilliseconds;
+    return timeOf(start, point) + " --> " + timeOf(start + line.milliseconds, point) + '\n';
+}
+
+/// The text without line breaks, which would end the cue.
+std::string inOneLine(std::string text) {
+    std::ranges::replace(text, '\n', ' ');
+    std::ranges::replace(text, '\r', ' ');
+    return text;
+}
+
+void makeCaptions(Step& step) {
+    if (step.has("receipts/captions.json"))
+        return;
+    std::string srt;
+    std::string vtt = "WEBVTT\n\n";
+    std::int64_t cues = 0;
+    for (const Shot& shot : shotsOf(step.project(), step.plan())) {
+        for (const Line& line : shot.lines) {
+            srt += std::to_string(++cues) + '\n' + spanOf(shot, line, ',') + inOneLine(line.text) + "\n\n";
+            vtt += spanOf(shot, line, '.') + "<v " + markupOf(inOneLine(line.speaker)) + '>' +
+                   markupOf(inOneLine(line.text)) + "\n\n";
+        }
+    }
+    step.make("subtitle-srt", "subtitles/film.en.srt", "simulator-voice", srt);
+    step.make("subtitle-vtt", "subtitles/film.en.vtt", "simulator-voice", vtt);
+    step.makeJson("caption-receipt", "receipts/captions.json", "simulator-voice",
+                  {{"language", "en"}, {"cues", cues}});
+}
+
 } // namespace
+
+std::string markupOf(const std::string& text) {
+    std::string out;
+    for (const char character : text)
+        if (character == '&')
+            out += "&amp;";
+        else if (character == '<')
+            out += "&lt;";
+        else if (character == '>')
+            out += "&gt;";
+        else
+            out += character;
+    return out;
+}
 
 void makeSound(Step& step) {
     const std::vector<Shot> shots = shotsOf(step.project(), step.plan());

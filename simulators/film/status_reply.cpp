@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "status_reply.hpp"
-
 #include <map>
 
-#include "artifact_list.hpp"
 #include "phases.hpp"
+#include "workspace.hpp"
 
 namespace simulator::film {
 namespace {

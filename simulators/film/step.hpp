@@ -7,7 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "artifact_list.hpp"
 #include "workspace.hpp"
 
 namespace simulator::film {

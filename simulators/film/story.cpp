@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 
 #include "common/digest.hpp"
 
@@ -31,26 +32,56 @@ std::int64_t shortSeed(std::uint64_t seed, std::uint64_t counter) {
     return static_cast<std::int64_t>(mixed(seed, counter) % 1000000);
 }
 
-/// The parts of the story that idea and title choose from the template.
-struct Story {
-    std::uint64_t seed;
-    json::object constants, lead, partner, first, second;
-    std::string question, answer;
+using Values = std::map<std::string, std::string, std::less<>>;
 
-    explicit Story(const Pitch& pitch)
-        : seed(seedOf(pitch)), constants(documentTemplate("story.json")), lead(asRecord(pick("leads", 1))),
-          partner(asRecord(pick("partners", 2))), first(asRecord(pick("exteriors", 3))),
-          second(asRecord(pick("interiors", 4))), question(pick("questions", 5).as_string()),
-          answer(pick("answers", 6).as_string()) {}
-
-    const json::value& pick(std::string_view list, std::uint64_t counter) const {
-        const json::array& all = listOf(constants, list);
-        return all[mixed(seed, counter) % all.size()];
+/// Replaces names in braces, such as {lead.name}, by their values.
+std::string filled(std::string_view text, const Values& values) {
+    std::string out;
+    while (!text.empty()) {
+        const std::size_t open = std::min(text.find('{'), text.size());
+        out += text.substr(0, open);
+        const std::size_t close = text.find('}', open);
+        if (close == std::string_view::npos)
+            break;
+        out += values.find(text.substr(open + 1, close - open - 1))->second;
+        text.remove_prefix(close + 1);
     }
+    return out;
+}
 
-    std::string leadName() const { return textOf(lead, "name"); }
-    std::string partnerName() const { return textOf(partner, "name"); }
-};
+void fill(json::value& value, const Values& values) {
+    if (json::object* object = value.if_object())
+        for (auto& member : *object)
+            fill(member.value(), values);
+    else if (json::array* array = value.if_array())
+        for (json::value& element : *array)
+            fill(element, values);
+    else if (value.is_string())
+        value = filled(value.get_string(), values);
+}
+
+/// The plan or the treatment of the template, with the people and locations that idea and title choose.
+json::object storyDocument(const Pitch& pitch, std::string_view name) {
+    json::object story = documentTemplate("story.json");
+    const std::uint64_t seed = seedOf(pitch);
+    const auto pick = [&](std::string_view list, std::uint64_t counter) {
+        const json::array& all = listOf(story, list);
+        return all[mixed(seed, counter) % all.size()];
+    };
+    Values values{{"idea", pitch.idea},
+                  {"title", pitch.title},
+                  {"question", std::string(pick("questions", 5).as_string())},
+                  {"answer", std::string(pick("answers", 6).as_string())}};
+    const std::map<std::string, json::value> roles{{"lead", pick("leads", 1)},
+                                                   {"partner", pick("partners", 2)},
+                                                   {"first", pick("exteriors", 3)},
+                                                   {"second", pick("interiors", 4)}};
+    for (const auto& [role, record] : roles)
+        for (const auto& member : asRecord(record))
+            values.emplace(role + "." + std::string(member.key()), member.value().as_string());
+    fill(story[name], values);
+    return recordOf(story, name);
+}
 
 /// Quarters of a second, which every number format represents exactly.
 std::array<std::int64_t, 3> shotMilliseconds(std::uint64_t seed, std::int64_t seconds) {
@@ -62,65 +93,18 @@ std::array<std::int64_t, 3> shotMilliseconds(std::uint64_t seed, std::int64_t se
 
 double seconds(std::int64_t milliseconds) { return static_cast<double>(milliseconds) / 1000; }
 
-json::object withSeed(json::object record, std::int64_t seed) {
-    record.erase("sound");
-    record["seed"] = seed;
-    return record;
+void setSeeds(json::array& records, std::uint64_t seed, std::uint64_t counter) {
+    for (json::value& record : records)
+        asRecord(record)["seed"] = shortSeed(seed, counter++);
 }
 
-json::array recordList(const std::vector<json::object>& records) {
-    return json::array(records.begin(), records.end());
-}
-
-json::array dialogue(const json::object& speaker, const std::string& text, std::int64_t shotLength) {
-    return recordList({{{"speaker", textOf(speaker, "id")},
-                        {"text", text},
-                        {"startSeconds", seconds(shotLength / 4)},
-                        {"delivery", textOf(speaker, "voice")}}});
-}
-
-json::array effects(const json::object& location, std::int64_t shotLength, std::int64_t seed) {
-    return recordList({{{"prompt", textOf(location, "sound")},
-                        {"startSeconds", 0.0},
-                        {"durationSeconds", seconds(std::min<std::int64_t>(shotLength, 1500))},
-                        {"levelDb", -12.0},
-                        {"seed", seed}}});
-}
-
-json::object shot(const Story& story, std::uint64_t number, std::int64_t length, const std::string& purpose,
-                  const std::string& picture, const json::object& location) {
-    return {{"id", "shot-0" + std::to_string(number)},
-            {"purpose", purpose},
-            {"framePrompt", picture + ". " + textOf(location, "visual")},
-            {"prompt", picture + ". The camera moves slowly closer."},
-            {"durationSeconds", seconds(length)},
-            {"seed", shortSeed(story.seed, 20 + number)},
-            {"characters", json::array()},
-            {"location", textOf(location, "id")},
-            {"dialogue", json::array()},
-            {"soundEffects", effects(location, length, shortSeed(story.seed, 30 + number))},
-            {"transition", number == 3 ? "fade-out" : "cut"},
-            {"status", "planned"},
-            {"take", 1}};
-}
-
-json::array shots(const Story& story, const Pitch& pitch) {
-    const auto lengths = shotMilliseconds(story.seed, pitch.seconds);
-    const std::string leadId = textOf(story.lead, "id");
-    const std::string partnerId = textOf(story.partner, "id");
-    json::object opening = shot(story, 1, lengths[0], "Begin with the idea: " + pitch.idea,
-                                story.leadName() + " arrives alone", story.first);
-    opening["characters"] = textList({leadId});
-    opening["dialogue"] = dialogue(story.lead, story.question, lengths[0]);
-    json::object turn = shot(story, 2, lengths[1], "The turn, without a word",
-                             story.partnerName() + " looks up", story.second);
-    turn["characters"] = textList({partnerId});
-    json::object ending =
-        shot(story, 3, lengths[2], "Bring \"" + pitch.title + "\" home",
-             story.leadName() + " and " + story.partnerName() + ", side by side", story.first);
-    ending["characters"] = textList({leadId, partnerId});
-    ending["dialogue"] = dialogue(story.partner, story.answer, lengths[2]);
-    return recordList({opening, turn, ending});
+/// Sets the times of a shot of this length.
+void setTimes(json::object& shot, std::int64_t length) {
+    shot["durationSeconds"] = seconds(length);
+    for (json::value& line : listOf(shot, "dialogue"))
+        asRecord(line)["startSeconds"] = seconds(length / 4);
+    for (json::value& effect : listOf(shot, "soundEffects"))
+        asRecord(effect)["durationSeconds"] = seconds(std::min<std::int64_t>(length, 1500));
 }
 
 } // namespace
@@ -130,39 +114,24 @@ std::string projectIdOf(const Pitch& pitch) {
 }
 
 json::object productionPlanOf(const Pitch& pitch) {
-    const Story story(pitch);
-    const auto length = static_cast<double>(pitch.seconds);
-    json::object target = recordOf(story.constants, "target");
-    target["durationSeconds"] = length;
-    return {{"contractVersion", "quexrun/film-production-plan.v1"},
-            {"projectId", projectIdOf(pitch)},
-            {"title", pitch.title},
-            {"createdAt", pitch.createdAt},
-            {"target", target},
-            {"scorePrompt", textOf(story.constants, "scorePrompt")},
-            {"cast", recordList({withSeed(story.lead, shortSeed(story.seed, 10)),
-                                 withSeed(story.partner, shortSeed(story.seed, 11))})},
-            {"locations", recordList({withSeed(story.first, shortSeed(story.seed, 12)),
-                                      withSeed(story.second, shortSeed(story.seed, 13))})},
-            {"shots", shots(story, pitch)},
-            {"plannedDurationSeconds", length}};
+    json::object plan = storyDocument(pitch, "plan");
+    const std::uint64_t seed = seedOf(pitch);
+    plan["projectId"] = projectIdOf(pitch);
+    plan["createdAt"] = pitch.createdAt;
+    plan["plannedDurationSeconds"] = static_cast<double>(pitch.seconds);
+    recordOf(plan, "target")["durationSeconds"] = static_cast<double>(pitch.seconds);
+    setSeeds(listOf(plan, "cast"), seed, 10);
+    setSeeds(listOf(plan, "locations"), seed, 12);
+    setSeeds(listOf(plan, "shots"), seed, 21);
+    const auto lengths = shotMilliseconds(seed, pitch.seconds);
+    for (std::size_t index = 0; index < lengths.size(); ++index) {
+        json::object& shot = asRecord(listOf(plan, "shots")[index]);
+        setTimes(shot, lengths[index]);
+        setSeeds(listOf(shot, "soundEffects"), seed, 31 + index);
+    }
+    return plan;
 }
 
-json::object treatmentOf(const Pitch& pitch) {
-    const Story story(pitch);
-    const std::string lead = story.leadName();
-    const std::string partner = story.partnerName();
-    const std::string asked = "“" + story.question + "”";
-    const std::string answered = "“" + story.answer + "”";
-    return {{"title", pitch.title},
-            {"logline", lead + " meets " + partner + ", and one question changes the evening."},
-            {"synopsis", pitch.idea + " " + lead + " asks: " + asked + " " + partner +
-                             " takes a while to answer: " + answered},
-            {"theme", textOf(story.constants, "theme")},
-            {"beats", textList({lead + " arrives and asks: " + asked, partner + " looks up",
-                                partner + " answers: " + answered})},
-            {"visualLanguage", textOf(story.constants, "visualLanguage")},
-            {"soundLanguage", textOf(story.constants, "soundLanguage")}};
-}
+json::object treatmentOf(const Pitch& pitch) { return storyDocument(pitch, "treatment"); }
 
 } // namespace simulator::film

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 
 #include "documents.hpp"
@@ -23,5 +24,9 @@ std::string projectIdOf(const Pitch& pitch);
 /// title always make the same story.
 json::object productionPlanOf(const Pitch& pitch);
 json::object treatmentOf(const Pitch& pitch);
+
+/// Creates the workspace of a new film in the folder; the path of its run manifest. A folder that already
+/// holds a film is refused.
+std::filesystem::path createFilm(const Pitch& pitch, const std::filesystem::path& folder);
 
 } // namespace simulator::film

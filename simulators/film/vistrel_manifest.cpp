@@ -4,7 +4,6 @@
 
 #include <map>
 
-#include "artifact_list.hpp"
 #include "common/digest.hpp"
 #include "common/handoff.hpp"
 #include "common/refusal.hpp"
@@ -44,13 +43,10 @@ json::array assetsOf(const Workspace& workspace, VistrelManifest& manifest, Asse
         const std::string id = assetId(path, textOf(artifact, "sha256"));
         if (!ids.emplace(path, id).second)
             throw Refusal("The file " + jsonQuoted(path) + " is recorded twice.");
-        assets.emplace_back(json::object{{"id", id},
-                                         {"kind", kind},
-                                         {"relativePath", path},
-                                         {"sha256", textOf(artifact, "sha256")},
-                                         {"bytes", integerOf(artifact, "bytes")},
-                                         {"contentType", textOf(artifact, "contentType")},
-                                         {"source", textOf(artifact, "source")}});
+        json::object asset{{"id", id}, {"kind", kind}, {"relativePath", path}};
+        for (const char* key : {"sha256", "bytes", "contentType", "source"})
+            asset[key] = memberOf(artifact, key);
+        assets.emplace_back(std::move(asset));
         manifest.bytes += integerOf(artifact, "bytes");
     }
     manifest.assets = static_cast<std::int64_t>(assets.size());

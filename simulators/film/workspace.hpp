@@ -50,6 +50,8 @@ class Workspace {
 
 inline constexpr const char* projectName = "film-project.json";
 inline constexpr const char* planName = "production-plan.json";
+/// One line of JSON for each call of this program.
+inline constexpr const char* logName = "film-tool-log.jsonl";
 inline constexpr const char* treatmentName = "treatment.json";
 
 /// The value of the environment variable FILM_CLOCK, or else the current time in UTC as
@@ -58,5 +60,8 @@ std::string timeStamp();
 
 /// The absolute path without "." and "..".
 std::filesystem::path absolutePath(const std::filesystem::path& path);
+
+/// Where the film stands, computed from its documents.
+json::object statusOf(const Workspace& workspace);
 
 } // namespace simulator::film

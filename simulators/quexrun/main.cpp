@@ -6,9 +6,9 @@
 
 #include "common/embedded_file.hpp"
 #include "common/file.hpp"
+#include "common/json_text.hpp"
 #include "common/misbehaviour.hpp"
 #include "common/program.hpp"
-#include "common/record.hpp"
 
 namespace simulator::quexrun {
 namespace {

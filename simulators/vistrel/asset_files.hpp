@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "common/file.hpp"
-#include "common/record.hpp"
+#include "common/json_text.hpp"
 
 namespace simulator::vistrel {
 

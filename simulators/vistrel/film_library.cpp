@@ -2,14 +2,9 @@
 
 #include "film_library.hpp"
 
-#include <cerrno>
 #include <cstdlib>
 
-#include <fcntl.h>
-#include <stdio.h> // renameat2 and renamex_np
-
 #include "common/refusal.hpp"
-#include "receipt.hpp"
 #include "storyboard.hpp"
 
 namespace simulator::vistrel {
@@ -49,21 +44,6 @@ void moveTo(const fs::path& from, const fs::path& to) {
         refuseForSystem("put the project in its place", to, error);
 }
 
-/// Exchanges the names of two folders atomically; false when the file system does not support it.
-bool exchange(const fs::path& one, const fs::path& other) {
-#if defined(__APPLE__)
-    const int result = ::renamex_np(one.c_str(), other.c_str(), RENAME_SWAP);
-#elif defined(RENAME_EXCHANGE)
-    const int result = ::renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE);
-#else
-    const int result = -1;
-    errno = ENOSYS;
-#endif
-    if (result != 0 && errno != EINVAL && errno != ENOSYS && errno != ENOTSUP)
-        refuseForSystem("put the project in its place", other, lastSystemError());
-    return result == 0;
-}
-
 /// Undoes what a stopped import left.
 void tidyUp(const ProjectPaths& paths) {
     if (!fs::exists(paths.project) && fs::exists(paths.replaced))
@@ -88,9 +68,7 @@ void publish(const ProjectPaths& paths) {
     }
     if (!fs::is_directory(fs::symlink_status(paths.project)))
         throw Refusal(jsonQuoted(paths.project.native()) + " is in the way: it is not a project folder");
-    if (exchange(paths.fresh, paths.project))
-        return; // the earlier import now has the name of the fresh folder and is removed with it
-    // Between the two calls the project is missing; tidyUp restores it.
+    // After a stop between the two calls, the next import restores the project.
     moveTo(paths.project, paths.replaced);
     moveTo(paths.fresh, paths.project);
     fs::remove_all(paths.replaced);

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/record.hpp"
+#include "common/json_text.hpp"
 
 namespace simulator::vistrel {
 

@@ -16,7 +16,7 @@ class FilmLibrary {
     static FilmLibrary fromEnvironment();
 
     /// Imports the film, or replaces an earlier import of it. The project is built in a temporary folder and
-    /// renamed when it is complete: an import that is stopped leaves the earlier one unchanged. Concurrent
+    /// renamed when it is complete: an import that is stopped never leaves half a project. Concurrent
     /// imports of one film wait for each other.
     void import(const json::object& manifest, std::string_view manifestText, AssetFiles& files) const;
 

@@ -15,10 +15,10 @@ using json::Kind;
 using json::Row;
 using Use = std::function<void(const HostileDocument&)>;
 
-std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+std::string quotedText(std::string_view text) { return '"' + std::string(text) + '"'; }
 
 /// A string of escaped line breaks, which a decoder cannot use without unescaping it.
-std::string escapes(std::size_t size) { return quoted(repeatedTo(size, R"(\n)")); }
+std::string escapes(std::size_t size) { return quotedText(repeatedTo(size, R"(\n)")); }
 
 std::string zeros(std::size_t size) { return repeatedTo(size, "0"); }
 
@@ -26,7 +26,7 @@ std::string zeros(std::size_t size) { return repeatedTo(size, "0"); }
 std::string extended(std::string document, std::string_view key, std::string_view value) {
     document.pop_back();
     document += document.ends_with('{') ? "" : ",";
-    return document + quoted(key) + ':' + std::string(value) + '}';
+    return document + quotedText(key) + ':' + std::string(value) + '}';
 }
 
 std::string truncated(std::string document) {
@@ -97,7 +97,7 @@ void useListOrMap(const DocumentTemplate& target, const json::Shape& record, std
         accepted("wrong values, all of them replaced", replaced(target, size, 0));
         refused("wrong values, all but the last replaced", replaced(target, size, 1));
         refused("wrong values, the second half replaced", replaced(target, size, 20'000));
-        const std::string key = quoted(zeros(size));
+        const std::string key = quotedText(zeros(size));
         accepted("one long key", target.with('{' + key + ':' + smallest + '}'));
         refused("one long key, wrong", target.with('{' + key + ':' + wrong + '}'));
         const std::string escaped = escapes(size);
@@ -111,7 +111,7 @@ void useValue(const DocumentTemplate& target, std::size_t size, const Use& use) 
         use({target.name + ": the same, truncated", truncated(target.with(value)), false});
     };
     if (target.kind == Kind::text) {
-        with("a long text", quoted(zeros(size)), true);
+        with("a long text", quotedText(zeros(size)), true);
         with("a long escaped text", escapes(size), true);
     } else {
         with("a long escaped text for another value", escapes(size), false);

@@ -8,7 +8,7 @@
 namespace simulator::film {
 namespace {
 
-/// The gate that keeps the film where it is; empty when the way is free.
+/// The gate that keeps the film where it is; empty when no gate is waiting.
 std::string closedGate(const json::object& project) {
     const std::string phase = textOf(project, "phase");
     const bool hasGate = recordOf(project, "approvals").contains(phase);
@@ -57,7 +57,7 @@ std::string approve(Workspace& workspace, const std::string& gate, const std::st
     if (textOf(project, "phase") == gate)
         project["status"] = "in-production";
     if (gate == "plan") {
-        // Whoever approves the plan has answered what it asked.
+        // Approving the plan also answers its open questions.
         recordOf(project, "brief")["openQuestions"] = json::array();
     }
     Step step(workspace, "approve");

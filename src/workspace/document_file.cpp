@@ -15,7 +15,7 @@ namespace {
 /// Returns false when decoding needs the whole text. The file is closed by then.
 bool decodeInChunks(void* target, const json::Shape& shape, const std::filesystem::path& location) {
     RegularFile file(location);
-    const auto read = [&](std::span<std::byte> buffer) { return file.readDocumentPiece(buffer); };
+    const auto read = [&](std::span<std::byte> buffer) { return file.readDocumentChunk(buffer); };
     return json::decodeInto(target, shape, read, file.size());
 }
 

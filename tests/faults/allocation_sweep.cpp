@@ -52,7 +52,7 @@ struct Attempt {
 Attempt attemptWith(const std::function<void()>& operation, std::size_t index, std::size_t times) {
     const FailingAllocation failure(index, times);
     const Result result = resultOf(operation);
-    return {result, failure.struck()};
+    return {result, failure.hasFailed()};
 }
 
 } // namespace

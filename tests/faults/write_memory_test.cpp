@@ -46,9 +46,9 @@ Attempt writeWithFailure(const fs::path& target, std::size_t index, std::size_t 
     try {
         VistrelHandoffBuilder::write(VistrelHandoff(), target);
     } catch (const std::bad_alloc&) {
-        return {false, failure.struck()};
+        return {false, failure.hasFailed()};
     }
-    return {true, failure.struck()};
+    return {true, failure.hasFailed()};
 }
 
 TEST(FailedAllocation, LeavesTheOldManifestAndNothingElse) {

@@ -15,7 +15,7 @@
 
 #include "races/changing_film.hpp"
 #include "races/exchange.hpp"
-#include "support/attacker.hpp"
+#include "support/repeating_thread.hpp"
 
 namespace kinovane::test {
 namespace {
@@ -154,7 +154,7 @@ TEST(FileChange, GivesOnlyTheResultsOfOneOfTheStates) {
             const ChangingFilm film;
             row.prepare(film);
             ResultCounts results;
-            const Attacker changes([&](std::size_t turn) {
+            const RepeatingThread changes([&](std::size_t turn) {
                 row.change(film, turn % ChangingFilm::fileCount, turn / ChangingFilm::fileCount);
             });
             const auto isComplete = [&] {

@@ -16,7 +16,7 @@
 #include <gtest/gtest.h>
 
 #include "races/document_versions.hpp"
-#include "support/attacker.hpp"
+#include "support/repeating_thread.hpp"
 
 namespace kinovane::test {
 namespace {
@@ -76,7 +76,7 @@ class LoaderRace : public testing::TestWithParam<std::size_t> {
     LoadCounts loadWhile(const std::function<void(std::size_t turn)>& tool,
                          const std::function<bool(const LoadCounts&)>& isComplete) const {
         LoadCounts counts;
-        const Attacker changes(tool);
+        const RepeatingThread changes(tool);
         const auto continues = [&](int round) {
             const bool complete = isComplete(counts) && changes.turns() >= minimumTurns;
             return round < (complete ? rounds : maximumRounds) && !HasFailure();

@@ -15,7 +15,7 @@ namespace {
 
 // Constant-initialised, because allocations occur before dynamic initialisation.
 constinit std::atomic<bool> active = false;
-constinit std::atomic<bool> hasStruck = false;
+constinit std::atomic<bool> hasFailedOnce = false;
 constinit std::atomic<std::size_t> allocations = 0;
 constinit std::atomic<std::size_t> firstToFail = 0;
 constinit std::atomic<std::size_t> failures = 0;
@@ -26,7 +26,7 @@ bool isToFail() noexcept {
     const std::size_t index = allocations++;
     if (index < firstToFail || index - firstToFail >= failures)
         return false;
-    hasStruck = true;
+    hasFailedOnce = true;
     return true;
 }
 
@@ -48,7 +48,7 @@ void* orThrow(void* memory) {
 } // namespace
 
 FailingAllocation::FailingAllocation(std::size_t index, std::size_t times) {
-    hasStruck = false;
+    hasFailedOnce = false;
     allocations = 0;
     firstToFail = index;
     failures = times;
@@ -57,7 +57,7 @@ FailingAllocation::FailingAllocation(std::size_t index, std::size_t times) {
 
 FailingAllocation::~FailingAllocation() { active = false; }
 
-bool FailingAllocation::struck() const { return hasStruck; }
+bool FailingAllocation::hasFailed() const { return hasFailedOnce; }
 
 std::size_t FailingAllocation::count() const { return allocations; }
 

@@ -24,7 +24,7 @@ class FailingAllocation {
     ~FailingAllocation();
 
     /// Whether an allocation has failed. If not, there were fewer allocations than the index.
-    bool struck() const;
+    bool hasFailed() const;
 
     /// The number of allocations so far.
     std::size_t count() const;

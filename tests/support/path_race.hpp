@@ -15,7 +15,7 @@
 
 #include <kinovane/handoff.hpp>
 
-#include "support/attacker.hpp"
+#include "support/repeating_thread.hpp"
 #include "support/sanitizers.hpp"
 #include "support/temporary_directory.hpp"
 
@@ -49,7 +49,7 @@ class PathRace {
     /// `leadsOutside`, the path was refused as unsafe.
     Counts run(const std::function<void(std::size_t turn)>& change, bool leadsOutside = true) const {
         Counts counts;
-        const Attacker thread(change);
+        const RepeatingThread thread(change);
         thread.awaitTurn();
         const auto continues = [&](int round) {
             const bool bothSeen =

@@ -9,8 +9,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "support/attacker.hpp"
 #include "support/forked_process.hpp"
+#include "support/repeating_thread.hpp"
 
 namespace kinovane::test {
 
@@ -39,7 +39,7 @@ class StandardTraffic {
     }
 
   private:
-    Attacker thread_;
+    RepeatingThread thread_;
 };
 
 /// Runs the job in a process that has closed these descriptors while another thread uses all three; returns

@@ -96,7 +96,7 @@ TEST(ExitStatus, Is0ForHelpAndVersion) {
         {{"verify", "--help"}, "Examine every file that is handed over, and show all that are damaged\n"},
         {{"publish", "-h"}, "Verify a film's files, write its handoff manifest and import it into Vistrel\n"},
         {{"doctor", "--help"},
-         "Show which outside programs and models are there, and what to do about those that are not\n"},
+         "Show which external programs and models are there, and what to do about those that are not\n"},
     };
     for (const Row& row : rows) {
         const Outcome outcome = runCommandLineTool(row.arguments);

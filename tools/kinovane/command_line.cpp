@@ -34,7 +34,7 @@ Exit statuses:
   2  the arguments were not understood
   3  the workspace could not be read
   4  the film cannot be handed over: a file is missing, damaged or misplaced, or there is no plan
-  5  an outside program is missing, failed, or gave no proper answer
+  5  an external program is missing, failed, or gave no proper answer
   6  a file or folder could not be read or written
   7  Vistrel refused the film
 )";
@@ -149,8 +149,9 @@ CLI::App* addPublish(CLI::App& app, PublishRequest& request) {
 
 CLI::App* addDoctor(CLI::App& app, DoctorRequest& request) {
     CLI::App* command =
-        app.add_subcommand("doctor", "Show which outside programs and models are there, and what to do about "
-                                     "those that are not")
+        app.add_subcommand("doctor",
+                           "Show which external programs and models are there, and what to do about "
+                           "those that are not")
             ->group("Commands");
     const auto addProgram = [&](const std::string& name, std::string& program,
                                 const std::string& description) {

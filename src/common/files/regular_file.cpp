@@ -87,7 +87,7 @@ std::size_t RegularFile::read(std::span<std::byte> buffer) {
     return static_cast<std::size_t>(count);
 }
 
-std::size_t RegularFile::readDocumentPiece(std::span<std::byte> buffer) {
+std::size_t RegularFile::readDocumentChunk(std::span<std::byte> buffer) {
     const std::size_t count = size_ > maximumDocumentSize ? 0 : read(buffer);
     if (std::max(size_, position_) > maximumDocumentSize)
         fail("cannot read", location_, make_error_code(std::errc::file_too_large));
@@ -110,7 +110,7 @@ std::string readDocument(const fs::path& location) {
             text.resize(length == 0 ? static_cast<std::size_t>(std::min(file.size(), maximumDocumentSize)) + 1
                                     : 2 * length);
         const std::size_t count =
-            file.readDocumentPiece(std::as_writable_bytes(std::span(text).subspan(length)));
+            file.readDocumentChunk(std::as_writable_bytes(std::span(text).subspan(length)));
         if (count == 0)
             break;
         length += count;

@@ -39,7 +39,7 @@ class RegularFile {
 
     /// The same for a document: fails with std::errc::file_too_large when the file has more than
     /// `maximumDocumentSize` bytes.
-    std::size_t readDocumentPiece(std::span<std::byte> buffer);
+    std::size_t readDocumentChunk(std::span<std::byte> buffer);
 
   private:
     RegularFile(Descriptor descriptor, std::string location, std::uint64_t size) noexcept

@@ -29,8 +29,8 @@ class Stream {
 
     /// Reads what the pipe holds. Blocks if it is empty.
     void read() {
-        const std::span<char> room = text_.prepare();
-        const auto count = retryInterrupted([&] { return ::read(pipe_, room.data(), room.size()); });
+        const std::span<char> free = text_.prepare();
+        const auto count = retryInterrupted([&] { return ::read(pipe_, free.data(), free.size()); });
         if (count < 0)
             throw std::system_error(errno, std::generic_category(), "read");
         text_.commit(static_cast<std::size_t>(count));

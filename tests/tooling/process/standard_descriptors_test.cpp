@@ -51,7 +51,7 @@ class DescriptorWatch {
 
     const struct stat root_ = rootDirectory();
     std::atomic<bool> seen_ = false;
-    Attacker thread_;
+    RepeatingThread thread_;
 };
 
 class StandardDescriptors : public testing::TestWithParam<ClosedDescriptors> {

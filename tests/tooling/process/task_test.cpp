@@ -49,12 +49,12 @@ std::string textOf(Task<T> task) {
 }
 
 /// A way to take a result. Calls `begun` when it waits for the result.
-struct Way {
+struct Consumer {
     const char* sentence;
     std::string (*take)(Task<std::string> task, const std::function<void()>& begun);
 };
 
-const std::vector<Way> ways{
+const std::vector<Consumer> consumers{
     {"get",
      [](Task<std::string> task, const std::function<void()>& begun) {
          const std::jthread other(begun);
@@ -89,7 +89,7 @@ const std::vector<Way> ways{
      }},
 };
 
-TEST(Task, ReturnsItsResultOrErrorInEveryWay) {
+TEST(Task, ReturnsItsResultOrErrorToEveryConsumer) {
     struct Row {
         const char* sentence;
         std::function<std::string()> operation;
@@ -108,12 +108,12 @@ TEST(Task, ReturnsItsResultOrErrorInEveryWay) {
          "exception: broken"},
         {"a thrown object that is not an exception", []() -> std::string { throw 7; }, "int: 7"},
     };
-    for (const Way& way : ways)
+    for (const Consumer& consumer : consumers)
         for (const Row& row : rows) {
-            SCOPED_TRACE(std::string(way.sentence) + ": " + row.sentence);
+            SCOPED_TRACE(std::string(consumer.sentence) + ": " + row.sentence);
             Task<std::string> early = startTask<std::string>(row.operation);
             waitUntilDone(early);
-            EXPECT_EQ(way.take(std::move(early), [] {}), row.expected) << "done before";
+            EXPECT_EQ(consumer.take(std::move(early), [] {}), row.expected) << "done before";
 
             Gate gate;
             Task<std::string> late = startTask<std::string>([passed = gate.pass(), &row] {
@@ -121,15 +121,16 @@ TEST(Task, ReturnsItsResultOrErrorInEveryWay) {
                 return row.operation();
             });
             EXPECT_FALSE(late.done());
-            EXPECT_EQ(way.take(std::move(late), [&] { gate.open(); }), row.expected) << "done afterwards";
+            EXPECT_EQ(consumer.take(std::move(late), [&] { gate.open(); }), row.expected)
+                << "done afterwards";
         }
 }
 
 TEST(Task, ReturnsItsResultOnce) {
-    for (const Way& way : ways) {
-        SCOPED_TRACE(way.sentence);
+    for (const Consumer& consumer : consumers) {
+        SCOPED_TRACE(consumer.sentence);
         Task<std::string> task = startTask<std::string>([] { return std::string("x"); });
-        EXPECT_EQ(way.take(std::move(task), [] {}), "x");
+        EXPECT_EQ(consumer.take(std::move(task), [] {}), "x");
         // A task that was moved from behaves like one whose result was taken.
         Loop loop;
         EXPECT_TRUE(task.done()); // NOLINT(bugprone-use-after-move)

@@ -12,13 +12,13 @@
 namespace kinovane::test {
 
 /// Repeats an action on its own thread, without a pause, until it is destroyed.
-class Attacker {
+class RepeatingThread {
   public:
-    /// `attack` is called with the number of turns before it.
-    explicit Attacker(std::function<void(std::size_t turn)> attack)
-        : thread_([this, attack = std::move(attack)](const std::stop_token& stop) {
+    /// `action` is called with the number of turns before it.
+    explicit RepeatingThread(std::function<void(std::size_t turn)> action)
+        : thread_([this, action = std::move(action)](const std::stop_token& stop) {
               while (!stop.stop_requested()) {
-                  attack(turns_);
+                  action(turns_);
                   ++turns_;
                   turns_.notify_all();
               }

@@ -68,7 +68,7 @@ class PathRace {
     }
 
   private:
-    static constexpr int rounds = underThreadSanitizer ? 400 : 4000; ///< Much slower under the sanitizer.
+    static constexpr int rounds = memoryIsSanitized ? 400 : 4000; ///< Much slower under the sanitizers.
     static constexpr int maximumRounds = 400'000;
     static constexpr std::size_t minimumTurns = 100;
 

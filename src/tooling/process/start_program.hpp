@@ -21,13 +21,13 @@ namespace kinovane {
 /// Finds a program, runs it and waits for its end on this thread. `arguments` is the list of its arguments,
 /// or a function that makes the list from the path at which the program was found. Throws FilmToolError.
 template <class Arguments>
-ProcessResult runProgram(const ExecutableLookup& lookup, Arguments arguments,
+ProcessResult runProgram(const ExecutableLookup& lookup, Arguments&& arguments,
                          const std::map<std::string, std::string>& environment) {
     const std::filesystem::path program = lookup.find();
-    if constexpr (std::is_invocable_v<Arguments, const std::filesystem::path&>)
+    if constexpr (std::is_invocable_v<Arguments&, const std::filesystem::path&>)
         return runSynchronously(program, arguments(program), environment);
     else
-        return runSynchronously(program, std::move(arguments), environment);
+        return runSynchronously(program, std::forward<Arguments>(arguments), environment);
 }
 
 /// Does the same on a thread of its own. The result of the task is what `finish` returns for the program's

@@ -2,10 +2,12 @@
 
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <kinovane/export.hpp>
@@ -150,6 +152,14 @@ struct KINOVANE_EXPORT FilmArtifact {
     bool operator==(const FilmArtifact&) const = default;
 };
 
+/// One of the ten production steps.
+struct KINOVANE_EXPORT FilmProofStep {
+    std::string_view key; ///< The member's name in FilmProof, such as "humanReview". A string literal.
+    bool complete = false;
+
+    bool operator==(const FilmProofStep&) const = default;
+};
+
 /// Whether each of the ten production steps is complete.
 struct KINOVANE_EXPORT FilmProof {
     bool creation = false;
@@ -165,6 +175,9 @@ struct KINOVANE_EXPORT FilmProof {
 
     /// The number of complete steps, 0 to 10.
     int completedCount() const noexcept;
+
+    /// The steps with their keys, in the order in which a production goes through them.
+    std::array<FilmProofStep, 10> steps() const noexcept;
 
     bool operator==(const FilmProof&) const = default;
 };

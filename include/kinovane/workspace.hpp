@@ -20,6 +20,15 @@
 /// FilmWorkspaceSnapshot.
 namespace kinovane {
 
+/// The names of a workspace's documents; all lie in one directory. An application may watch them to learn
+/// when to load again. Only the run manifest may have another name.
+namespace FilmWorkspaceDocument {
+inline constexpr std::string_view runManifest = "run.json";
+inline constexpr std::string_view project = "film-project.json";
+inline constexpr std::string_view productionPlan = "production-plan.json";
+inline constexpr std::string_view treatment = "treatment.json";
+} // namespace FilmWorkspaceDocument
+
 /// The documents of a workspace at the time of loading. Owns its data and keeps no file open. It is not
 /// updated when the film tool changes the documents; load again for their current state. May be read from
 /// several threads at once.

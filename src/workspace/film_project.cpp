@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include <algorithm>
-#include <iterator>
 
 #include <kinovane/film_project.hpp>
 
@@ -18,10 +17,16 @@ std::string FilmArtifact::id() const { return kind + ":" + path + ":" + sha256; 
 const std::string& FilmIssue::id() const noexcept { return code; }
 
 int FilmProof::completedCount() const noexcept {
-    const bool steps[] = {creation, clips,      assembly, dialogue,    sound,
-                          captions, inspection, review,   humanReview, delivery};
-    static_assert(sizeof(steps) == sizeof(FilmProof), "every step is counted");
-    return static_cast<int>(std::count(std::begin(steps), std::end(steps), true));
+    const auto all = steps();
+    return static_cast<int>(std::ranges::count(all, true, &FilmProofStep::complete));
+}
+
+std::array<FilmProofStep, 10> FilmProof::steps() const noexcept {
+    return std::apply(
+        [&](const auto&... step) {
+            return std::array<FilmProofStep, 10>{FilmProofStep{step.key, this->*step.member}...};
+        },
+        json::Table<FilmProof>::fields);
 }
 
 KINOVANE_JSON_READABLE(FilmProject)

@@ -156,8 +156,8 @@ class TaskAwaiter;
 /// A task may be moved, also to another thread, but two threads must not use it at the same time. Destroying
 /// it detaches the operation, which then runs to its end. Nothing of the operation remains after that.
 ///
-/// With g++ 12, a co_await expression must not contain a braced list, which does not compile, or a lambda
-/// with captures, which is destroyed twice. Use them in a statement before it:
+/// With g++ 12, a co_await expression must not contain a braced list or a lambda with captures: the list
+/// does not compile or makes an object that is destroyed twice, as the lambda is. Write a statement before:
 ///
 ///     auto task = film.run({"status", run});
 ///     const ProcessResult result = co_await task.on(executor);
@@ -165,6 +165,26 @@ template <class T>
 class [[nodiscard]] Task {
   public:
     explicit Task(std::shared_ptr<detail::TaskState<T>> state) noexcept : state_(std::move(state)) {}
+
+    /// A task that is done and gives this value (none if T is void). With it and `failed` an application
+    /// tests its own code without the external programs.
+    template <class... Value>
+        requires(sizeof...(Value) == (std::is_void_v<T> ? 0 : 1))
+    static Task ready(Value&&... value) {
+        auto state = std::make_shared<detail::TaskState<T>>();
+        state->succeed({std::forward<Value>(value)...});
+        detail::TaskCore::finish(state);
+        return Task(std::move(state));
+    }
+
+    /// A task that is done and throws this error, which must not be null.
+    static Task failed(std::exception_ptr error) {
+        auto state = std::make_shared<detail::TaskState<T>>();
+        state->fail(std::move(error));
+        detail::TaskCore::finish(state);
+        return Task(std::move(state));
+    }
+
     Task(Task&& other) noexcept = default;
     Task& operator=(Task&& other) noexcept {
         const Task replaced(std::move(*this)); // Detaches the operation that this task had.
@@ -183,6 +203,12 @@ class [[nodiscard]] Task {
         auto state = release();
         state->wait();
         return state->take();
+    }
+
+    /// Blocks until the operation is done or its result was taken. Takes nothing.
+    void wait() {
+        if (state_)
+            state_->wait();
     }
 
     /// Whether the operation is done or its result was taken. Does not block.

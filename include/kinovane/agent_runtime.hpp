@@ -10,6 +10,7 @@
 #include <kinovane/export.hpp>
 #include <kinovane/json.hpp>
 #include <kinovane/process.hpp>
+#include <kinovane/run_options.hpp>
 #include <kinovane/task.hpp>
 
 /// The status of the local agent runtime (the command-line program quexrun), and the choice of a model.
@@ -60,7 +61,7 @@ class KINOVANE_EXPORT QuexRunAgentClient {
 
     /// Runs `agent status --json`. The task fails with FilmToolError, as those of FilmToolClient
     /// (tooling.hpp) do.
-    Task<QuexRunAgentStatus> status() const;
+    Task<QuexRunAgentStatus> status(RunOptions options = RunOptions()) const;
 
     bool operator==(const QuexRunAgentClient&) const = default;
 

@@ -8,8 +8,8 @@
 #include <functional>
 #include <optional>
 #include <span>
-#include <stop_token>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <variant>
 #include <vector>
@@ -18,6 +18,8 @@
 #include <kinovane/export.hpp>
 #include <kinovane/json.hpp>
 #include <kinovane/process.hpp>
+#include <kinovane/run_options.hpp>
+#include <kinovane/stop.hpp>
 #include <kinovane/task.hpp>
 #include <kinovane/workspace.hpp>
 
@@ -161,6 +163,8 @@ struct KINOVANE_EXPORT VerificationProgress {
     std::string path;             ///< The recorded path of the artifact that was read last.
 };
 
+struct ArtifactOutcome;
+
 /// How `build` and `audit` verify files.
 struct KINOVANE_EXPORT HandoffBuildOptions {
     /// How many files are read at once; 0 counts as 1, and more than 64 as 64. With 1, `build` examines the
@@ -171,10 +175,18 @@ struct KINOVANE_EXPORT HandoffBuildOptions {
     /// Called at intervals from any of the reading threads, but never from two at once. Both counts never
     /// decrease; in the last call of a successful build they equal the totals. An exception that it throws
     /// ends the operation, which then throws the same exception.
-    std::function<void(const VerificationProgress&)> onProgress;
+    std::function<void(const VerificationProgress&)> onProgress = {};
 
-    /// A requested stop ends the operation with a std::system_error of std::errc::operation_canceled.
-    std::stop_token stop;
+    /// A requested stop ends the operation with a std::system_error of std::errc::operation_canceled. A
+    /// std::stop_token is accepted as well.
+    StopToken stop = {};
+
+    /// Called with the result of each artifact as soon as it was examined, like `onProgress`.
+    std::function<void(const ArtifactOutcome&)> onOutcome = {};
+
+    /// Lets `build` examine every artifact, also after a failure, so that one build tells all that is wrong
+    /// without reading a file twice. It then throws the error that it would have thrown without this.
+    bool examineAll = false;
 };
 
 /// The result of examining one artifact.
@@ -198,6 +210,9 @@ struct KINOVANE_EXPORT ArtifactOutcome {
 /// Stateless functions, which may be called from several threads at once. Each may also throw std::bad_alloc,
 /// and those that compute a digest throw std::runtime_error when libcrypto has no SHA-256.
 namespace VistrelHandoffBuilder {
+
+/// Returns the kinds of artifacts that go into a handoff. Compared exactly, capitals included.
+KINOVANE_EXPORT std::span<const std::string_view> exportedKinds() noexcept;
 
 /// Builds the handoff of a workspace that has a production plan. Every artifact of an exported kind is
 /// verified: its path leads to a file inside `from.root`, possibly through links, and the file has the
@@ -271,15 +286,18 @@ class KINOVANE_EXPORT VistrelClient {
     const std::string& executable() const noexcept;
 
     /// A dry run: the importer checks the manifest and changes nothing. Fails with FilmToolError.
-    Task<VistrelImportReceipt> validate(const std::filesystem::path& manifest) const;
+    Task<VistrelImportReceipt> validate(const std::filesystem::path& manifest,
+                                        RunOptions options = RunOptions()) const;
 
     /// Imports the manifest. Fails with FilmToolError.
-    Task<VistrelImportReceipt> import(const std::filesystem::path& manifest) const;
+    Task<VistrelImportReceipt> import(const std::filesystem::path& manifest,
+                                      RunOptions options = RunOptions()) const;
 
     bool operator==(const VistrelClient&) const = default;
 
   private:
-    Task<VistrelImportReceipt> runImport(const std::filesystem::path& manifest, bool dryRun) const;
+    Task<VistrelImportReceipt> runImport(const std::filesystem::path& manifest, bool dryRun,
+                                         RunOptions options) const;
 
     std::string executable_;
 };

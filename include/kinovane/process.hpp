@@ -59,7 +59,7 @@ struct KINOVANE_EXPORT FilmToolErrorCases {
 };
 
 /// Why an external program gave no result.
-class KINOVANE_EXPORT FilmToolError final : public CaseError<FilmToolErrorCases> {
+class KINOVANE_EXPORT FilmToolError : public CaseError<FilmToolErrorCases> {
   public:
     using CaseError::CaseError;
     FilmToolError(const FilmToolError&) noexcept = default;

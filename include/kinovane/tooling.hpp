@@ -12,6 +12,7 @@
 #include <kinovane/export.hpp>
 #include <kinovane/json.hpp>
 #include <kinovane/process.hpp>
+#include <kinovane/run_options.hpp>
 #include <kinovane/task.hpp>
 #include <kinovane/workspace.hpp>
 
@@ -73,12 +74,12 @@ struct KINOVANE_EXPORT PiAgentLaunchSpec {
 /// Runs the film tool. Holds only the name of the program; may be copied, and used on several threads at the
 /// same time.
 ///
-/// Every operation starts one child process with a list of arguments, never through a shell, and has no time
-/// limit. Every failure, also that of a missing program, arrives through the task: as FilmToolError, or as
-/// std::bad_alloc if memory runs out.
+/// Every operation starts one child process with a list of arguments, never through a shell. Every failure,
+/// also that of a missing program, arrives through the task: as FilmToolError, as run_options.hpp states for
+/// a run that was stopped and for invalid options, or as std::bad_alloc if memory runs out.
 ///
-/// The child inherits the environment, the working directory and standard input, and no other descriptor. If
-/// descriptor 0 is closed or close-on-exec, its standard input is /dev/null. All these are read on the
+/// By default the child inherits environment, working directory and standard input, and no other descriptor.
+/// If descriptor 0 is closed or close-on-exec, its standard input is /dev/null. All these are read on the
 /// operation's thread when the child is started, which may be shortly after the call returns.
 class KINOVANE_EXPORT FilmToolClient {
   public:
@@ -103,7 +104,8 @@ class KINOVANE_EXPORT FilmToolClient {
     /// Runs the program with these arguments. `environment` is added to the inherited environment and
     /// replaces variables of the same names.
     Task<ProcessResult> run(std::vector<std::string> arguments,
-                            std::map<std::string, std::string> environment = {}) const;
+                            std::map<std::string, std::string> environment = {},
+                            RunOptions options = RunOptions()) const;
 
     // The commands of the film tool. Locations are passed as absolute paths and texts unchanged; an absent
     // optional adds nothing to the arguments. If a location is empty, or is relative and the working
@@ -115,44 +117,52 @@ class KINOVANE_EXPORT FilmToolClient {
     Task<std::filesystem::path> plan(const std::string& idea, const std::string& title,
                                      std::int64_t durationSeconds,
                                      const std::filesystem::path& outputDirectory,
-                                     const std::optional<std::string>& piCommand = std::nullopt) const;
+                                     const std::optional<std::string>& piCommand = std::nullopt,
+                                     RunOptions options = RunOptions()) const;
 
     /// Reads the status of a run.
-    Task<FilmStatusResponse> status(const std::filesystem::path& runManifest) const;
+    Task<FilmStatusResponse> status(const std::filesystem::path& runManifest,
+                                    RunOptions options = RunOptions()) const;
 
     /// Records the approval of a gate. The tool's output is ignored.
     Task<void> approve(const std::filesystem::path& runManifest, const std::string& gate,
-                       const std::string& note, const std::string& approvedBy) const;
+                       const std::string& note, const std::string& approvedBy,
+                       RunOptions options = RunOptions()) const;
 
     /// Continues the production until the next gate; the tool's command is `run`. Provider and model are
     /// passed in the environment variables QUEX_FILM_TOOLS_PI_PROVIDER and QUEX_FILM_TOOLS_PI_MODEL.
     Task<ProcessResult> advance(const std::filesystem::path& runManifest,
                                 const std::optional<std::string>& piCommand = std::nullopt,
                                 const std::optional<std::string>& piProvider = std::nullopt,
-                                const std::optional<std::string>& piModel = std::nullopt) const;
+                                const std::optional<std::string>& piModel = std::nullopt,
+                                RunOptions options = RunOptions()) const;
 
     /// Recovers a workspace whose last step was interrupted.
-    Task<ProcessResult> recover(const std::filesystem::path& runManifest) const;
+    Task<ProcessResult> recover(const std::filesystem::path& runManifest,
+                                RunOptions options = RunOptions()) const;
 
     /// Requests another take of a shot. The tool archives the present one.
     Task<ProcessResult> reroll(const std::filesystem::path& runManifest, const std::string& shotID,
-                               const std::string& note) const;
+                               const std::string& note, RunOptions options = RunOptions()) const;
 
     /// Runs a review of the film. Provider and model are passed as for `advance`.
     Task<ProcessResult> review(const std::filesystem::path& runManifest,
                                const std::optional<std::string>& piCommand = std::nullopt,
                                const std::optional<std::string>& piProvider = std::nullopt,
-                               const std::optional<std::string>& piModel = std::nullopt) const;
+                               const std::optional<std::string>& piModel = std::nullopt,
+                               RunOptions options = RunOptions()) const;
 
     /// Runs the tool's own export for Vistrel. Without `output` the tool chooses where to write the handoff.
     Task<FilmVistrelExportReceipt>
     exportVistrel(const std::filesystem::path& runManifest,
-                  const std::optional<std::filesystem::path>& output = std::nullopt) const;
+                  const std::optional<std::filesystem::path>& output = std::nullopt,
+                  RunOptions options = RunOptions()) const;
 
     /// Reads how to start the coding agent on a run. The tool's own absolute path is passed as the plugin
     /// command.
     Task<PiAgentLaunchSpec> agentLaunchSpec(const std::filesystem::path& runManifest,
-                                            const std::string& piCommand) const;
+                                            const std::string& piCommand,
+                                            RunOptions options = RunOptions()) const;
 
     /// Returns the arguments with which the film tool starts its agent, for the application to show or run.
     /// Never fails: an empty location is passed as an empty argument, and a relative one unchanged if the

@@ -15,9 +15,10 @@ QuexRunAgentClient::QuexRunAgentClient(std::string executable) : executable_(std
 
 const std::string& QuexRunAgentClient::executable() const noexcept { return executable_; }
 
-Task<QuexRunAgentStatus> QuexRunAgentClient::status() const {
+Task<QuexRunAgentStatus> QuexRunAgentClient::status(RunOptions options) const {
     return startProgram<QuexRunAgentStatus>(
-        executable_, [] { return std::vector<std::string>{"agent", "status", "--json"}; }, {},
+        {.executable = executable_, .isFilmTool = false, .options = std::move(options)},
+        [] { return std::vector<std::string>{"agent", "status", "--json"}; },
         [](const ProcessResult& result) {
             // The text of FilmToolError speaks of the film command, so the message names the program.
             return decodeReply<QuexRunAgentStatus>(result.stdout, "quexrun agent status: ");

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "handoff/artifact_examiner.hpp"
+#include "handoff/artifact_outcome.hpp"
 #include "handoff/asset_identity.hpp"
 #include "handoff/exported_kinds.hpp"
 #include "handoff/project_directory.hpp"
@@ -27,7 +28,8 @@ constexpr std::size_t maximumWorkers = 64;
 constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 
 /// One verification, shared by its workers. Each worker examines the next artifact until the list is done.
-/// With `onBad`, every artifact is examined; without it, the first bad one ends the verification.
+/// Without `onBad`, which `audit` gives, the first bad artifact is the failure of the verification, and ends
+/// it unless the options ask for all of them.
 class Verification {
   public:
     Verification(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
@@ -90,35 +92,45 @@ class Verification {
         }
     }
 
-    bool stopsAtFirstFailure() const noexcept { return !onBad_; }
+    bool isAudit() const noexcept { return static_cast<bool>(onBad_); }
+    bool stopsAtFirstFailure() const noexcept { return !isAudit() && !options_.examineAll; }
 
     void examine(ArtifactExaminer& examiner, std::size_t index) {
         const FilmArtifact& artifact = *artifacts_[index];
         ProgressReport::File file(progress_, artifact);
+        std::exception_ptr failure;
         try {
             examiner.examine(artifact, [&](std::size_t bytes) {
                 throwIfStopped();
                 report([&] { file.read(bytes); });
             });
             // Here, and not when the manifest is made: a later artifact must not be opened before this error.
-            if (stopsAtFirstFailure())
+            if (!isAudit())
                 requireAssetID(artifact);
         } catch (const Interruption&) {
             throw;
         } catch (const ProjectDirectoryError& error) {
-            auto failure = std::make_exception_ptr(std::filesystem::filesystem_error(error));
+            failure = std::make_exception_ptr(std::filesystem::filesystem_error(error));
             // No other file can be opened either, but an earlier artifact may have an unsafe path, which is
             // refused without opening anything.
-            if (!stopsAtFirstFailure())
+            if (isAudit())
                 throw Interruption{std::move(failure)};
-            noteBad(index, failure);
-            return;
         } catch (...) {
-            noteBad(index, std::current_exception());
-            if (stopsAtFirstFailure())
-                return;
+            failure = std::current_exception();
         }
-        report([&] { file.done(); });
+        if (failure)
+            noteBad(index, failure);
+        report([&] { tellOutcome(artifact, failure); });
+        if (!failure || !stopsAtFirstFailure())
+            report([&] { file.done(); });
+    }
+
+    void tellOutcome(const FilmArtifact& artifact, const std::exception_ptr& failure) {
+        if (!options_.onOutcome)
+            return;
+        const ArtifactOutcome outcome = outcomeOf(artifact, failure);
+        const std::lock_guard lock(outcomeMutex_);
+        options_.onOutcome(outcome);
     }
 
     /// Carries an exception that is not about one artifact past the handlers for those that are.
@@ -136,7 +148,7 @@ class Verification {
     }
 
     void throwIfStopped() const {
-        if (options_.stop.stop_requested())
+        if (options_.stop.stopRequested())
             throw Interruption{std::make_exception_ptr(
                 std::system_error(std::make_error_code(std::errc::operation_canceled)))};
         if (interrupted_)
@@ -145,11 +157,13 @@ class Verification {
 
     void noteBad(std::size_t index, const std::exception_ptr& failure) {
         const std::lock_guard lock(mutex_);
-        if (!stopsAtFirstFailure()) {
+        if (isAudit()) {
             onBad_(index, failure);
-        } else if (index < firstBad_) {
-            firstBad_ = index;
+        } else if (index < firstFailed_) {
+            firstFailed_ = index;
             firstFailure_ = failure;
+            if (stopsAtFirstFailure())
+                firstBad_ = index;
         }
     }
 
@@ -170,7 +184,9 @@ class Verification {
     std::atomic<std::size_t> next_ = 0;
     std::atomic<std::size_t> firstBad_ = none; ///< Index of the first bad artifact, if that ends the work.
     std::atomic<bool> interrupted_ = false;
+    std::mutex outcomeMutex_; ///< Held during `onOutcome`.
     std::mutex mutex_;
+    std::size_t firstFailed_ = none;
     std::exception_ptr firstFailure_;
     std::exception_ptr interruption_; ///< A stop, or another failure that is not about one artifact.
 };

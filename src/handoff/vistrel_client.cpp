@@ -16,18 +16,20 @@ VistrelClient::VistrelClient(std::string executable) : executable_(std::move(exe
 
 const std::string& VistrelClient::executable() const noexcept { return executable_; }
 
-Task<VistrelImportReceipt> VistrelClient::validate(const std::filesystem::path& manifest) const {
-    return runImport(manifest, true);
+Task<VistrelImportReceipt> VistrelClient::validate(const std::filesystem::path& manifest,
+                                                   RunOptions options) const {
+    return runImport(manifest, true, std::move(options));
 }
 
-Task<VistrelImportReceipt> VistrelClient::import(const std::filesystem::path& manifest) const {
-    return runImport(manifest, false);
+Task<VistrelImportReceipt> VistrelClient::import(const std::filesystem::path& manifest,
+                                                 RunOptions options) const {
+    return runImport(manifest, false, std::move(options));
 }
 
-Task<VistrelImportReceipt> VistrelClient::runImport(const std::filesystem::path& manifest,
-                                                    bool dryRun) const {
+Task<VistrelImportReceipt> VistrelClient::runImport(const std::filesystem::path& manifest, bool dryRun,
+                                                    RunOptions options) const {
     return startProgram<VistrelImportReceipt>(
-        executable_,
+        {.executable = executable_, .isFilmTool = false, .options = std::move(options)},
         [&] {
             std::vector<std::string> arguments{"production", "import-film",
                                                locationArgument("handoff manifest", manifest)};
@@ -36,7 +38,7 @@ Task<VistrelImportReceipt> VistrelClient::runImport(const std::filesystem::path&
             arguments.insert(arguments.end(), {"--output", "json"});
             return arguments;
         },
-        {}, [](const ProcessResult& result) { return decodeReply<VistrelImportReceipt>(result.stdout); });
+        [](const ProcessResult& result) { return decodeReply<VistrelImportReceipt>(result.stdout); });
 }
 
 } // namespace kinovane

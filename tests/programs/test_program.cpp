@@ -119,6 +119,19 @@ void printInputKind(Words /*words*/) {
         print(S_ISFIFO(input.st_mode) ? "pipe" : S_ISREG(input.st_mode) ? "file" : "other");
 }
 
+/// Writes "ready", waits for SIGTERM, writes the text and ends.
+void cleanUpOnTerm(Words words) {
+    sigset_t term;
+    ::sigemptyset(&term);
+    ::sigaddset(&term, SIGTERM);
+    if (::sigprocmask(SIG_BLOCK, &term, nullptr) != 0)
+        fail("sigprocmask");
+    print("ready");
+    int signal = 0;
+    ::sigwait(&term, &signal);
+    print(words[0]);
+}
+
 void listDescriptors(Words /*words*/) {
     const long limit = std::min(::sysconf(_SC_OPEN_MAX), 65536L);
     std::string text;
@@ -195,6 +208,8 @@ constexpr std::array verbs{
     Verb{"err-hex", 1, [](Words words) { writeAll(STDERR_FILENO, unhex(words[0])); }},
     Verb{"exit", 1, [](Words words) { std::_Exit(std::stoi(words[0])); }},
     Verb{"signal", 1, [](Words words) { ::raise(std::stoi(words[0])); }},
+    Verb{"ignore", 1, [](Words words) { ::signal(std::stoi(words[0]), SIG_IGN); }},
+    Verb{"on-term", 1, cleanUpOnTerm},
     Verb{"close", 1, [](Words words) { ::close(std::stoi(words[0])); }},
     Verb{"wait", 1, [](Words words) { waitFor(words[0]); }},
     Verb{"announce", 1, announce},

@@ -24,15 +24,18 @@ using OptionalText = std::optional<std::string>;
 /// Starts the tool; the task returns its result unchanged.
 template <class PrepareArguments>
 Task<ProcessResult> startForResult(const std::string& executable, PrepareArguments prepareArguments,
-                                   Environment environment = {}) {
-    return startProgram<ProcessResult>(executable, std::move(prepareArguments), std::move(environment),
-                                       [](ProcessResult result) { return result; });
+                                   RunOptions options, Environment environment = {}) {
+    return startProgram<ProcessResult>(
+        {.executable = executable, .options = std::move(options), .environment = std::move(environment)},
+        std::move(prepareArguments), [](ProcessResult result) { return result; });
 }
 
 /// Starts the tool; the task returns its decoded reply.
 template <class Reply, class PrepareArguments>
-Task<Reply> startForReply(const std::string& executable, PrepareArguments prepareArguments) {
-    return startProgram<Reply>(executable, std::move(prepareArguments), {},
+Task<Reply> startForReply(const std::string& executable, PrepareArguments prepareArguments,
+                          RunOptions options) {
+    return startProgram<Reply>({.executable = executable, .options = std::move(options)},
+                               std::move(prepareArguments),
                                [](const ProcessResult& result) { return decodeReply<Reply>(result.stdout); });
 }
 
@@ -87,15 +90,17 @@ const std::string& FilmToolClient::executable() const noexcept { return executab
 fs::path FilmToolClient::resolveExecutable(const std::string& name) { return ExecutableLookup(name).find(); }
 
 Task<ProcessResult> FilmToolClient::run(std::vector<std::string> arguments,
-                                        std::map<std::string, std::string> environment) const {
-    return startForResult(executable_, [&] { return std::move(arguments); }, std::move(environment));
+                                        std::map<std::string, std::string> environment,
+                                        RunOptions options) const {
+    return startForResult(
+        executable_, [&] { return std::move(arguments); }, std::move(options), std::move(environment));
 }
 
 Task<fs::path> FilmToolClient::plan(const std::string& idea, const std::string& title,
                                     std::int64_t durationSeconds, const fs::path& outputDirectory,
-                                    const OptionalText& piCommand) const {
+                                    const OptionalText& piCommand, RunOptions options) const {
     return startProgram<fs::path>(
-        executable_,
+        {.executable = executable_, .options = std::move(options)},
         [&] {
             Arguments arguments{"plan",
                                 "--idea",
@@ -109,74 +114,87 @@ Task<fs::path> FilmToolClient::plan(const std::string& idea, const std::string& 
             addOption(arguments, "--pi-command", piCommand);
             return arguments;
         },
-        {},
         [directory = WorkingDirectory()](const ProcessResult& result) {
             return plannedRunManifest(result.stdout, directory);
         });
 }
 
-Task<FilmStatusResponse> FilmToolClient::status(const fs::path& runManifest) const {
+Task<FilmStatusResponse> FilmToolClient::status(const fs::path& runManifest, RunOptions options) const {
     return startForReply<FilmStatusResponse>(
-        executable_, [&] { return Arguments{"status", runManifestArgument(runManifest)}; });
+        executable_, [&] { return Arguments{"status", runManifestArgument(runManifest)}; },
+        std::move(options));
 }
 
 Task<void> FilmToolClient::approve(const fs::path& runManifest, const std::string& gate,
-                                   const std::string& note, const std::string& approvedBy) const {
+                                   const std::string& note, const std::string& approvedBy,
+                                   RunOptions options) const {
     return startProgram<void>(
-        executable_,
+        {.executable = executable_, .options = std::move(options)},
         [&] {
             return Arguments{
                 "approve", runManifestArgument(runManifest), "--gate", gate, "--note", note, "--approved-by",
                 approvedBy};
         },
-        {}, [](const ProcessResult& /*result*/) {});
+        [](const ProcessResult& /*result*/) {});
 }
 
 Task<ProcessResult> FilmToolClient::advance(const fs::path& runManifest, const OptionalText& piCommand,
-                                            const OptionalText& piProvider,
-                                            const OptionalText& piModel) const {
+                                            const OptionalText& piProvider, const OptionalText& piModel,
+                                            RunOptions options) const {
     return startForResult(
-        executable_, [&] { return piArguments("run", runManifest, piCommand); },
+        executable_, [&] { return piArguments("run", runManifest, piCommand); }, std::move(options),
         piEnvironment(piProvider, piModel));
 }
 
-Task<ProcessResult> FilmToolClient::recover(const fs::path& runManifest) const {
-    return startForResult(executable_,
-                          [&] { return Arguments{"recover", runManifestArgument(runManifest)}; });
+Task<ProcessResult> FilmToolClient::recover(const fs::path& runManifest, RunOptions options) const {
+    return startForResult(
+        executable_, [&] { return Arguments{"recover", runManifestArgument(runManifest)}; },
+        std::move(options));
 }
 
 Task<ProcessResult> FilmToolClient::reroll(const fs::path& runManifest, const std::string& shotID,
-                                           const std::string& note) const {
-    return startForResult(executable_, [&] {
-        return Arguments{"reroll", runManifestArgument(runManifest), "--shot", shotID, "--note", note};
-    });
+                                           const std::string& note, RunOptions options) const {
+    return startForResult(
+        executable_,
+        [&] {
+            return Arguments{"reroll", runManifestArgument(runManifest), "--shot", shotID, "--note", note};
+        },
+        std::move(options));
 }
 
 Task<ProcessResult> FilmToolClient::review(const fs::path& runManifest, const OptionalText& piCommand,
-                                           const OptionalText& piProvider,
-                                           const OptionalText& piModel) const {
+                                           const OptionalText& piProvider, const OptionalText& piModel,
+                                           RunOptions options) const {
     return startForResult(
-        executable_, [&] { return piArguments("review", runManifest, piCommand); },
+        executable_, [&] { return piArguments("review", runManifest, piCommand); }, std::move(options),
         piEnvironment(piProvider, piModel));
 }
 
 Task<FilmVistrelExportReceipt> FilmToolClient::exportVistrel(const fs::path& runManifest,
-                                                             const std::optional<fs::path>& output) const {
-    return startForReply<FilmVistrelExportReceipt>(executable_, [&] {
-        Arguments arguments{"export-vistrel", runManifestArgument(runManifest)};
-        if (output)
-            addOption(arguments, "--output", locationArgument("output file", *output));
-        return arguments;
-    });
+                                                             const std::optional<fs::path>& output,
+                                                             RunOptions options) const {
+    return startForReply<FilmVistrelExportReceipt>(
+        executable_,
+        [&] {
+            Arguments arguments{"export-vistrel", runManifestArgument(runManifest)};
+            if (output)
+                addOption(arguments, "--output", locationArgument("output file", *output));
+            return arguments;
+        },
+        std::move(options));
 }
 
 Task<PiAgentLaunchSpec> FilmToolClient::agentLaunchSpec(const fs::path& runManifest,
-                                                        const std::string& piCommand) const {
-    return startForReply<PiAgentLaunchSpec>(executable_, [&] {
-        return [manifest = fs::path(runManifestArgument(runManifest)), piCommand](const fs::path& tool) {
-            return agentLaunchArguments(manifest, piCommand, tool.string());
-        };
-    });
+                                                        const std::string& piCommand,
+                                                        RunOptions options) const {
+    return startForReply<PiAgentLaunchSpec>(
+        executable_,
+        [&] {
+            return [manifest = fs::path(runManifestArgument(runManifest)), piCommand](const fs::path& tool) {
+                return agentLaunchArguments(manifest, piCommand, tool.string());
+            };
+        },
+        std::move(options));
 }
 
 std::vector<std::string> FilmToolClient::agentArguments(const fs::path& runManifest,

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 
@@ -36,12 +37,14 @@ namespace {
 
 // The operating system takes C strings: it would silently drop what follows a NUL byte.
 void requireValidInput(const std::string& executable, const std::vector<std::string>& arguments,
-                       const std::map<std::string, std::string>& environment) {
+                       const RunOptions& options) {
     if (holdsNUL(executable)) // The path is not part of this message, which would end at the NUL byte.
         throw FilmToolError(FilmToolError::launchFailed{"the program's path holds a NUL byte"});
     if (std::any_of(arguments.begin(), arguments.end(), holdsNUL))
         failLaunch(executable, "an argument holds a NUL byte");
-    for (const auto& [key, value] : environment) {
+    if (holdsNUL(options.workingDirectory.native()))
+        failLaunch(executable, "the working directory holds a NUL byte");
+    for (const auto& [key, value] : options.environment) {
         if (holdsNUL(key) || holdsNUL(value))
             failLaunch(executable, "an environment variable holds a NUL byte");
         if (key.empty() || key.find('=') != std::string::npos)
@@ -60,33 +63,49 @@ void requireExitStatus(const std::string& executable) {
                    "end of its child processes (SIGCHLD)");
 }
 
+// Opened before the start, so that the message can tell a missing directory from a missing program.
+Descriptor openWorkingDirectory(const std::filesystem::path& directory) {
+    if (directory.empty())
+        return {};
+    Descriptor descriptor =
+        openAboveStandard([&] { return ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+    if (!descriptor)
+        throw std::system_error(errno, std::generic_category(),
+                                "the working directory " + directory.string());
+    return descriptor;
+}
+
 } // namespace
 
 ChildProcess::ChildProcess(const std::string& executable, const std::vector<std::string>& arguments,
-                           const std::map<std::string, std::string>& environment) {
-    requireValidInput(executable, arguments, environment);
+                           const RunOptions& options, bool leadsGroup) {
+    requireValidInput(executable, arguments, options);
     requireExitStatus(executable);
     try {
-        start(executable, arguments, environment);
+        start(executable, arguments, options, leadsGroup);
     } catch (const std::system_error& error) {
         failLaunch(executable, error.what());
     }
 }
 
 void ChildProcess::start(const std::string& executable, const std::vector<std::string>& arguments,
-                         const std::map<std::string, std::string>& environment) {
+                         const RunOptions& options, bool leadsGroup) {
     CStringArray argv;
     argv.add(executable);
     for (const std::string& argument : arguments)
         argv.add(argument);
-    CStringArray envp = mergedEnvironment(environment);
+    CStringArray envp = mergedEnvironment(options.environment);
 
     auto [output, errors] = openOutputPipes();
-    const Descriptor input = duplicateStandardInput();
+    const Descriptor input =
+        options.standardInput == StandardInput::inherited ? duplicateStandardInput() : Descriptor();
+    const Descriptor directory = openWorkingDirectory(options.workingDirectory);
     SpawnFileActions actions;
+    if (directory)
+        actions.changeDirectory(directory.get());
     actions.connect(input, output.writeEnd.get(), errors.writeEnd.get());
     SpawnAttributes attributes;
-    attributes.resetSignals();
+    attributes.set(leadsGroup);
 
     const int error = ::posix_spawn(&process_, executable.c_str(), actions.get(), attributes.get(),
                                     argv.data(), envp.data());

@@ -3,11 +3,12 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <vector>
 
 #include <sys/types.h>
+
+#include <kinovane/run_options.hpp>
 
 #include "common/files/descriptor.hpp"
 
@@ -16,14 +17,14 @@ namespace kinovane {
 /// A running child process whose standard output and standard error arrive through pipes.
 class ChildProcess {
   public:
-    /// Starts the program. `environment` is added to this process's environment and replaces variables of the
-    /// same names.
+    /// Starts the program with environment, working directory and standard input as `options` has them. With
+    /// `leadsGroup` it is the leader of a new process group.
     ///
     /// The child inherits only descriptors 0, 1 and 2, and starts with an empty signal mask and default
     /// signal dispositions. Throws FilmToolError (launchFailed) with the program and the call that failed; no
     /// descriptor and no process is then left.
     ChildProcess(const std::string& executable, const std::vector<std::string>& arguments,
-                 const std::map<std::string, std::string>& environment);
+                 const RunOptions& options, bool leadsGroup = false);
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
@@ -34,13 +35,16 @@ class ChildProcess {
     int output() const noexcept { return output_.get(); }
     int errors() const noexcept { return errors_.get(); }
 
+    /// The child's process identifier, and that of its group if it leads one. Valid until `wait` is called.
+    pid_t process() const noexcept { return process_; }
+
     /// Blocks until the child has ended. Returns its exit status, or the number of the signal that ended it.
     /// Throws std::system_error if the application has already waited for this child. Call it once.
     std::int32_t wait();
 
   private:
     void start(const std::string& executable, const std::vector<std::string>& arguments,
-               const std::map<std::string, std::string>& environment);
+               const RunOptions& options, bool leadsGroup);
 
     Descriptor output_;
     Descriptor errors_;

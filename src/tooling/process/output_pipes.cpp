@@ -36,6 +36,13 @@ Pipe openPipe() {
 
 } // namespace
 
+Pipe openPipeAboveStandard() {
+    const ReservedStandardDescriptors reserved;
+    if (reserved.error() != 0)
+        failPipe(reserved.error());
+    return openPipe();
+}
+
 OutputPipes openOutputPipes() {
     const ReservedStandardDescriptors reserved;
     if (reserved.error() != 0)

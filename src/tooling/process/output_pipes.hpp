@@ -12,6 +12,9 @@ struct Pipe {
     Descriptor writeEnd;
 };
 
+/// Opens a pipe. Neither descriptor is 0, 1 or 2. Throws std::system_error whose text begins with "pipe".
+Pipe openPipeAboveStandard();
+
 /// The pipes for a child's standard output and standard error.
 struct OutputPipes {
     Pipe output;

@@ -6,6 +6,7 @@
 
 #include "common/utf8.hpp"
 #include "tooling/process/child_process.hpp"
+#include "tooling/process/controlled_run.hpp"
 #include "tooling/process/output_capture.hpp"
 
 namespace kinovane {
@@ -29,19 +30,56 @@ auto readFromStarted(const std::string& executable, const std::string& lost, Ste
     }
 }
 
+/// Whether a run has to be watched while it lasts.
+bool isControlled(const RunOptions& options) {
+    return options.stop.stopPossible() || options.timeLimit || options.onOutput;
+}
+
+ControlledOutcome runControlled(const ProcessResult& result, const RunOptions& options,
+                                std::int32_t& exitCode) {
+    try {
+        ControlledRun run(options);
+        ChildProcess child(result.executable, result.arguments, options, true);
+        ControlledOutcome outcome =
+            readFromStarted(result.executable, "its output", [&] { return run.finish(child); });
+        exitCode = readFromStarted(result.executable, "its exit status", [&] { return child.wait(); });
+        return outcome;
+    } catch (const std::system_error& error) {
+        throw FilmToolError(FilmToolError::launchFailed{result.executable + ": " + error.what()});
+    }
+}
+
 } // namespace
 
+RunStopped::RunStopped(std::errc reason, ProcessResult result)
+    : std::system_error(std::make_error_code(reason)),
+      result_(std::make_shared<const ProcessResult>(std::move(result))) {}
+
+RunStopped::~RunStopped() = default;
+
 ProcessResult runSynchronously(const std::filesystem::path& executableURL, std::vector<std::string> arguments,
-                               const std::map<std::string, std::string>& environment) {
+                               const RunOptions& options) {
     ProcessResult result;
     result.executable = executableURL.string();
     result.arguments = std::move(arguments);
-    ChildProcess child(result.executable, result.arguments, environment);
-    CapturedOutput captured = readFromStarted(result.executable, "its output",
-                                              [&] { return captureOutput(child.output(), child.errors()); });
-    result.exitCode = readFromStarted(result.executable, "its exit status", [&] { return child.wait(); });
-    result.stdout = repairUTF8(std::move(captured.output));
-    result.stderr = repairUTF8(std::move(captured.errors));
+    if (options.stop.stopRequested())
+        throw RunStopped(std::errc::operation_canceled, std::move(result));
+    ControlledOutcome outcome;
+    if (isControlled(options)) {
+        outcome = runControlled(result, options, result.exitCode);
+    } else {
+        ChildProcess child(result.executable, result.arguments, options);
+        CapturedOutput captured = readFromStarted(
+            result.executable, "its output", [&] { return captureOutput(child.output(), child.errors()); });
+        result.exitCode = readFromStarted(result.executable, "its exit status", [&] { return child.wait(); });
+        outcome.captured = std::move(captured);
+    }
+    result.stdout = repairUTF8(std::move(outcome.captured.output));
+    result.stderr = repairUTF8(std::move(outcome.captured.errors));
+    if (outcome.callbackFailed)
+        std::rethrow_exception(outcome.callbackFailed);
+    if (outcome.stopped)
+        throw RunStopped(*outcome.stopped, std::move(result));
     if (!result.succeeded())
         throw FilmToolError(FilmToolError::commandFailed{std::move(result)});
     return result;

@@ -40,6 +40,11 @@ void SpawnFileActions::connect(const Descriptor& input, int output, int errors) 
 #endif
 }
 
+void SpawnFileActions::changeDirectory(int directory) {
+    require("posix_spawn_file_actions_addfchdir_np",
+            ::posix_spawn_file_actions_addfchdir_np(&actions_, directory));
+}
+
 void SpawnFileActions::duplicate(int from, int to) {
     require("posix_spawn_file_actions_adddup2", ::posix_spawn_file_actions_adddup2(&actions_, from, to));
 }
@@ -48,18 +53,21 @@ SpawnAttributes::SpawnAttributes() { require("posix_spawnattr_init", ::posix_spa
 
 SpawnAttributes::~SpawnAttributes() { ::posix_spawnattr_destroy(&attributes_); }
 
-void SpawnAttributes::resetSignals() {
+void SpawnAttributes::set(bool leadsGroup) {
     sigset_t none;
     sigset_t all;
     ::sigemptyset(&none);
     ::sigfillset(&all);
     require("posix_spawnattr_setsigmask", ::posix_spawnattr_setsigmask(&attributes_, &none));
     require("posix_spawnattr_setsigdefault", ::posix_spawnattr_setsigdefault(&attributes_, &all));
+    int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
 #ifdef __APPLE__
-    constexpr int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_CLOEXEC_DEFAULT;
-#else
-    constexpr int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+    flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
 #endif
+    if (leadsGroup) {
+        require("posix_spawnattr_setpgroup", ::posix_spawnattr_setpgroup(&attributes_, 0));
+        flags |= POSIX_SPAWN_SETPGROUP;
+    }
     require("posix_spawnattr_setflags", ::posix_spawnattr_setflags(&attributes_, static_cast<short>(flags)));
 }
 

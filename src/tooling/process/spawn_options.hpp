@@ -21,6 +21,9 @@ class SpawnFileActions {
     /// empty, the child reads from /dev/null.
     void connect(const Descriptor& input, int output, int errors);
 
+    /// Makes this directory the child's working directory. To be called before `connect`.
+    void changeDirectory(int directory);
+
     const posix_spawn_file_actions_t* get() const noexcept { return &actions_; }
 
   private:
@@ -38,8 +41,8 @@ class SpawnAttributes {
     ~SpawnAttributes();
 
     /// Gives the child an empty signal mask and default signal dispositions, whichever signals the
-    /// application blocks or ignores.
-    void resetSignals();
+    /// application blocks or ignores. With `leadsGroup` the child is the leader of a new process group.
+    void set(bool leadsGroup);
 
     const posix_spawnattr_t* get() const noexcept { return &attributes_; }
 

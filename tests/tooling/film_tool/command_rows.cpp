@@ -91,7 +91,8 @@ using OptionalText = std::optional<std::string>;
 /// Adds `advance` or `review` with and without pi command, provider and model.
 void addPiRows(std::vector<CommandRow>& rows, const std::string& name, const std::string& word,
                Task<ProcessResult> (Client::*operation)(const std::filesystem::path&, const OptionalText&,
-                                                        const OptionalText&, const OptionalText&) const) {
+                                                        const OptionalText&, const OptionalText&, RunOptions)
+                   const) {
     struct Options {
         const char* sentence;
         OptionalText command;
@@ -108,8 +109,8 @@ void addPiRows(std::vector<CommandRow>& rows, const std::string& name, const std
     for (const Options& options : rowsOfOptions) {
         CommandRow row{name + " " + options.sentence, "", {}, {word, "/films/run.json"}};
         row.failure = [operation, options](const Client& client) {
-            return failureOf(
-                (client.*operation)("/films/run.json", options.command, options.provider, options.model));
+            return failureOf((client.*operation)("/films/run.json", options.command, options.provider,
+                                                 options.model, RunOptions()));
         };
         if (options.command) {
             row.arguments.emplace_back("--pi-command");

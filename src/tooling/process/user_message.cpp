@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include <filesystem>
+#include <new>
+#include <string_view>
+#include <system_error>
+#include <variant>
+
+#include <kinovane/user_message.hpp>
+
+#include "tooling/process/program_error.hpp"
+
+namespace kinovane {
+
+namespace {
+
+/// Whether the description of an error consists of the library's fixed words about the film command. A
+/// program that failed with a text of its own, and one that was not found, are described in other words.
+bool speaksOfFilmCommand(const FilmToolError& error) {
+    if (const auto* failed = std::get_if<FilmToolError::commandFailed>(&error.value()))
+        return failed->result.stderr.empty();
+    return !std::holds_alternative<FilmToolError::executableNotFound>(error.value());
+}
+
+/// What failed: the first argument of the constructor of a file system error. The standard gives no access to
+/// it, but every implementation has it in `what()`, in front of the reason.
+std::string_view operationOf(std::string_view what, std::string_view reason) {
+    for (const std::string_view prefix : {"filesystem error: in ", "filesystem error: "})
+        if (what.starts_with(prefix)) {
+            what.remove_prefix(prefix.size());
+            break;
+        }
+    const std::size_t end = what.find(": " + std::string(reason));
+    return end == std::string_view::npos ? std::string_view() : what.substr(0, end);
+}
+
+std::string describe(const std::filesystem::filesystem_error& error) {
+    const std::string reason = error.code().message();
+    std::string text(operationOf(error.what(), reason));
+    const auto append = [&](std::string_view separator, std::string_view part) {
+        if (!text.empty())
+            text += separator;
+        text += part;
+    };
+    if (!error.path1().empty())
+        append(": ", error.path1().native());
+    if (!error.path2().empty())
+        append(" and ", error.path2().native());
+    append(": ", reason);
+    return text;
+}
+
+} // namespace
+
+std::string userMessage(const std::exception& error) {
+    if (const auto* failed = dynamic_cast<const ProgramError*>(&error))
+        return (speaksOfFilmCommand(*failed) ? failed->program() + ": " : "") + failed->errorDescription();
+    if (const auto* failed = dynamic_cast<const std::filesystem::filesystem_error*>(&error))
+        return describe(*failed);
+    if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr)
+        return "out of memory";
+    const std::string_view text = error.what();
+    return text.empty() ? "unknown failure" : std::string(text);
+}
+
+} // namespace kinovane

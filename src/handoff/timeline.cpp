@@ -35,6 +35,18 @@ std::optional<std::string> assetIDAt(const std::string& path, const AssetsByPath
 
 } // namespace
 
+std::string keyframePath(const std::string& shotId) { return "frames/" + shotId + ".png"; }
+
+std::string clipPath(const std::string& shotId) { return "clips/" + shotId + ".mp4"; }
+
+std::optional<std::int64_t> endOnTimeline(std::optional<std::int64_t> start,
+                                          std::optional<std::int64_t> duration) {
+    std::int64_t end = 0;
+    if (!start || !duration || __builtin_add_overflow(*start, *duration, &end))
+        return std::nullopt;
+    return end;
+}
+
 std::vector<VistrelHandoffShot> timelineOf(const std::vector<FilmProductionShot>& planned,
                                            const std::vector<VistrelHandoffAsset>& assets) {
     const AssetsByPath assetsByPath = byPath(assets);
@@ -56,8 +68,8 @@ std::vector<VistrelHandoffShot> timelineOf(const std::vector<FilmProductionShot>
             .transition = shot.transition,
             .take = shot.take,
             .seed = shot.selectedSeed.value_or(shot.seed),
-            .keyframeAssetId = assetIDAt("frames/" + shot.id + ".png", assetsByPath),
-            .clipAssetId = assetIDAt("clips/" + shot.id + ".mp4", assetsByPath),
+            .keyframeAssetId = assetIDAt(keyframePath(shot.id), assetsByPath),
+            .clipAssetId = assetIDAt(clipPath(shot.id), assetsByPath),
             .dialogue = shot.dialogue,
             .soundEffects = shot.soundEffects,
         });

@@ -11,10 +11,12 @@
 
 #include <kinovane/handoff.hpp>
 #include <kinovane/json.hpp>
+#include <kinovane/publish.hpp>
 #include <kinovane/tooling.hpp>
 #include <kinovane/workspace.hpp>
 
 #include "command_line.hpp"
+#include "human_text.hpp"
 #include "output.hpp"
 #include "publish.hpp"
 
@@ -42,6 +44,16 @@ ExitStatus report(ExitStatus status, std::string_view description) {
     return status;
 }
 
+/// One line for each finding that prevents the handoff.
+ExitStatus reportFindings(const PublishError& error) {
+    const auto* blocked = std::get_if<PublishError::blocked>(&error.value());
+    if (blocked == nullptr)
+        return report(ExitStatus::refused, error.errorDescription());
+    for (const PreflightFinding& finding : blocked->findings)
+        report(ExitStatus::handoff, plainText(finding.text));
+    return ExitStatus::handoff;
+}
+
 ExitStatus reportByClass() {
     try {
         throw;
@@ -49,6 +61,8 @@ ExitStatus reportByClass() {
         return report(ExitStatus::usage, error.what());
     } catch (const FilmProjectError& error) {
         return report(ExitStatus::workspace, error.errorDescription());
+    } catch (const PublishError& error) {
+        return reportFindings(error);
     } catch (const VistrelHandoffError& error) {
         return report(ExitStatus::handoff, error.errorDescription());
     } catch (const JSONEncodingError& error) {

@@ -3,8 +3,12 @@
 #include "publish.hpp"
 
 #include <limits>
+#include <utility>
+#include <vector>
 
 #include <kinovane/handoff.hpp>
+#include <kinovane/preflight.hpp>
+#include <kinovane/publish.hpp>
 #include <kinovane/tooling.hpp>
 #include <kinovane/workspace.hpp>
 
@@ -35,6 +39,23 @@ class StepReport {
     static constexpr std::size_t column = 10;
     bool silent_;
 };
+
+/// Whether `build` reports the finding in words of its own.
+bool isReportedByBuild(const PreflightFinding& finding) {
+    return finding.code == PreflightCode::productionPlanMissing || finding.code == PreflightCode::unsafePath;
+}
+
+/// Throws PublishError with everything in the documents that prevents the handoff, before a file is read. A
+/// single finding that `build` reports is left to it.
+void requirePublishable(const FilmWorkspaceSnapshot& workspace) {
+    std::vector<PreflightFinding> findings =
+        VistrelHandoffBuilder::preflight(workspace, workspace.root.string());
+    std::erase_if(findings, [](const PreflightFinding& finding) {
+        return finding.severity != PreflightSeverity::blocking;
+    });
+    if (findings.size() > 1 || (findings.size() == 1 && !isReportedByBuild(findings.front())))
+        throw PublishError(PublishError::blocked{std::move(findings)});
+}
 
 VistrelHandoff verifiedHandoff(const FilmWorkspaceSnapshot& workspace, const PublishRequest& request) {
     VerificationLine line(!request.json);
@@ -109,6 +130,7 @@ void publish(const PublishRequest& request) {
     FilmToolClient::resolveExecutable(request.vistrel);
     const VistrelClient vistrel(request.vistrel);
     report.print("Loaded", workspace.project.title);
+    requirePublishable(workspace);
 
     const VistrelHandoff handoff = verifiedHandoff(workspace, request);
     report.print("Verified",

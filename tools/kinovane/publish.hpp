@@ -24,10 +24,11 @@ class ImportRefused : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// Verifies the film's files, writes the handoff manifest, validates it with Vistrel and, unless it is a dry
-/// run, imports it. Each step is printed when it is done.
+/// Checks the documents, verifies the film's files, writes the handoff manifest, validates it with Vistrel
+/// and, unless it is a dry run, imports it. Each step is printed when it is done.
 ///
-/// Throws FilmProjectError, VistrelHandoffError, JSONEncodingError, FilmToolError, ImportRefused and
+/// Throws FilmProjectError, PublishError (`blocked`, when the documents prevent the handoff),
+/// VistrelHandoffError, JSONEncodingError, FilmToolError, ImportRefused and
 /// std::filesystem::filesystem_error.
 void publish(const PublishRequest& request);
 

@@ -10,6 +10,7 @@
 #include <iostream>
 
 #include <kinovane/tooling.hpp>
+#include <kinovane/user_message.hpp>
 
 #include "event_loop.hpp"
 
@@ -42,8 +43,8 @@ Detached approveAndAdvance(FilmToolClient film, std::filesystem::path run, Event
         std::cout << after.title << ": " << after.phase << ", " << after.proof.completedCount()
                   << " of 10 steps proven\n";
         loop.quit(EXIT_SUCCESS);
-    } catch (const FilmToolError& error) {
-        std::cerr << error.errorDescription() << '\n';
+    } catch (const std::exception& error) {
+        std::cerr << userMessage(error) << '\n';
         loop.quit(EXIT_FAILURE);
     }
 }

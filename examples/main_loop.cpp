@@ -6,6 +6,7 @@
 #include <iostream>
 
 #include <kinovane/tooling.hpp>
+#include <kinovane/user_message.hpp>
 
 #include "event_loop.hpp"
 
@@ -26,8 +27,8 @@ int main(int count, char** arguments) {
             std::cout << status.title << ": " << status.phase << ", " << status.proof.completedCount()
                       << " of 10 steps proven\n";
             loop.quit(EXIT_SUCCESS);
-        } catch (const FilmToolError& error) {
-            std::cerr << error.errorDescription() << '\n';
+        } catch (const std::exception& error) {
+            std::cerr << userMessage(error) << '\n';
             loop.quit(EXIT_FAILURE);
         }
     });

@@ -1,26 +1,34 @@
 // SPDX-License-Identifier: Apache-2.0
 
-// Compares every exported file of a film with its recorded digest, and lists all damaged files:
+// Compares every exported file of a film with its recorded digest, without blocking the main loop, and lists
+// all damaged files:
 //   verify RUN_JSON
 #include <cstdlib>
-#include <exception>
+#include <filesystem>
 #include <iostream>
+#include <vector>
 
+#include <kinovane/background.hpp>
 #include <kinovane/handoff.hpp>
+#include <kinovane/user_message.hpp>
+
+#include "event_loop.hpp"
 
 using namespace kinovane;
 
 namespace {
 
-int verify(const std::filesystem::path& runManifest) {
-    const FilmWorkspaceSnapshot film = FilmProjectLoader::load(runManifest);
+std::vector<ArtifactOutcome> audit(const std::filesystem::path& runManifest) {
     HandoffBuildOptions options;
     options.workers = 4; // Four files are read at once.
+    return VistrelHandoffBuilder::audit(FilmProjectLoader::load(runManifest), options);
+}
 
+int report(const std::vector<ArtifactOutcome>& outcomes) {
     int missing = 0;
     int changed = 0;
     int other = 0;
-    for (const ArtifactOutcome& outcome : VistrelHandoffBuilder::audit(film, options)) {
+    for (const ArtifactOutcome& outcome : outcomes) {
         if (outcome.sound())
             continue;
         std::cout << outcome.description() << '\n';
@@ -43,10 +51,17 @@ int main(int count, char** arguments) {
         std::cerr << "usage: verify RUN_JSON\n";
         return 2;
     }
-    try {
-        return verify(arguments[1]);
-    } catch (const std::exception& error) { // `what` of this library's errors is their errorDescription.
-        std::cerr << error.what() << '\n';
-        return EXIT_FAILURE;
-    }
+    EventLoop loop;
+
+    // The function blocks, on a thread of its own. The handler runs on this thread, called by the loop.
+    auto task = runInBackground([run = std::filesystem::path(arguments[1])] { return audit(run); });
+    task.then(loop.executor(), [&loop](Task<std::vector<ArtifactOutcome>> finished) {
+        try {
+            loop.quit(report(finished.get()));
+        } catch (const std::exception& error) {
+            std::cerr << userMessage(error) << '\n';
+            loop.quit(EXIT_FAILURE);
+        }
+    });
+    return loop.run();
 }

@@ -60,8 +60,16 @@ TEST(PublishExample, WritesAndImportsTheSampleFilm) {
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_EQ(result.stdout, "wrote " + publication.manifest + ", " + digest +
                                  "\nimported as vistrel_film-lamp-for-the-late-ferry_218bdb85291f\n");
-    EXPECT_TRUE(result.stderr.starts_with("verified 0 of 59 files\n")) << result.stderr;
-    EXPECT_TRUE(result.stderr.ends_with("\nverified 59 of 59 files\n")) << result.stderr;
+    EXPECT_TRUE(result.stderr.starts_with("checking the documents\n"
+                                          "verifying the files\n"
+                                          "verified 0 of 59 files\n"))
+        << result.stderr;
+    EXPECT_TRUE(result.stderr.ends_with("\n"
+                                        "verified 59 of 59 files\n"
+                                        "writing the manifest\n"
+                                        "asking Vistrel\n"
+                                        "importing the film\n"))
+        << result.stderr;
     EXPECT_TRUE(fs::exists(publication.directory /
                            "library/vistrel_film-lamp-for-the-late-ferry_218bdb85291f/storyboard.json"));
 }
@@ -78,19 +86,26 @@ TEST(PublishExample, ShowsWhatWentWrong) {
     const std::string vistrel = publication.vistrel;
     const std::string noRun = empty / "run.json";
     const std::string noProgram = empty / "vistrel";
+    const std::string noPlan = publication.directory / "film/run.json";
+    fs::create_directory(publication.directory / "film");
+    for (const char* document : {"run.json", "film-project.json"})
+        fs::copy_file(sampleFilm() / document, publication.directory / "film" / document);
     const std::vector<Row> rows{
         {"there is no workspace", noRun, vistrel, "", "No run.json exists at " + noRun + ".\n"},
+        {"there is no plan", noPlan, vistrel, "",
+         "The workspace has no production plan. A film is published once its plan was accepted.\n"},
         {"Vistrel's program is missing", publication.run, noProgram, "",
          "Required executable not found: " + noProgram + "\n"},
-        {"Vistrel's program fails", publication.run, vistrel, "exit-3", "Film command exited 3.\n"},
-        {"Vistrel refuses the film", publication.run, vistrel, "not-ok", "Vistrel refuses the film.\n"},
+        {"Vistrel's program fails", publication.run, vistrel, "exit-3", "vistrel: Film command exited 3.\n"},
+        {"Vistrel refuses the film", publication.run, vistrel, "not-ok",
+         "Vistrel refused the film in the dry run.\n"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
         const Variable misbehaviour("VISTREL_MISBEHAVE", row.misbehaviour);
         const ProcessResult result = resultOf("publish", {row.run, row.vistrel, publication.manifest});
         EXPECT_EQ(result.exitCode, 1);
-        // The lines before it report the progress of the verification.
+        // The lines before it report the steps and the progress of the verification.
         EXPECT_EQ(result.stderr.substr(result.stderr.rfind('\n', result.stderr.size() - 2) + 1),
                   row.lastLine);
     }
@@ -176,6 +191,18 @@ TEST(MainLoopAndCoroutinesExamples, ShowTheErrorOfTheFilmTool) {
     }
 }
 
+TEST(StatusLineExample, TestsWithoutProgramsAndWithTheSimulator) {
+    const TemporaryDirectory directory;
+    const Variable misbehaviour("FILM_MISBEHAVE", std::nullopt);
+    expectResult("status_line", {programPath("film"), directory / "film"}, 0,
+                 "Lamp: frames\nRequired executable not found: film\nLamp: plan\nFilm command exited 4.\n",
+                 "");
+    const std::string missing = directory / "film";
+    expectResult("status_line", {missing, directory / "other"}, 1,
+                 "Lamp: frames\nRequired executable not found: film\n",
+                 "Required executable not found: " + missing + "\n");
+}
+
 TEST(Examples, ShowTheirUsageWhenTheNumberOfArgumentsIsWrong) {
     struct Row {
         const char* example;
@@ -192,6 +219,8 @@ TEST(Examples, ShowTheirUsageWhenTheNumberOfArgumentsIsWrong) {
         {"main_loop", {"film", "run.json", ""}, "usage: main_loop FILM RUN_JSON\n"},
         {"coroutines", {"film"}, "usage: coroutines FILM RUN_JSON\n"},
         {"coroutines", {"film", "run.json", ""}, "usage: coroutines FILM RUN_JSON\n"},
+        {"status_line", {"film"}, "usage: status_line FILM_SIMULATOR DIRECTORY\n"},
+        {"status_line", {"film", "films", ""}, "usage: status_line FILM_SIMULATOR DIRECTORY\n"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.errors);

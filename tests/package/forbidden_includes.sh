@@ -56,6 +56,15 @@ tools kinovane/a.cpp <boost/json.hpp>
 simulators vistrel/a.cpp <kinovane/json.hpp>
 simulators vistrel/a.cpp "common/json/decoder.hpp"
 examples a.cpp <boost/json.hpp>
+examples a.cpp <boost/asio/post.hpp>
+examples a.cpp <QObject>
+examples a.cpp <QtCore/QObject>
+examples a.cpp <glib.h>
+examples/executors a.cpp <boost/json.hpp>
+examples/executors a.cpp <QtCore/private/qobject_p.h>
+examples/executors a.cpp "common/utf8.hpp"
+src/common a.cpp <glib-unix.h>
+tests/examples a.cpp "handoff/project_directory.hpp"
 benchmarks a.cpp "common/utf8.hpp"
 fuzz a.cpp <CLI/CLI.hpp>
 tests/scenario a.cpp "handoff/project_directory.hpp"

@@ -21,9 +21,14 @@ in_file() {
     return 1
 }
 
-# is_compiled FILE: whether examples/CMakeLists.txt makes a program of this source.
+# is_compiled FILE: whether the CMakeLists.txt beside it makes a program of this source.
 is_compiled() {
-    [[ $1 =~ ^examples/([a-z_]+)\.cpp$ ]] && grep -qE "^foreach.*[ ]${BASH_REMATCH[1]}[ )]" examples/CMakeLists.txt
+    if [[ $1 =~ ^examples/([a-z_]+)\.cpp$ ]]; then
+        grep -qE "^foreach.*[ ]${BASH_REMATCH[1]}[ )]" examples/CMakeLists.txt
+    else
+        [[ $1 =~ ^examples/executors/([a-z_]+)_main_loop\.cpp$ ]] &&
+            grep -qE "^ *executor_example\(${BASH_REMATCH[1]} " examples/executors/CMakeLists.txt
+    fi
 }
 
 # check_block DOCUMENT LINE SOURCE QUOTE

@@ -90,8 +90,8 @@ class Publish {
 
 /// "Vistrel refused the film" and its words, without white space at their end.
 std::string refusal(const PublishErrorCases::refused& error) {
-    std::string text = error.step == PublishStep::validate ? "Vistrel refused the film in the dry run"
-                                                           : "Vistrel refused the film";
+    const std::string text = error.step == PublishStep::validate ? "Vistrel refused the film in the dry run"
+                                                                 : "Vistrel refused the film";
     const std::size_t end = error.message.find_last_not_of(" \t\r\n");
     if (end == std::string::npos)
         return text + ".";

@@ -24,7 +24,7 @@ using OptionalText = std::optional<std::string>;
 /// Starts the tool; the task returns its result unchanged.
 template <class PrepareArguments>
 Task<ProcessResult> startForResult(const std::string& executable, PrepareArguments prepareArguments,
-                                   RunOptions options, Environment environment = {}) {
+                                   RunOptions&& options, Environment&& environment = {}) {
     return startProgram<ProcessResult>(
         {.executable = executable, .options = std::move(options), .environment = std::move(environment)},
         std::move(prepareArguments), [](ProcessResult result) { return result; });
@@ -33,7 +33,7 @@ Task<ProcessResult> startForResult(const std::string& executable, PrepareArgumen
 /// Starts the tool; the task returns its decoded reply.
 template <class Reply, class PrepareArguments>
 Task<Reply> startForReply(const std::string& executable, PrepareArguments prepareArguments,
-                          RunOptions options) {
+                          RunOptions&& options) {
     return startProgram<Reply>({.executable = executable, .options = std::move(options)},
                                std::move(prepareArguments),
                                [](const ProcessResult& result) { return decodeReply<Reply>(result.stdout); });

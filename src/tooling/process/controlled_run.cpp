@@ -178,8 +178,8 @@ class Loop {
             if (outcome_.stopped || outcome_.callbackFailed)
                 termination_.begin();
         }
-        if (termination_.begun() && !termination_.killed() && termination_.end() &&
-            Clock::now() >= *termination_.end())
+        const std::optional<Clock::time_point> end = termination_.end();
+        if (termination_.begun() && end && Clock::now() >= *end)
             termination_.kill();
     }
 

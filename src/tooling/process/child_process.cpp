@@ -126,6 +126,8 @@ ChildProcess::~ChildProcess() {
 }
 
 std::int32_t ChildProcess::wait() {
+    if (process_ < 0)
+        failCall("waitpid", ECHILD);
     int status = 0;
     const pid_t ended = retryInterrupted([&] { return ::waitpid(process_, &status, 0); });
     process_ = -1;

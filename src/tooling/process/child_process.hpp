@@ -42,6 +42,10 @@ class ChildProcess {
     /// Throws std::system_error if the application has already waited for this child. Call it once.
     std::int32_t wait();
 
+    /// To be called when the application is known to have waited for this child: its identifier is not used
+    /// any more, because it may belong to another child of the application. `wait` then throws.
+    void abandon() noexcept { process_ = -1; }
+
   private:
     void start(const std::string& executable, const std::vector<std::string>& arguments,
                const RunOptions& options, bool leadsGroup);

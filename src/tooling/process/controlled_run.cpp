@@ -71,29 +71,30 @@ class ObservedStream {
 /// The signals that end a process group: SIGTERM first, SIGKILL after the grace period.
 class Termination {
   public:
-    Termination(pid_t group, std::chrono::milliseconds gracePeriod)
-        : group_(group), gracePeriod_(gracePeriod) {}
+    Termination(ExitWatch& exit, std::chrono::milliseconds gracePeriod)
+        : exit_(exit), gracePeriod_(gracePeriod) {}
 
     bool begun() const noexcept { return begun_; }
-    bool killed() const noexcept { return killed_; }
-    std::optional<Clock::time_point> end() const noexcept { return killed_ ? std::nullopt : end_; }
+    /// There is no more signal to send.
+    bool done() const noexcept { return done_; }
+    std::optional<Clock::time_point> end() const noexcept { return done_ ? std::nullopt : end_; }
 
     void begin() {
         begun_ = true;
         end_ = after(Clock::now(), gracePeriod_);
-        ::kill(-group_, SIGTERM);
+        done_ = !exit_.signalGroup(SIGTERM);
     }
 
     void kill() noexcept {
-        killed_ = true;
-        ::kill(-group_, SIGKILL);
+        done_ = true;
+        exit_.signalGroup(SIGKILL);
     }
 
   private:
-    pid_t group_;
+    ExitWatch& exit_;
     std::chrono::milliseconds gracePeriod_;
     bool begun_ = false;
-    bool killed_ = false;
+    bool done_ = false;
     std::optional<Clock::time_point> end_;
 };
 
@@ -108,14 +109,15 @@ int timeoutUntil(std::optional<Clock::time_point> first, std::optional<Clock::ti
 }
 
 /// The loop of one run. Its thread is the only one that sends signals to the group, and the child's exit
-/// status is taken after it, so a signal never reaches another process.
+/// status is taken after it, so a signal never reaches another process. If the application takes the status,
+/// no signal is sent any more.
 class Loop {
   public:
-    Loop(const RunOptions& options, ChildProcess& child, WakePipe& wake, const ExitWatch& exit)
+    Loop(const RunOptions& options, ChildProcess& child, WakePipe& wake, ExitWatch& exit)
         : options_(options), wake_(wake), exit_(exit),
           streams_{ObservedStream(OutputStream::standardOutput, child.output()),
                    ObservedStream(OutputStream::standardError, child.errors())},
-          termination_(child.process(), options.gracePeriod) {
+          termination_(exit, options.gracePeriod) {
         if (options.timeLimit)
             limit_ = after(Clock::now(), *options.timeLimit);
     }
@@ -141,7 +143,7 @@ class Loop {
     /// The child has ended, and nothing holds its pipes that could still be heard.
     bool isOver() const {
         const bool closed = !streams_[0].isOpen() && !streams_[1].isOpen();
-        return exit_.ended() && (closed || termination_.killed());
+        return exit_.ended() && (closed || termination_.done());
     }
 
     void wait() {
@@ -194,7 +196,7 @@ class Loop {
 
     const RunOptions& options_;
     WakePipe& wake_;
-    const ExitWatch& exit_;
+    ExitWatch& exit_;
     std::array<ObservedStream, 2> streams_;
     Termination termination_;
     std::optional<Clock::time_point> limit_;
@@ -217,10 +219,15 @@ ControlledOutcome ControlledRun::finish(ChildProcess& child) {
             options_.stop.state()->add(wake_);
             listens_ = true;
         }
-        return Loop(options_, child, wake_, exit_).run();
+        ControlledOutcome outcome = Loop(options_, child, wake_, exit_).run();
+        if (exit_.lost())
+            child.abandon();
+        return outcome;
     } catch (...) {
-        ::kill(-child.process(), SIGKILL);
+        exit_.signalGroup(SIGKILL);
         exit_.wait();
+        if (exit_.lost())
+            child.abandon();
         throw;
     }
 }

@@ -14,7 +14,8 @@
 
 namespace kinovane {
 
-/// How a controlled run ended. The child has ended then, and its exit status is still to be taken.
+/// How a controlled run ended. The child has ended then, and its exit status is still to be taken, unless the
+/// application has taken it.
 struct ControlledOutcome {
     CapturedOutput captured;
     std::optional<std::errc> stopped;  ///< Why the library ended the run: operation_canceled or timed_out.
@@ -33,7 +34,8 @@ class ControlledRun {
     ~ControlledRun();
 
     /// Reads the child's output until it has ended, or until it was stopped. The child has to be the leader
-    /// of a process group. Throws std::system_error and std::bad_alloc; the group has got SIGKILL then.
+    /// of a process group. Throws std::system_error and std::bad_alloc; the group has got SIGKILL then. A
+    /// child that the application has waited for is abandoned; it and its group get no signal.
     ControlledOutcome finish(ChildProcess& child);
 
   private:

@@ -71,12 +71,36 @@ void ExitWatch::run() noexcept {
     }
     if (child < 0)
         return;
-    // An error other than EINTR means that the application has taken the exit status: there is nothing left
-    // to wait for, nor to signal.
-    siginfo_t info{};
-    retryInterrupted([&] { return ::waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOWAIT); });
+    (void)isLost(child, 0);
     ended_ = true;
     wake_.wake();
+}
+
+pid_t ExitWatch::child() const noexcept {
+    const std::lock_guard lock(mutex_);
+    return child_;
+}
+
+bool ExitWatch::lost() noexcept { return isLost(child(), WNOHANG); }
+
+bool ExitWatch::signalGroup(int signal) noexcept {
+    if (lost())
+        return false;
+    ::kill(-child(), signal);
+    return true;
+}
+
+bool ExitWatch::isLost(pid_t child, int options) noexcept {
+    // The identifier of a lost child may meanwhile belong to another child of the application.
+    if (lost_)
+        return true;
+    // An error other than EINTR means that there is no such child any more.
+    siginfo_t info{};
+    if (retryInterrupted([&] {
+            return ::waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOWAIT | options);
+        }) < 0)
+        lost_ = true;
+    return lost_;
 }
 
 } // namespace kinovane

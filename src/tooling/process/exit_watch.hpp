@@ -35,9 +35,9 @@ class WakePipe final : public detail::StopState::Listener {
     Descriptor writeEnd_;
 };
 
-/// Waits on a thread of its own for the end of a child process, without taking its exit status: until
-/// somebody takes it, the system does not give the child's process identifier, nor that of its group, to
-/// another process.
+/// Waits on a thread of its own for the end of a child process, without taking its exit status: until that is
+/// taken, the system does not give the child's process identifier, nor that of its group, to another process.
+/// The child is lost if the application takes the status, with `waitpid(-1)` or by ignoring SIGCHLD.
 class ExitWatch {
   public:
     /// Starts the thread. `wake` is woken once the child has ended. Throws std::system_error.
@@ -51,20 +51,32 @@ class ExitWatch {
     /// Names the child. To be called once.
     void watch(pid_t child);
 
+    /// Whether the child that was named has ended or is lost.
     bool ended() const noexcept { return ended_; }
 
-    /// Blocks until the child that was named has ended.
+    /// Looks whether the child that was named is lost. It stays lost, also when the identifier is used again.
+    bool lost() noexcept;
+
+    /// Blocks until the child that was named has ended or is lost.
     void wait();
+
+    /// Sends a signal to the group of the child that was named, and returns false instead if the child is
+    /// lost. The system has no call that looks and signals at once: that the application takes the status
+    /// between the two is not noticed.
+    bool signalGroup(int signal) noexcept;
 
   private:
     void run() noexcept;
     void name(pid_t child) noexcept;
+    pid_t child() const noexcept;
+    bool isLost(pid_t child, int options) noexcept;
 
     WakePipe& wake_;
-    std::mutex mutex_;
+    mutable std::mutex mutex_;
     std::condition_variable named_;
     pid_t child_ = 0; ///< 0 until it is known, -1 when there will be none.
     std::atomic<bool> ended_ = false;
+    std::atomic<bool> lost_ = false;
     std::thread thread_;
 };
 

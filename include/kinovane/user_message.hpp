@@ -15,6 +15,10 @@ namespace kinovane {
 /// - for an error of this library its `errorDescription()`. Where the fixed words of FilmToolError speak of
 ///   the film command and another program failed, the name of that program stands in front, such as
 ///   "vistrel: Film command exited 3.";
+/// - for RunStopped "film: stopped because the time limit was reached" or "film: stopped at the user's
+///   request", with the name of the program; without a name "The program was stopped when its time limit was
+///   over." or "The program was stopped on request.";
+/// - for another requested stop, the std::system_error of operations that read files, "Stopped on request.";
 /// - for std::filesystem::filesystem_error "what failed: path: reason", with the second path after " and ";
 /// - for std::system_error "what failed: reason", without the number of the error;
 /// - for std::bad_alloc "out of memory";

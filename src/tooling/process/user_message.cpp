@@ -6,6 +6,7 @@
 #include <system_error>
 #include <variant>
 
+#include <kinovane/run_options.hpp>
 #include <kinovane/user_message.hpp>
 
 #include "tooling/process/program_error.hpp"
@@ -50,6 +51,21 @@ std::string describe(const std::filesystem::filesystem_error& error) {
     return text;
 }
 
+std::string describe(const RunStopped& error) {
+    const std::string program = std::filesystem::path(error.result().executable).filename().string();
+    const bool timedOut = error.code() == std::errc::timed_out;
+    if (program.empty())
+        return timedOut ? "The program was stopped when its time limit was over."
+                        : "The program was stopped on request.";
+    return program +
+           (timedOut ? ": stopped because the time limit was reached" : ": stopped at the user's request");
+}
+
+/// Whether this is a requested stop, reported without words of its own.
+bool isRequestedStop(const std::system_error& error) {
+    return error.code() == std::errc::operation_canceled && error.what() == error.code().message();
+}
+
 } // namespace
 
 std::string userMessage(const std::exception& error) {
@@ -57,6 +73,11 @@ std::string userMessage(const std::exception& error) {
         return (speaksOfFilmCommand(*failed) ? failed->program() + ": " : "") + failed->errorDescription();
     if (const auto* failed = dynamic_cast<const std::filesystem::filesystem_error*>(&error))
         return describe(*failed);
+    if (const auto* stopped = dynamic_cast<const RunStopped*>(&error))
+        return describe(*stopped);
+    if (const auto* failed = dynamic_cast<const std::system_error*>(&error);
+        failed && isRequestedStop(*failed))
+        return "Stopped on request.";
     if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr)
         return "out of memory";
     const std::string_view text = error.what();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <new>
@@ -29,6 +30,20 @@ std::string messageOf(const std::function<void()>& operation) {
     }
 }
 
+RunOptions atTimeLimit() {
+    RunOptions options;
+    options.timeLimit = std::chrono::milliseconds(0);
+    return options;
+}
+
+RunOptions stopped() {
+    StopSource source;
+    source.requestStop();
+    RunOptions options;
+    options.stop = source.token();
+    return options;
+}
+
 TEST(UserMessage, IsOneTextForEveryFailure) {
     const auto noEntry = std::make_error_code(std::errc::no_such_file_or_directory);
     struct Row {
@@ -53,7 +68,21 @@ TEST(UserMessage, IsOneTextForEveryFailure) {
          "poll: No such file or directory"},
         {"a canceled operation",
          [] { throw std::system_error(std::make_error_code(std::errc::operation_canceled)); },
-         "Operation canceled"},
+         "Stopped on request."},
+        {"a canceled operation with words of its own",
+         [] { throw std::system_error(std::make_error_code(std::errc::operation_canceled), "read"); },
+         "read: Operation canceled"},
+        {"a time limit that was reached",
+         [] { (void)FilmToolClient("/bin/sleep").run({"60"}, {}, atTimeLimit()).get(); },
+         "sleep: stopped because the time limit was reached"},
+        {"the same for the importer", [] { (void)VistrelClient("/bin/sleep").import("/m", stopped()).get(); },
+         "sleep: stopped at the user's request"},
+        {"a stop", [] { (void)FilmToolClient("/bin/sleep").run({}, {}, stopped()).get(); },
+         "sleep: stopped at the user's request"},
+        {"a time limit of an unknown program", [] { throw RunStopped(std::errc::timed_out, {}); },
+         "The program was stopped when its time limit was over."},
+        {"a stop of an unknown program", [] { throw RunStopped(std::errc::operation_canceled, {}); },
+         "The program was stopped on request."},
         {"out of memory", [] { throw std::bad_alloc(); }, "out of memory"},
         {"anything else", [] { throw std::runtime_error("reason"); }, "reason"},
         {"no text", [] { throw std::runtime_error(""); }, "unknown failure"},

@@ -23,7 +23,7 @@ namespace kinovane {
 
 /// The steps of a publish, in their order.
 enum class PublishStep {
-    preflight, ///< The documents are checked; no file is touched.
+    preflight, ///< The documents are checked and the importer is looked up; no file of the film is touched.
     build,     ///< Every exported artifact is examined.
     write,     ///< The manifest is stored.
     validate,  ///< The importer checks the manifest in a dry run.
@@ -89,6 +89,10 @@ struct KINOVANE_EXPORT PublishReceipt {
 /// Publishes a workspace: preflight, build, write to `manifest`, dry run, import. The task fails with
 /// PublishError, with what `build` and `write` throw, and with FilmToolError when the importer cannot be run,
 /// ends with a status other than 0 and no words, or sends an unreadable receipt.
+///
+/// The importer is looked up after the documents are judged and before any media file is read, so that a
+/// missing program is reported at once. Whether `manifest` can be written is known only once `write` has done
+/// so.
 ///
 /// The operation runs on a thread of its own. The arguments are copied.
 KINOVANE_EXPORT Task<PublishReceipt> publish(FilmWorkspaceSnapshot snapshot, std::string projectRoot,

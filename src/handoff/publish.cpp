@@ -6,7 +6,9 @@
 #include <kinovane/publish.hpp>
 
 #include "common/overloaded.hpp"
+#include "tooling/process/executable_lookup.hpp"
 #include "tooling/process/location_argument.hpp"
+#include "tooling/process/program_error.hpp"
 #include "tooling/process/start_task.hpp"
 
 namespace kinovane {
@@ -26,6 +28,7 @@ class Publish {
         receipt.manifest = manifest_;
         begin(PublishStep::preflight);
         receipt.warnings = requireNoBlockingFinding();
+        requireImporter();
 
         begin(PublishStep::build);
         const VistrelHandoff handoff = VistrelHandoffBuilder::build(
@@ -65,6 +68,16 @@ class Publish {
                 return finding.severity != PreflightSeverity::blocking;
             });
         throw PublishError(PublishError::blocked{std::move(findings)});
+    }
+
+    /// Before gigabytes of media files are read.
+    void requireImporter() const {
+        const std::string& executable = importer_.executable();
+        try {
+            (void)ExecutableLookup(executable).find();
+        } catch (const FilmToolError& error) {
+            throw ProgramError(error, std::filesystem::path(executable).filename().string());
+        }
     }
 
     static VistrelImportReceipt accepted(PublishStep step, Task<VistrelImportReceipt> reply) {

@@ -73,6 +73,42 @@ TEST_F(Publish, IsBlockedByPreflightBeforeAnyFileIsTouched) {
     EXPECT_FALSE(fs::exists(manifest_));
 }
 
+TEST_F(Publish, FailsWithoutAnImporterBeforeAnyFileIsTouched) {
+    struct Row {
+        std::string_view sentence;
+        std::string importer;
+        bool dryRun;
+        std::string expected;
+    };
+    const std::string textFile = (sampleFilm() / "run.json").string();
+    const std::vector<Row> rows{
+        {"no program of this name", "no-such-vistrel", false,
+         "Required executable not found: no-such-vistrel"},
+        {"no program at this path, for a dry run", "/no/such/vistrel", true,
+         "Required executable not found: /no/such/vistrel"},
+        {"not a program", textFile, false, "Required executable not found: " + textFile},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        std::vector<PublishStep> steps;
+        PublishOptions options;
+        options.dryRun = row.dryRun;
+        options.onStep = [&](PublishStep step) { steps.push_back(step); };
+        EXPECT_EQ(messageOf(publish(snapshot_, sampleFilm().string(), manifest_, VistrelClient(row.importer),
+                                    options)),
+                  row.expected);
+        EXPECT_THAT(steps, ElementsAre(PublishStep::preflight));
+        EXPECT_FALSE(fs::exists(manifest_));
+    }
+}
+
+TEST_F(Publish, IsBlockedByPreflightBeforeTheImporterIsLookedUp) {
+    snapshot_.productionPlan.reset();
+    EXPECT_THAT(
+        messageOf(publish(snapshot_, sampleFilm().string(), manifest_, VistrelClient("no-such-vistrel"))),
+        testing::StartsWith("The film cannot be published.\n"));
+}
+
 TEST_F(Publish, IsBlockedByAWarningWhenAsked) {
     snapshot_.project.approvals.begin()->second.status = "pending";
     const std::string gate = snapshot_.project.approvals.begin()->first;

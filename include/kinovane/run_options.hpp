@@ -56,7 +56,8 @@ struct KINOVANE_EXPORT RunOptions {
     std::optional<std::chrono::milliseconds> timeLimit = {};
 
     /// After a requested stop, or at the end of the time limit, the program and what it started get SIGTERM,
-    /// and after this time SIGKILL. A negative period is refused like a negative limit.
+    /// and after this time SIGKILL. What is left of the group once the program has ended and its output is
+    /// closed gets SIGKILL at once. A negative period is refused like a negative limit.
     std::chrono::milliseconds gracePeriod = std::chrono::seconds(5);
 
     /// Called with the output as it arrives, on the operation's worker thread, one call at a time. A chunk

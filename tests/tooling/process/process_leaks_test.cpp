@@ -2,9 +2,11 @@
 
 // Resources after many runs, and runs at the same time.
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,7 @@
 
 #include "programs/numbered_lines.hpp"
 #include "support/temporary_directory.hpp"
+#include "tooling/process/controlled_outcome.hpp"
 #include "tooling/process/resting_counts.hpp"
 #include "tooling/process/test_program.hpp"
 
@@ -98,6 +101,51 @@ TEST_F(ProcessRuns, LeaveNothingBehind) {
         for (int run = 0; run < 200; ++run)
             ASSERT_EQ(outcomeOf(FilmToolClient(row.executable).run(row.arguments, row.environment)),
                       row.outcome);
+        expectNothingLeft();
+    }
+}
+
+TEST_F(ProcessRuns, LeaveNothingBehindWhenStopped) {
+    const Fifo gate(directory / "gate");
+    struct Row {
+        std::string_view sentence;
+        std::vector<std::string> arguments;
+        std::function<void(RunOptions&, StopSource&)> end;
+        std::string expected;
+    };
+    const std::vector<Row> rows{
+        {"stops before the start",
+         {},
+         [](RunOptions&, StopSource& source) { source.requestStop(); },
+         "canceled, 0: "},
+        {"stops with SIGTERM",
+         {"out", "x", "wait", gate.path()},
+         [](RunOptions& options, StopSource& source) {
+             options.onOutput = [&](OutputStream, std::string_view) { source.requestStop(); };
+         },
+         "canceled, 15: x"},
+        {"stops with SIGKILL",
+         {"ignore", "15", "out", "x", "wait", gate.path()},
+         [](RunOptions& options, StopSource& source) {
+             options.gracePeriod = std::chrono::milliseconds(0);
+             options.onOutput = [&](OutputStream, std::string_view) { source.requestStop(); };
+         },
+         "canceled, 9: x"},
+        {"exceptions from onOutput",
+         {"out", "x", "wait", gate.path()},
+         [](RunOptions& options, StopSource&) {
+             options.onOutput = [](OutputStream, std::string_view) { throw std::runtime_error("enough"); };
+         },
+         "enough"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        for (int run = 0; run < 200; ++run) {
+            StopSource source;
+            RunOptions options{.stop = source.token()};
+            row.end(options, source);
+            ASSERT_EQ(outcomeWith(row.arguments, options), row.expected);
+        }
         expectNothingLeft();
     }
 }

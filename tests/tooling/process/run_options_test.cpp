@@ -25,6 +25,8 @@ TEST(RunOptions, ChangeWhatTheChildFinds) {
         std::string expected;
     };
     const std::string program = testProgramPath();
+    StopSource stopped;
+    stopped.requestStop();
     const std::vector<Row> rows{
         {"the working directory",
          {"directory"},
@@ -41,6 +43,24 @@ TEST(RunOptions, ChangeWhatTheChildFinds) {
          {"directory"},
          {.workingDirectory = std::string("/tmp\0x", 6)},
          "Could not launch film command: " + program + ": the working directory holds a NUL byte"},
+        {"a working directory that is a file",
+         {"directory"},
+         {.workingDirectory = program},
+         "Could not launch film command: " + program + ": the working directory " + program +
+             ": Not a directory"},
+        {"a variable's name with a NUL byte",
+         {},
+         {.environment = {{std::string("A\0B", 3), ""}}},
+         "Could not launch film command: " + program + ": an environment variable holds a NUL byte"},
+        {"a variable's value with a NUL byte",
+         {},
+         {.environment = {{"A", std::string("b\0", 2)}}},
+         "Could not launch film command: " + program + ": an environment variable holds a NUL byte"},
+        {"a variable without a name",
+         {},
+         {.environment = {{"", "a"}}},
+         "Could not launch film command: " + program +
+             ": \"\" cannot be the name of an environment variable"},
         {"a name that no variable can have",
          {},
          {.environment = {{"A=B", ""}}},
@@ -48,11 +68,27 @@ TEST(RunOptions, ChangeWhatTheChildFinds) {
              ": \"A=B\" cannot be the name of an environment variable"},
         {"a negative time limit", {}, {.timeLimit = -1ms}, "the time limit is negative"},
         {"a negative grace period", {}, {.gracePeriod = -1ms}, "the grace period is negative"},
+        {"a negative time limit of a stopped run",
+         {},
+         {.stop = stopped.token(), .timeLimit = -1ms},
+         "the time limit is negative"},
+        {"a stopped run without any time", {}, {.stop = stopped.token(), .timeLimit = 0ms}, "canceled, 0: "},
+        {"a stopped run in a working directory that is not there",
+         {},
+         {.workingDirectory = directory / "none", .stop = stopped.token()},
+         "canceled, 0: "},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);
         EXPECT_EQ(outcomeWith(row.arguments, row.options), row.expected);
     }
+}
+
+TEST(RunOptions, DoNotHideAMissingProgram) {
+    StopSource stopped;
+    stopped.requestStop();
+    EXPECT_EQ(outcomeOf(FilmToolClient("no-such-film").run({}, {}, {.stop = stopped.token()})),
+              "Required executable not found: no-such-film");
 }
 
 TEST(RunOptions, ReplaceVariablesOfTheOperation) {

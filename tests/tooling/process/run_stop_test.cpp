@@ -2,7 +2,9 @@
 
 #include <chrono>
 #include <filesystem>
+#include <latch>
 #include <thread>
+#include <vector>
 
 #include <gmock/gmock.h>
 
@@ -88,6 +90,37 @@ TEST(RunStop, LeavesAProgramTheTimeToCleanUp) {
             source.requestStop();
     };
     EXPECT_EQ(outcomeWith({"on-term", "cleaned up"}, options), "canceled, 0: readycleaned up");
+}
+
+// The second request does not shorten the grace period.
+TEST(RunStop, MayBeRequestedTwice) {
+    StopSource source;
+    RunOptions options{.stop = source.token()};
+    options.onOutput = [&](OutputStream, std::string_view) { source.requestStop(); };
+    EXPECT_EQ(outcomeWith({"on-term", "cleaned up"}, options), "canceled, 0: readycleaned up");
+}
+
+// Each request may come before the program is started, while it is started, or afterwards. This program does
+// not end by itself.
+TEST(RunStop, RacesWithTheStart) {
+    const TemporaryDirectory directory;
+    const Fifo gate(directory / "gate");
+    constexpr int threads = 4;
+    const ProcessCounts before = settledCounts(countProcess());
+    for (int round = 0; round < 200; ++round) {
+        StopSource source;
+        std::latch together(threads + 1);
+        std::vector<std::jthread> stoppers;
+        for (int thread = 0; thread < threads; ++thread)
+            stoppers.emplace_back([&] {
+                together.arrive_and_wait();
+                source.requestStop();
+            });
+        together.arrive_and_wait();
+        EXPECT_THAT(outcomeWith({"wait", gate.path()}, {.stop = source.token()}),
+                    testing::AnyOf("canceled, 0: ", "canceled, 15: "));
+    }
+    EXPECT_EQ(settledCounts(before), before);
 }
 
 // Either the program ended by itself or it was stopped; it was waited for in both cases, and no signal was

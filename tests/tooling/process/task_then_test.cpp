@@ -160,6 +160,34 @@ TEST(TaskThen, AcceptsAHandlerThatStartsAnOperation) {
     EXPECT_EQ(order, (std::vector<int>{1, 2}));
 }
 
+// A window that owns its task closes in the handler.
+TEST(TaskThen, AcceptsAHandlerThatDestroysItsTask) {
+    const ProcessCounts before = restingCounts();
+    for (const bool doneBefore : {false, true}) {
+        SCOPED_TRACE(doneBefore ? "done already" : "not done yet");
+        Loop loop;
+        Gate gate;
+        auto task = std::make_unique<Task<std::string>>(startBehind(gate, std::string(100, 'x')));
+        if (doneBefore) {
+            gate.open();
+            waitUntilDone(*task);
+        }
+        std::string handled;
+        task->then(loop.executor(), [&](Task<std::string> finished) {
+            task.reset();
+            handled = finished.get();
+            finished =
+                Task<std::string>::ready(std::string()); // Releases the last reference to the operation.
+        });
+        if (!doneBefore)
+            gate.open();
+        loop.runNext();
+        EXPECT_EQ(task, nullptr);
+        EXPECT_EQ(handled, std::string(100, 'x'));
+    }
+    EXPECT_EQ(settledCounts(before), before);
+}
+
 TEST(TaskThen, RunsManyHandlersThroughOneExecutor) {
     const ProcessCounts before = restingCounts();
     constexpr int tasks = 100;

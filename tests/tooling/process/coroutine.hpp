@@ -48,8 +48,8 @@ struct Coroutine::promise_type {
     struct SignalEnd {
         bool await_ready() const noexcept { return false; }
         void await_suspend(std::coroutine_handle<promise_type> frame) const noexcept {
-            const Ended ended = frame.promise().ended; // A copy, because the frame may be destroyed.
-            ended->release();
+            const Ended copy = frame.promise().ended; // The frame may be destroyed.
+            copy->release();
         }
         void await_resume() const noexcept {}
     };

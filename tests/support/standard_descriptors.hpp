@@ -11,6 +11,7 @@
 
 #include "support/forked_process.hpp"
 #include "support/repeating_thread.hpp"
+#include "support/sanitizers.hpp"
 
 namespace kinovane::test {
 
@@ -31,6 +32,7 @@ class StandardTraffic {
   public:
     StandardTraffic()
         : thread_([](std::size_t /*turn*/) {
+              const UnobservedAccess unobserved;
               std::array<char, 6> text{"noise"};
               static_cast<void>(::read(STDIN_FILENO, text.data(), 1) + ::write(STDOUT_FILENO, "noise", 5) +
                                 ::write(STDERR_FILENO, "noise", 5));

@@ -31,6 +31,7 @@ class DescriptorWatch {
   public:
     explicit DescriptorWatch(ClosedDescriptors closed)
         : thread_([this, closed](std::size_t /*turn*/) {
+              const UnobservedAccess unobserved;
               struct stat status{};
               for (int number = 0; number <= STDERR_FILENO; ++number)
                   if ((closed & 1 << number) != 0 && ::fstat(number, &status) == 0 &&

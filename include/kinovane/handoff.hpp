@@ -165,7 +165,7 @@ struct KINOVANE_EXPORT VerificationProgress {
 
 struct ArtifactOutcome;
 
-/// How `build` and `audit` verify files.
+/// How `build`, `audit` and `examine` verify files.
 struct KINOVANE_EXPORT HandoffBuildOptions {
     /// How many files are read at once; 0 counts as 1, and more than 64 as 64. With 1, `build` examines the
     /// artifacts strictly in order and opens nothing after the first failure. With more, it reports the same
@@ -241,6 +241,16 @@ KINOVANE_EXPORT VistrelHandoff build(const FilmWorkspaceSnapshot& from, const st
 /// the directory is not opened. When it does not exist, all other artifacts are missing.
 KINOVANE_EXPORT std::vector<ArtifactOutcome> audit(const FilmWorkspaceSnapshot& snapshot,
                                                    const HandoffBuildOptions& options = {});
+
+/// Examines these artifacts below the directory `root` as `audit` does, whatever their kind. Returns one
+/// outcome per artifact, in the order given; two artifacts may have the same path. Serves to examine every
+/// recorded file (`examine(snapshot.root, snapshot.project.artifacts)`), the files of one shot, or a copy of
+/// a workspace.
+///
+/// Throws as `audit` does, with `root` in place of `snapshot.root`.
+KINOVANE_EXPORT std::vector<ArtifactOutcome> examine(const std::filesystem::path& root,
+                                                     std::span<const FilmArtifact> artifacts,
+                                                     const HandoffBuildOptions& options = {});
 
 /// Writes the manifest as pretty-printed JSON and returns the digest of the file on disk. Missing parent
 /// directories are created. The file is replaced atomically: a reader of `to` sees the old file or the new

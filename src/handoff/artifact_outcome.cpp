@@ -7,7 +7,8 @@
 namespace kinovane {
 
 ArtifactOutcome outcomeOf(const FilmArtifact& artifact, const std::exception_ptr& failure) {
-    ArtifactOutcome outcome{artifact, std::nullopt, {}};
+    ArtifactOutcome outcome;
+    outcome.artifact = artifact;
     if (!failure)
         return outcome;
     try {

@@ -1,25 +1,24 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include <exception>
-
 #include <kinovane/handoff.hpp>
 
-#include "handoff/artifact_outcome.hpp"
 #include "handoff/verification.hpp"
 
 namespace kinovane {
 
 std::vector<ArtifactOutcome> VistrelHandoffBuilder::audit(const FilmWorkspaceSnapshot& snapshot,
                                                           const HandoffBuildOptions& options) {
-    const std::vector<const FilmArtifact*> artifacts = exportedArtifacts(snapshot.project);
-    std::vector<ArtifactOutcome> outcomes;
-    outcomes.reserve(artifacts.size());
-    for (const FilmArtifact* artifact : artifacts)
-        outcomes.push_back({*artifact, std::nullopt, {}});
-    examineAll(snapshot.root, artifacts, options, [&](std::size_t index, const std::exception_ptr& failure) {
-        outcomes[index] = outcomeOf(*artifacts[index], failure);
-    });
-    return outcomes;
+    return examineAll(snapshot.root, exportedArtifacts(snapshot.project), options);
+}
+
+std::vector<ArtifactOutcome> VistrelHandoffBuilder::examine(const std::filesystem::path& root,
+                                                            std::span<const FilmArtifact> artifacts,
+                                                            const HandoffBuildOptions& options) {
+    std::vector<const FilmArtifact*> pointers;
+    pointers.reserve(artifacts.size());
+    for (const FilmArtifact& artifact : artifacts)
+        pointers.push_back(&artifact);
+    return examineAll(root, pointers, options);
 }
 
 } // namespace kinovane

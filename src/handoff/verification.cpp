@@ -28,13 +28,14 @@ constexpr std::size_t maximumWorkers = 64;
 constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 
 /// One verification, shared by its workers. Each worker examines the next artifact until the list is done.
-/// Without `onBad`, which `audit` gives, the first bad artifact is the failure of the verification, and ends
-/// it unless the options ask for all of them.
+/// In a build, which gives no `outcomes`, the first bad artifact is the failure of the verification, and ends
+/// it unless the options ask for all of them. Otherwise every artifact is examined, and `outcomes`, which has
+/// one element for each, receives the results.
 class Verification {
   public:
     Verification(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
-                 const HandoffBuildOptions& options, OnBadArtifact onBad = {})
-        : directory_(root), artifacts_(artifacts), options_(options), onBad_(std::move(onBad)),
+                 const HandoffBuildOptions& options, std::vector<ArtifactOutcome>* outcomes)
+        : directory_(root), artifacts_(artifacts), options_(options), outcomes_(outcomes),
           progress_(artifacts, options.onProgress),
           workers_(std::clamp<std::size_t>(options.workers, 1,
                                            std::clamp<std::size_t>(artifacts.size(), 1, maximumWorkers))),
@@ -92,8 +93,8 @@ class Verification {
         }
     }
 
-    bool isAudit() const noexcept { return static_cast<bool>(onBad_); }
-    bool stopsAtFirstFailure() const noexcept { return !isAudit() && !options_.examineAll; }
+    bool isBuild() const noexcept { return outcomes_ == nullptr; }
+    bool stopsAtFirstFailure() const noexcept { return isBuild() && !options_.examineAll; }
 
     void examine(ArtifactExaminer& examiner, std::size_t index) {
         const FilmArtifact& artifact = *artifacts_[index];
@@ -105,7 +106,7 @@ class Verification {
                 report([&] { file.read(bytes); });
             });
             // Here, and not when the manifest is made: a later artifact must not be opened before this error.
-            if (!isAudit())
+            if (isBuild())
                 requireAssetID(artifact);
         } catch (const Interruption&) {
             throw;
@@ -113,22 +114,28 @@ class Verification {
             failure = std::make_exception_ptr(std::filesystem::filesystem_error(error));
             // No other file can be opened either, but an earlier artifact may have an unsafe path, which is
             // refused without opening anything.
-            if (isAudit())
+            if (!isBuild())
                 throw Interruption{std::move(failure)};
         } catch (...) {
             failure = std::current_exception();
         }
-        if (failure)
-            noteBad(index, failure);
-        report([&] { tellOutcome(artifact, failure); });
+        if (failure && isBuild())
+            noteFailure(index, failure);
+        report([&] {
+            if (isBuild() && !options_.onOutcome)
+                return;
+            ArtifactOutcome outcome = outcomeOf(artifact, failure);
+            tellOutcome(outcome);
+            if (!isBuild())
+                (*outcomes_)[index] = std::move(outcome);
+        });
         if (!failure || !stopsAtFirstFailure())
             report([&] { file.done(); });
     }
 
-    void tellOutcome(const FilmArtifact& artifact, const std::exception_ptr& failure) {
+    void tellOutcome(const ArtifactOutcome& outcome) {
         if (!options_.onOutcome)
             return;
-        const ArtifactOutcome outcome = outcomeOf(artifact, failure);
         const std::lock_guard lock(outcomeMutex_);
         options_.onOutcome(outcome);
     }
@@ -155,11 +162,9 @@ class Verification {
             throw Interruption{};
     }
 
-    void noteBad(std::size_t index, const std::exception_ptr& failure) {
+    void noteFailure(std::size_t index, const std::exception_ptr& failure) {
         const std::lock_guard lock(mutex_);
-        if (isAudit()) {
-            onBad_(index, failure);
-        } else if (index < firstFailed_) {
+        if (index < firstFailed_) {
             firstFailed_ = index;
             firstFailure_ = failure;
             if (stopsAtFirstFailure())
@@ -177,7 +182,8 @@ class Verification {
     const ProjectDirectory directory_;
     const std::vector<const FilmArtifact*>& artifacts_;
     const HandoffBuildOptions& options_;
-    const OnBadArtifact onBad_;
+    std::vector<ArtifactOutcome>* const outcomes_; ///< Null in a build. A worker writes only the elements of
+                                                   ///< the artifacts that it examined.
     ProgressReport progress_;
     std::size_t workers_;
     std::vector<std::size_t> order_; ///< In which the artifacts are examined.
@@ -203,12 +209,15 @@ std::vector<const FilmArtifact*> exportedArtifacts(const FilmProject& project) {
 
 void requireSound(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
                   const HandoffBuildOptions& options) {
-    Verification(root, artifacts, options).run();
+    Verification(root, artifacts, options, nullptr).run();
 }
 
-void examineAll(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
-                const HandoffBuildOptions& options, const OnBadArtifact& onBad) {
-    Verification(root, artifacts, options, onBad).run();
+std::vector<ArtifactOutcome> examineAll(const std::filesystem::path& root,
+                                        const std::vector<const FilmArtifact*>& artifacts,
+                                        const HandoffBuildOptions& options) {
+    std::vector<ArtifactOutcome> outcomes(artifacts.size());
+    Verification(root, artifacts, options, &outcomes).run();
+    return outcomes;
 }
 
 } // namespace kinovane

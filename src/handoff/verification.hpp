@@ -2,10 +2,7 @@
 
 #pragma once
 
-#include <cstddef>
-#include <exception>
 #include <filesystem>
-#include <functional>
 #include <vector>
 
 #include <kinovane/handoff.hpp>
@@ -22,14 +19,11 @@ std::vector<const FilmArtifact*> exportedArtifacts(const FilmProject& project);
 void requireSound(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
                   const HandoffBuildOptions& options);
 
-/// Receives the index of a bad artifact and the exception that its examination threw. Called from a worker
-/// thread, by one at a time, and once for each bad artifact.
-using OnBadArtifact = std::function<void(std::size_t index, const std::exception_ptr& failure)>;
-
-/// Examines all of these artifacts and reports the bad ones. Throws whatever the progress callback throws;
-/// std::system_error (operation_canceled) when a stop was requested; and std::filesystem::filesystem_error
-/// when a file has to be opened and the project's directory cannot be.
-void examineAll(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
-                const HandoffBuildOptions& options, const OnBadArtifact& onBad);
+/// Examines all of these artifacts and returns their outcomes in the same order. Throws whatever the
+/// callbacks throw; std::system_error (operation_canceled) when a stop was requested; and
+/// std::filesystem::filesystem_error when a file has to be opened and the project's directory cannot be.
+std::vector<ArtifactOutcome> examineAll(const std::filesystem::path& root,
+                                        const std::vector<const FilmArtifact*>& artifacts,
+                                        const HandoffBuildOptions& options);
 
 } // namespace kinovane

@@ -129,7 +129,8 @@ class Project {
 
     Verdict examined(const FilmArtifact& artifact) {
         try {
-            examiner_.examine(artifact, {});
+            RegularFile file = examiner_.open(artifact);
+            examiner_.requireDigest(artifact, file, {});
             return Verdict::sound;
         } catch (const VistrelHandoffError& error) {
             return verdictOf(error, artifact.path);

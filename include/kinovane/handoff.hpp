@@ -187,6 +187,11 @@ struct KINOVANE_EXPORT HandoffBuildOptions {
     /// Lets `build` examine every artifact, also after a failure, so that one build tells all that is wrong
     /// without reading a file twice. It then throws the error that it would have thrown without this.
     bool examineAll = false;
+
+    /// Lets `audit` and `examine` compare the size of a file with FilmArtifact::bytes, and not read a file
+    /// whose size differs: ArtifactOutcome::sizeDiffers tells it. No effect on `build`, for which only the
+    /// digest counts.
+    bool compareSizes = false;
 };
 
 /// The result of examining one artifact.
@@ -195,11 +200,20 @@ struct KINOVANE_EXPORT ArtifactOutcome {
     std::optional<VistrelHandoffError> refusal; ///< Why it cannot be part of a handoff.
     std::error_code failure;                    ///< Why its file could not be read.
 
-    /// Whether the file lies inside the project's directory and has the recorded digest.
+    /// Whether the file lies inside the project's directory and has the recorded digest, and `sizeDiffers` is
+    /// false.
     bool sound() const noexcept;
 
     /// A sentence to show to a user.
     std::string description() const;
+
+    /// The size of the file in bytes when it was opened; absent when no regular file could be opened. Without
+    /// HandoffBuildOptions::compareSizes, a sound artifact may have another size than FilmArtifact::bytes.
+    std::optional<std::uint64_t> actualBytes = {};
+
+    /// With HandoffBuildOptions::compareSizes: the file has another size than FilmArtifact::bytes, and was
+    /// not read. A recorded size below zero differs from any.
+    bool sizeDiffers = false;
 
     bool operator==(const ArtifactOutcome&) const = default;
 };

@@ -11,8 +11,11 @@ namespace kinovane {
 ArtifactExaminer::ArtifactExaminer(const ProjectDirectory& directory, bool readsAhead)
     : directory_(directory), readsAhead_(readsAhead) {}
 
-void ArtifactExaminer::examine(const FilmArtifact& artifact, const OnRead& onRead) {
-    RegularFile file = directory_.open(artifact.path);
+RegularFile ArtifactExaminer::open(const FilmArtifact& artifact) const {
+    return directory_.open(artifact.path);
+}
+
+void ArtifactExaminer::requireDigest(const FilmArtifact& artifact, RegularFile& file, const OnRead& onRead) {
     std::string actual = digest_.of(file, onRead, readsAhead_);
     if (actual != artifact.sha256)
         throw VistrelHandoffError(

@@ -4,6 +4,7 @@
 
 #include <kinovane/workspace.hpp>
 
+#include "common/files/regular_file.hpp"
 #include "handoff/file_digest.hpp"
 #include "handoff/project_directory.hpp"
 
@@ -17,9 +18,12 @@ class ArtifactExaminer {
     /// With `readsAhead`, large files are read on a second thread while they are hashed on this one.
     ArtifactExaminer(const ProjectDirectory& directory, bool readsAhead);
 
-    /// Returns when the artifact's path leads to a file inside the directory that has the recorded digest.
-    /// Otherwise throws VistrelHandoffError, std::filesystem::filesystem_error, and whatever `onRead` throws.
-    void examine(const FilmArtifact& artifact, const OnRead& onRead);
+    /// Opens the artifact's file, which lies inside the directory. Throws as ProjectDirectory::open.
+    RegularFile open(const FilmArtifact& artifact) const;
+
+    /// Returns when the artifact's opened file has the recorded digest. Otherwise throws VistrelHandoffError
+    /// (hashMismatch), std::filesystem::filesystem_error, and whatever `onRead` throws.
+    void requireDigest(const FilmArtifact& artifact, RegularFile& file, const OnRead& onRead);
 
   private:
     const ProjectDirectory& directory_;

@@ -23,13 +23,16 @@ ArtifactOutcome outcomeOf(const FilmArtifact& artifact, const std::exception_ptr
     return outcome;
 }
 
-bool ArtifactOutcome::sound() const noexcept { return !refusal && !failure; }
+bool ArtifactOutcome::sound() const noexcept { return !refusal && !failure && !sizeDiffers; }
 
 std::string ArtifactOutcome::description() const {
     if (refusal)
         return refusal->errorDescription();
     if (failure)
         return "The handoff artifact could not be read: " + artifact.path + " (" + failure.message() + ")";
+    if (sizeDiffers)
+        return "Film artifact size does not match: " + artifact.path + ": " +
+               std::to_string(actualBytes.value_or(0)) + " bytes, recorded " + std::to_string(artifact.bytes);
     return "The handoff artifact is sound: " + artifact.path;
 }
 

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <limits>
 #include <mutex>
 #include <numeric>
+#include <optional>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -100,11 +102,20 @@ class Verification {
         const FilmArtifact& artifact = *artifacts_[index];
         ProgressReport::File file(progress_, artifact);
         std::exception_ptr failure;
+        std::optional<std::uint64_t> actualBytes;
+        bool sizeDiffers = false;
         try {
-            examiner.examine(artifact, [&](std::size_t bytes) {
-                throwIfStopped();
-                report([&] { file.read(bytes); });
-            });
+            // The size and the contents are read through one descriptor, so they belong to the same file even
+            // if another one takes its place meanwhile.
+            RegularFile opened = examiner.open(artifact);
+            actualBytes = opened.size();
+            sizeDiffers =
+                !isBuild() && options_.compareSizes && std::cmp_not_equal(opened.size(), artifact.bytes);
+            if (!sizeDiffers)
+                examiner.requireDigest(artifact, opened, [&](std::size_t bytes) {
+                    throwIfStopped();
+                    report([&] { file.read(bytes); });
+                });
             // Here, and not when the manifest is made: a later artifact must not be opened before this error.
             if (isBuild())
                 requireAssetID(artifact);
@@ -125,6 +136,8 @@ class Verification {
             if (isBuild() && !options_.onOutcome)
                 return;
             ArtifactOutcome outcome = outcomeOf(artifact, failure);
+            outcome.actualBytes = actualBytes;
+            outcome.sizeDiffers = sizeDiffers;
             tellOutcome(outcome);
             if (!isBuild())
                 (*outcomes_)[index] = std::move(outcome);

@@ -88,7 +88,7 @@ struct KINOVANE_EXPORT PublishReceipt {
 
 /// Publishes a workspace: preflight, build, write to `manifest`, dry run, import. The task fails with
 /// PublishError, with what `build` and `write` throw, and with FilmToolError when the importer cannot be run,
-/// ends with a status other than 0 and no words, or sends an unreadable receipt.
+/// is ended by a signal, ends with a status other than 0 and no words, or sends an unreadable receipt.
 ///
 /// The importer is looked up after the documents are judged and before any media file is read, so that a
 /// missing program is reported at once. Whether `manifest` can be written is known only once `write` has done

@@ -14,7 +14,8 @@ namespace kinovane {
 ///
 /// - for an error of this library its `errorDescription()`. Where the fixed words of FilmToolError speak of
 ///   the film command and another program failed, the name of that program stands in front, such as
-///   "vistrel: Film command exited 3.";
+///   "vistrel: Film command exited 3."; for a program that a signal ended
+///   "vistrel was ended by signal 9 (Killed).", with the words of the program after ": " if it wrote any;
 /// - for RunStopped "film: stopped because the time limit was reached" or "film: stopped at the user's
 ///   request", with the name of the program; without a name "The program was stopped when its time limit was
 ///   over." or "The program was stopped on request.";

@@ -76,7 +76,7 @@ class Publish {
         try {
             (void)ExecutableLookup(executable).find();
         } catch (const FilmToolError& error) {
-            throw ProgramError(error, std::filesystem::path(executable).filename().string());
+            throw ProgramError(error, {std::filesystem::path(executable).filename().string(), std::nullopt});
         }
     }
 
@@ -88,7 +88,7 @@ class Publish {
             return receipt;
         } catch (const FilmToolError& error) {
             const auto* failed = std::get_if<FilmToolError::commandFailed>(&error.value());
-            if (failed == nullptr || failed->result.stderr.empty())
+            if (failed == nullptr || failed->result.stderr.empty() || endingSignal(error))
                 throw;
             throw PublishError(PublishError::refused{step, failed->result.stderr, std::nullopt});
         }

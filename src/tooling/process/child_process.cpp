@@ -133,7 +133,8 @@ std::int32_t ChildProcess::wait() {
     process_ = -1;
     if (ended < 0)
         failCall("waitpid", errno);
-    return WIFSIGNALED(status) ? WTERMSIG(status) : WEXITSTATUS(status);
+    endedBySignal_ = WIFSIGNALED(status);
+    return endedBySignal_ ? WTERMSIG(status) : WEXITSTATUS(status);
 }
 
 } // namespace kinovane

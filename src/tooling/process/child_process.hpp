@@ -42,6 +42,9 @@ class ChildProcess {
     /// Throws std::system_error if the application has already waited for this child. Call it once.
     std::int32_t wait();
 
+    /// Whether what `wait` returned is the number of a signal.
+    bool endedBySignal() const noexcept { return endedBySignal_; }
+
     /// To be called when the application is known to have waited for this child: its identifier is not used
     /// any more, because it may belong to another child of the application. `wait` then throws.
     void abandon() noexcept { process_ = -1; }
@@ -52,6 +55,7 @@ class ChildProcess {
 
     Descriptor output_;
     Descriptor errors_;
+    bool endedBySignal_ = false;
     pid_t process_ = -1;
 };
 

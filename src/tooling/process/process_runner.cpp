@@ -8,6 +8,7 @@
 #include "tooling/process/child_process.hpp"
 #include "tooling/process/controlled_run.hpp"
 #include "tooling/process/output_capture.hpp"
+#include "tooling/process/program_error.hpp"
 
 namespace kinovane {
 
@@ -35,14 +36,25 @@ bool isControlled(const RunOptions& options) {
     return options.stop.stopPossible() || options.timeLimit || options.onOutput;
 }
 
-ControlledOutcome runControlled(const ProcessResult& result, const RunOptions& options,
-                                std::int32_t& exitCode) {
+/// How a program ended.
+struct Ending {
+    std::int32_t exitCode = 0; ///< As in ProcessResult.
+    bool bySignal = false;
+};
+
+Ending endingOf(const std::string& executable, ChildProcess& child) {
+    const std::int32_t exitCode =
+        readFromStarted(executable, "its exit status", [&] { return child.wait(); });
+    return {exitCode, child.endedBySignal()};
+}
+
+ControlledOutcome runControlled(const ProcessResult& result, const RunOptions& options, Ending& ending) {
     try {
         ControlledRun run(options);
         ChildProcess child(result.executable, result.arguments, options, true);
         ControlledOutcome outcome =
             readFromStarted(result.executable, "its output", [&] { return run.finish(child); });
-        exitCode = readFromStarted(result.executable, "its exit status", [&] { return child.wait(); });
+        ending = endingOf(result.executable, child);
         return outcome;
     } catch (const std::system_error& error) {
         throw FilmToolError(FilmToolError::launchFailed{result.executable + ": " + error.what()});
@@ -65,21 +77,27 @@ ProcessResult runSynchronously(const std::filesystem::path& executableURL, std::
     if (options.stop.stopRequested())
         throw RunStopped(std::errc::operation_canceled, std::move(result));
     ControlledOutcome outcome;
+    Ending ending;
     if (isControlled(options)) {
-        outcome = runControlled(result, options, result.exitCode);
+        outcome = runControlled(result, options, ending);
     } else {
         ChildProcess child(result.executable, result.arguments, options);
         CapturedOutput captured = readFromStarted(
             result.executable, "its output", [&] { return captureOutput(child.output(), child.errors()); });
-        result.exitCode = readFromStarted(result.executable, "its exit status", [&] { return child.wait(); });
+        ending = endingOf(result.executable, child);
         outcome.captured = std::move(captured);
     }
+    result.exitCode = ending.exitCode;
     result.stdout = repairUTF8(std::move(outcome.captured.output));
     result.stderr = repairUTF8(std::move(outcome.captured.errors));
     if (outcome.callbackFailed)
         std::rethrow_exception(outcome.callbackFailed);
     if (outcome.stopped)
         throw RunStopped(*outcome.stopped, std::move(result));
+    if (ending.bySignal) {
+        const int signal = ending.exitCode;
+        throw ProgramError(FilmToolError(FilmToolError::commandFailed{std::move(result)}), {{}, signal});
+    }
     if (!result.succeeded())
         throw FilmToolError(FilmToolError::commandFailed{std::move(result)});
     return result;

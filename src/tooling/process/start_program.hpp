@@ -55,7 +55,8 @@ Task<Result> startProgram(ProgramCall call, PrepareArguments prepareArguments, F
         } catch (const FilmToolError& error) {
             if (program.empty())
                 throw;
-            throw ProgramError(error, std::filesystem::path(program).filename().string());
+            throw ProgramError(error,
+                               {std::filesystem::path(program).filename().string(), endingSignal(error)});
         }
     };
     try {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include <cstring>
 #include <filesystem>
 #include <new>
 #include <string_view>
@@ -61,16 +62,40 @@ std::string describe(const RunStopped& error) {
            (timedOut ? ": stopped because the time limit was reached" : ": stopped at the user's request");
 }
 
+/// The system's words for a signal, such as "Killed".
+std::string signalName(int signal) {
+    // Both systems keep a text that is not constant in storage of the calling thread.
+    const char* name = ::strsignal(signal); // NOLINT(concurrency-mt-unsafe)
+    return name == nullptr ? "unknown" : name;
+}
+
 /// Whether this is a requested stop, reported without words of its own.
 bool isRequestedStop(const std::system_error& error) {
     return error.code() == std::errc::operation_canceled && error.what() == error.code().message();
+}
+
+/// "vistrel was ended by signal 9 (Killed)", with the words of the program.
+std::string describeSignal(const FilmToolErrorCases::commandFailed& failed, int signal) {
+    std::string text = std::filesystem::path(failed.result.executable).filename().string() +
+                       " was ended by signal " + std::to_string(signal) + " (" + signalName(signal) + ")";
+    const std::string& words = failed.result.stderr;
+    const std::size_t end = words.find_last_not_of(" \t\r\n");
+    return text + (end == std::string::npos ? "." : ": " + words.substr(0, end + 1));
+}
+
+std::string describe(const ProgramError& error) {
+    const auto& [program, signal] = error.details();
+    if (const auto* failed = std::get_if<FilmToolError::commandFailed>(&error.value()); failed && signal)
+        return describeSignal(*failed, *signal);
+    const bool named = !program.empty() && speaksOfFilmCommand(error);
+    return (named ? program + ": " : "") + error.errorDescription();
 }
 
 } // namespace
 
 std::string userMessage(const std::exception& error) {
     if (const auto* failed = dynamic_cast<const ProgramError*>(&error))
-        return (speaksOfFilmCommand(*failed) ? failed->program() + ": " : "") + failed->errorDescription();
+        return describe(*failed);
     if (const auto* failed = dynamic_cast<const std::filesystem::filesystem_error*>(&error))
         return describe(*failed);
     if (const auto* stopped = dynamic_cast<const RunStopped*>(&error))

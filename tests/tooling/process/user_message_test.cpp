@@ -44,6 +44,12 @@ RunOptions stopped() {
     return options;
 }
 
+RunOptions withUnusedStop() {
+    RunOptions options;
+    options.stop = StopSource().token();
+    return options;
+}
+
 TEST(UserMessage, IsOneTextForEveryFailure) {
     const auto noEntry = std::make_error_code(std::errc::no_such_file_or_directory);
     struct Row {
@@ -110,6 +116,17 @@ TEST(UserMessage, NamesTheProgramThatFailed) {
          "Required executable not found: no-such-vistrel"},
         {"the agent runtime ended without words",
          [] { (void)QuexRunAgentClient("/bin/false").status().get(); }, "false: Film command exited 1."},
+        {"a signal ended the program",
+         [] { (void)FilmToolClient("/bin/sh").run({"-c", "kill -KILL $$"}).get(); },
+         "sh was ended by signal 9 (Killed)."},
+        {"a signal ended the program after it wrote a reason",
+         [] { (void)FilmToolClient("/bin/sh").run({"-c", "echo disk full >&2; kill -ABRT $$"}).get(); },
+         "sh was ended by signal 6 (Aborted): disk full"},
+        {"a signal ended a program that may be stopped",
+         [] { (void)FilmToolClient("/bin/sh").run({"-c", "kill -KILL $$"}, {}, withUnusedStop()).get(); },
+         "sh was ended by signal 9 (Killed)."},
+        {"a status that is also the number of a signal",
+         [] { (void)FilmToolClient("/bin/sh").run({"-c", "exit 9"}).get(); }, "Film command exited 9."},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.sentence);

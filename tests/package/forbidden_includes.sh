@@ -60,6 +60,8 @@ examples a.cpp <boost/asio/post.hpp>
 examples a.cpp <QObject>
 examples a.cpp <QtCore/QObject>
 examples a.cpp <glib.h>
+examples/desk a.cpp <boost/asio/post.hpp>
+examples/desk a.cpp <QtCore/QObject>
 examples/executors a.cpp <boost/json.hpp>
 examples/executors a.cpp <QtCore/private/qobject_p.h>
 examples/executors a.cpp "common/utf8.hpp"

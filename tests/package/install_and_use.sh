@@ -13,7 +13,8 @@ cmake --install "$build" --prefix "$prefix"
 application=$source/tests/package/consumer
 run() { "$source/tests/package/run_application.sh" "$source" "$version" "$1"; }
 
-cmake -S "$application" -B "$work/application" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -DEXPECTED_VERSION="$version"
+cmake -S "$application" -B "$work/application" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -DEXPECTED_VERSION="$version" \
+    -DCMAKE_MODULE_PATH="$source/tests/package/without_find_boost"
 cmake --build "$work/application"
 run "$work/application/application"
 

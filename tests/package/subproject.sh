@@ -16,7 +16,7 @@ fail() {
 configure() {
     rm -rf "$work/build"
     cmake -S "$source/tests/package/parent" -B "$work/build" -G Ninja -DCMAKE_BUILD_TYPE=None \
-        -DKINOVANE_SOURCE="$source" "$@" >"$work/configure.log" 2>&1 || fail "$(cat "$work/configure.log")"
+        -DCMAKE_MODULE_PATH="$source/tests/package/without_find_boost" -DKINOVANE_SOURCE="$source" "$@" >"$work/configure.log" 2>&1 || fail "$(cat "$work/configure.log")"
 }
 
 # The library is of the kind that the parent project chose, and sets nothing for the parent's own libraries.

@@ -20,6 +20,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
+static_assert(sizeof(off_t) >= sizeof(std::uint64_t), "media files have 2 GiB and more");
+
 [[noreturn]] void fail(const char* what, const fs::path& location, std::error_code code) {
     throw fs::filesystem_error(what, location, code);
 }

@@ -8,6 +8,8 @@
 #include <limits>
 #include <system_error>
 
+#include "common/json/real_number.hpp"
+
 namespace kinovane::json {
 
 namespace {
@@ -87,11 +89,9 @@ IntegerValue integerValue(std::string_view text) {
 }
 
 std::optional<double> realValue(std::string_view text) {
-    double value = 0;
-    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error == std::errc())
+    if (const std::optional<double> value = nearestDouble(text))
         return value;
-    // Too large or too small, which from_chars does not distinguish.
+    // Too large or too small.
     const Decimal decimal = decimalOf(text);
     if (!decimal.digits.empty() && wholeDigits(decimal) > 0)
         return std::nullopt;

@@ -54,7 +54,7 @@ class Verification {
     void run() {
         progress_.begin();
         {
-            std::vector<std::jthread> others;
+            Workers others;
             startOthers(others);
             work();
         }
@@ -65,11 +65,24 @@ class Verification {
     }
 
   private:
+    /// Joins the threads at the end of its scope. Not every standard library has std::jthread.
+    struct Workers {
+        Workers() = default;
+        Workers(const Workers&) = delete;
+        Workers& operator=(const Workers&) = delete;
+        ~Workers() {
+            for (std::thread& thread : threads)
+                thread.join();
+        }
+
+        std::vector<std::thread> threads;
+    };
+
     // When the system has no more threads, the work is done with fewer.
-    void startOthers(std::vector<std::jthread>& others) {
+    void startOthers(Workers& others) {
         try {
-            while (others.size() + 1 < workers_)
-                others.emplace_back([this] { work(); });
+            while (others.threads.size() + 1 < workers_)
+                others.threads.emplace_back([this] { work(); });
         } catch (const std::system_error&) {
             return;
         }

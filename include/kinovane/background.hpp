@@ -27,7 +27,7 @@ Task<T> startOperation(Operation operation, ThreadFailure threadFailure) {
     using State = TaskState<T>;
     struct OperationAction final : TaskAction {
         OperationAction(std::shared_ptr<State> target, Operation&& started)
-            : state(std::move(target)), operation(std::move(started)) {}
+            : state(std::move(target)), operation(moveOut(started)) {}
         void run() noexcept override {
             try {
                 if constexpr (std::is_void_v<T>) {
@@ -101,7 +101,7 @@ template <class Function>
     requires std::invocable<Function>
 auto runInBackground(Function function) -> Task<std::invoke_result_t<Function>> {
     return detail::startOperation<std::invoke_result_t<Function>>(
-        std::move(function), [](std::error_code reason) {
+        detail::moveOut(function), [](std::error_code reason) {
             return std::make_exception_ptr(std::system_error(reason, "no thread could be started"));
         });
 }

@@ -8,6 +8,7 @@
 // clang-format on
 
 #include <coroutine>
+#include <cstddef>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -46,6 +47,16 @@ class KINOVANE_EXPORT TaskAction {
     virtual ~TaskAction();
     virtual void run() = 0;
 };
+
+/// Moves a function object out of a variable. A std::function that was moved from may still hold a copy of its
+/// target, which would be destroyed with the variable; so it is emptied.
+template <class Function>
+Function moveOut(Function& function) {
+    if constexpr (std::is_assignable_v<Function&, std::nullptr_t>)
+        return std::exchange(function, nullptr);
+    else
+        return std::move(function);
+}
 
 /// Passes an action to the thread that runs it.
 class TaskDelivery;
@@ -89,7 +100,11 @@ class KINOVANE_EXPORT TaskCore {
 
   private:
     struct Sync;
-    std::unique_ptr<Sync> sync_;
+    std::shared_ptr<Sync> sync_; ///< Shared with `finish`, which may outlive this object.
+
+    // Written before the operation is done and read after that was seen, so the mutex of `sync_` orders the
+    // accesses.
+    std::exception_ptr error_;
 };
 
 template <class T>
@@ -231,7 +246,7 @@ class [[nodiscard]] Task {
     /// Throws std::invalid_argument if `executor` is empty; the task is then unchanged.
     auto on(Executor executor) {
         detail::requireExecutor(executor);
-        return TaskAwaiter<T>(release(), std::move(executor));
+        return TaskAwaiter<T>(release(), detail::moveOut(executor));
     }
 
     /// Calls `handler(Task<T>)` through `executor` once the operation is done. `get` of that task does not
@@ -245,7 +260,7 @@ class [[nodiscard]] Task {
     void then(Executor executor, Handler handler) {
         struct HandlerAction final : detail::TaskAction {
             HandlerAction(Handler&& installed, Task&& finished)
-                : handler(std::move(installed)), task(std::move(finished)) {}
+                : handler(detail::moveOut(installed)), task(std::move(finished)) {}
             void run() override { handler(std::move(task)); }
             Handler handler;
             Task task;
@@ -254,7 +269,7 @@ class [[nodiscard]] Task {
         auto state = release();
         state->detach();
         auto action = std::make_unique<HandlerAction>(std::move(handler), Task(state));
-        state->deliver(std::move(executor), std::move(action));
+        state->deliver(detail::moveOut(executor), std::move(action));
     }
 
   private:
@@ -273,7 +288,7 @@ template <class T>
 class [[nodiscard]] TaskAwaiter {
   public:
     TaskAwaiter(std::shared_ptr<detail::TaskState<T>> state, Executor executor)
-        : suspension_(state, std::move(executor)), state_(std::move(state)) {
+        : suspension_(state, detail::moveOut(executor)), state_(std::move(state)) {
         state_->detach();
     }
     TaskAwaiter(TaskAwaiter&&) noexcept = default;

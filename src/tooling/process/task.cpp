@@ -53,15 +53,12 @@ struct TaskCore::Sync {
     bool done = false;
     Continuation continuation;
 
-    // Written before `done` is set and read after it was seen, so the mutex orders the accesses.
-    std::exception_ptr error;
-
     // Used only by the owner of the task.
     std::thread worker;
     bool taken = false;
 };
 
-TaskCore::TaskCore() : sync_(std::make_unique<Sync>()) {}
+TaskCore::TaskCore() : sync_(std::make_shared<Sync>()) {}
 
 TaskCore::~TaskCore() = default;
 
@@ -87,18 +84,18 @@ void TaskCore::detach() noexcept {
 }
 
 void TaskCore::deliver(Executor executor, std::unique_ptr<TaskAction> action) {
-    deliver(std::move(executor), std::make_shared<TaskDelivery>(std::move(action)));
+    deliver(moveOut(executor), std::make_shared<TaskDelivery>(std::move(action)));
 }
 
 bool TaskCore::deliver(Executor executor, std::shared_ptr<TaskDelivery> delivery) {
-    Continuation continuation{std::move(delivery), std::move(executor), nullptr};
+    Continuation continuation{std::move(delivery), moveOut(executor), nullptr};
     const bool throughExecutor = static_cast<bool>(continuation.executor);
     if (throughExecutor)
         continuation.job = TaskDelivery::makeJob(continuation.delivery);
     {
         const std::lock_guard lock(sync_->mutex);
         if (!sync_->done) {
-            sync_->continuation = std::move(continuation);
+            sync_->continuation = std::exchange(continuation, {});
             return true;
         }
     }
@@ -123,32 +120,34 @@ std::error_code TaskCore::start(std::shared_ptr<TaskCore> core, std::unique_ptr<
     }
 }
 
-// The result belongs to the continuation. This thread releases its reference before it starts the
-// continuation, so that it is never this thread that destroys a result which the continuation did not take.
+// The result belongs to the continuation, or to the owner of the task. This thread releases its reference
+// before another thread can see that the operation is done, so that it is never this thread that destroys a
+// result which the other did not take.
 void TaskCore::finish(std::shared_ptr<TaskCore> core) noexcept {
     Continuation continuation;
     {
-        const std::lock_guard lock(core->sync_->mutex);
-        core->sync_->done = true;
-        continuation = std::exchange(core->sync_->continuation, {});
-        core->sync_->finished.notify_all();
+        const std::shared_ptr<Sync> sync = core->sync_;
+        const std::lock_guard lock(sync->mutex);
+        sync->done = true;
+        continuation = std::exchange(sync->continuation, {});
+        core.reset();
+        sync->finished.notify_all();
     }
-    core.reset();
     continuation.start();
 }
 
-void TaskCore::fail(std::exception_ptr error) noexcept { sync_->error = std::move(error); }
+void TaskCore::fail(std::exception_ptr error) noexcept { error_ = std::move(error); }
 
 // The error is moved out, so that it is destroyed on the thread that takes it and not on the worker thread.
 void TaskCore::claimResult() {
     if (std::exchange(sync_->taken, true))
         throwTaskTaken();
-    if (sync_->error)
-        std::rethrow_exception(std::exchange(sync_->error, nullptr));
+    if (error_)
+        std::rethrow_exception(std::exchange(error_, nullptr));
 }
 
 TaskSuspension::TaskSuspension(std::shared_ptr<TaskCore> core, Executor executor) noexcept
-    : core_(std::move(core)), executor_(std::move(executor)) {}
+    : core_(std::move(core)), executor_(moveOut(executor)) {}
 
 TaskSuspension::TaskSuspension(TaskSuspension&& other) noexcept = default;
 
@@ -169,7 +168,7 @@ bool TaskSuspension::suspend(std::coroutine_handle<> coroutine) {
     const std::shared_ptr<TaskCore> core = core_;
     auto delivery = std::make_shared<TaskDelivery>(std::make_unique<Resumption>(coroutine));
     delivery_ = delivery;
-    return core->deliver(std::exchange(executor_, nullptr), std::move(delivery));
+    return core->deliver(moveOut(executor_), std::move(delivery));
 }
 
 void requireExecutor(const Executor& executor) {

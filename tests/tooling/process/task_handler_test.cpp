@@ -164,6 +164,20 @@ TEST(TaskHandler, IsDestroyedByTheLoopAtAnyMoment) {
         }
 }
 
+// Some standard libraries copy a small std::function when it is moved.
+TEST(TaskHandler, LeavesNoCopyOfAFunctionWithTheCallerOfThen) {
+    auto held = std::make_shared<int>();
+    const std::weak_ptr<int> watch = held;
+    bool destroyed = false;
+    Task<int>::ready(5).then(
+        [&](const Job& job) {
+            job();
+            destroyed = watch.expired();
+        },
+        std::function([held = std::move(held)](const Task<int>& /*finished*/) {}));
+    EXPECT_TRUE(destroyed);
+}
+
 // The exception reaches the loop.
 TEST(TaskHandler, IsDestroyedByTheLoopIfItThrows) {
     std::thread::id destroyedOn;

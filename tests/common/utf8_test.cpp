@@ -2,6 +2,7 @@
 
 #include "common/utf8.hpp"
 
+#include <cstdint>
 #include <optional>
 #include <random>
 #include <string>
@@ -127,11 +128,11 @@ TEST(UTF8, AgreesWithTheReferenceOnRandomTexts) {
     std::mt19937 random(1);
     std::uniform_int_distribution<std::size_t> anyLength(0, 40);
     std::uniform_int_distribution<int> anyByte(0, 0xFF);
-    std::uniform_int_distribution<char32_t> anyCharacter(0x80, 0xD7FF);
+    std::uniform_int_distribution<std::uint32_t> anyCharacter(0x80, 0xD7FF);
     for (int attempt = 0; attempt < 20'000; ++attempt) {
         std::string text;
         for (std::size_t left = anyLength(random); left > 0; --left) {
-            const char32_t character = anyCharacter(random);
+            const auto character = static_cast<char32_t>(anyCharacter(random));
             if (character % 3 == 0)
                 text += static_cast<char>(character % 0x80);
             else if (character % 17 == 0)

@@ -5,6 +5,7 @@
 #include <functional>
 #include <new>
 #include <stdexcept>
+#include <string>
 #include <system_error>
 
 #include <gtest/gtest.h>
@@ -29,6 +30,15 @@ std::string messageOf(const std::function<void()>& operation) {
         return userMessage(error);
     }
 }
+
+// What the C++ library calls these operations.
+#ifdef _LIBCPP_VERSION
+const std::string fileSizeFailed = "file_size";
+const std::string renameFailed = "rename";
+#else
+const std::string fileSizeFailed = "cannot get file size";
+const std::string renameFailed = "cannot rename";
+#endif
 
 RunOptions atTimeLimit() {
     RunOptions options;
@@ -63,9 +73,9 @@ TEST(UserMessage, IsOneTextForEveryFailure) {
         {"a file that is not there", [] { VistrelHandoffBuilder::sha256(fs::path("/no/such/file")); },
          "cannot open: /no/such/file: No such file or directory"},
         {"an error of the C++ library", [] { (void)fs::file_size("/no/such/file"); },
-         "cannot get file size: /no/such/file: No such file or directory"},
+         fileSizeFailed + ": /no/such/file: No such file or directory"},
         {"two paths", [] { fs::rename("/no/such/a", "/no/such/b"); },
-         "cannot rename: /no/such/a and /no/such/b: No such file or directory"},
+         renameFailed + ": /no/such/a and /no/such/b: No such file or directory"},
         {"no path", [&] { throw fs::filesystem_error("cannot read", noEntry); },
          "cannot read: No such file or directory"},
         {"no operation", [&] { throw fs::filesystem_error("", "/f", noEntry); },

@@ -20,8 +20,6 @@ class GrammarParser {
   public:
     explicit GrammarParser(std::string_view text) : rest_(text) {}
 
-    bool longExponent() const { return longExponent_; }
-
     bool document() {
         space();
         if (!value(0))
@@ -126,10 +124,7 @@ class GrammarParser {
         if (next('e') || next('E')) {
             if (!next('+'))
                 next('-');
-            const std::size_t length = digits();
-            if (length > 9)
-                longExponent_ = true;
-            return length > 0;
+            return digits() > 0;
         }
         return true;
     }
@@ -157,7 +152,6 @@ class GrammarParser {
     }
 
     std::string_view rest_;
-    bool longExponent_ = false;
 };
 
 } // namespace
@@ -168,7 +162,6 @@ GrammarResult parseByGrammar(std::string_view text) {
     GrammarParser parser(text);
     GrammarResult result;
     result.valid = parser.document();
-    result.longExponent = parser.longExponent();
     const std::size_t first = text.find_first_not_of(" \t\n\r");
     result.isObject = result.valid && text[first] == '{';
     return result;

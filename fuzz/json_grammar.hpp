@@ -11,8 +11,6 @@ namespace kinovane::fuzz {
 struct GrammarResult {
     bool valid = false;
     bool isObject = false; ///< Only of a valid text.
-    bool longExponent =
-        false; ///< A number has an exponent of more than nine digits, which Boost.JSON may refuse.
 };
 
 /// Skips a byte-order mark at the start. Shares no code with the library.

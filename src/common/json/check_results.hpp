@@ -5,8 +5,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "common/json/long_exponents.hpp"
 
 namespace kinovane::json {
 
@@ -37,6 +40,9 @@ class CheckResults {
 
     /// By the number of a map, the least key that has not been checked.
     std::map<std::size_t, std::string> uncheckedKeys;
+
+    /// Those of the document, if the parser refuses any.
+    std::optional<LongExponents> longExponents;
 
   private:
     struct LongList {

@@ -21,14 +21,22 @@ std::string_view withoutByteOrderMark(std::string_view text) {
     return text;
 }
 
-/// Throws JSONDecodingError when a value is wrong. One pass is enough, unless a map holds very many wrong
-/// values that later ones replace.
+const LongExponents* exponentsIn(const CheckResults& results) {
+    return results.longExponents ? &*results.longExponents : nullptr;
+}
+
+/// Throws JSONDecodingError when a value is wrong. One pass is enough, unless a number has a long exponent,
+/// or a map holds very many wrong values that later ones replace.
 CheckResults check(const Shape& shape, std::string_view document) {
     CheckResults results;
     for (;;) {
         results.clearLists();
         Parser parser(nullptr, shape, results);
-        static_cast<void>(parser.parse(document)); // Stores nothing, so memory is not exceeded.
+        // Stores nothing, so memory is not exceeded.
+        if (parser.parse(document, exponentsIn(results)) == Parser::Outcome::longExponent) {
+            results.longExponents = longExponentsOf(document);
+            continue;
+        }
         const std::optional<UncheckedKeys> unchecked = parser.finish();
         if (!unchecked)
             break;
@@ -68,7 +76,7 @@ void decodeInto(void* target, const Shape& shape, std::string_view document) {
     const std::string_view text = withoutByteOrderMark(document);
     {
         Parser parser(target, shape);
-        if (parser.parse(text) && !parser.finish())
+        if (parser.parse(text) == Parser::Outcome::done && !parser.finish())
             return;
     }
     shape.reset(target);
@@ -89,8 +97,8 @@ void checkAndDecodeInto(void* target, const Shape& shape, std::string_view docum
     document = withoutByteOrderMark(document);
     CheckResults results = check(shape, document);
     Parser parser(target, shape, results);
-    static_cast<void>(parser.parse(document)); // Memory is not limited.
-    static_cast<void>(parser.finish());        // Every key has been checked.
+    static_cast<void>(parser.parse(document, exponentsIn(results))); // Memory is not limited.
+    static_cast<void>(parser.finish());                              // Every key has been checked.
 }
 
 } // namespace kinovane::json

@@ -3,6 +3,7 @@
 #include "common/json/parser.hpp"
 
 #include <cstddef>
+#include <utility>
 
 #include <boost/json/basic_parser_impl.hpp>
 
@@ -24,7 +25,7 @@ constexpr std::size_t maxDepth = 512;
 /// that boost::json::basic_parser requires; a handler that returns false stops the parser.
 class EventHandler {
   public:
-    using Error = bj::error_code;
+    using Error = boost::system::error_code;
     using View = bj::string_view;
 
     static constexpr std::size_t max_array_size = SIZE_MAX;
@@ -36,6 +37,9 @@ class EventHandler {
         : builder_(target, shape, results) {}
 
     ValueBuilder& builder() { return builder_; }
+
+    /// The next part of the number that is being parsed stands for this text.
+    void replaceNumberPart(std::string_view text) { replacement_ = text; }
 
     bool on_document_begin(Error& /*error*/) { return true; }
     bool on_document_end(Error& /*error*/) { return true; }
@@ -69,7 +73,7 @@ class EventHandler {
     }
 
     // Boost.JSON's own conversion is not exact, so only the number's text is used.
-    bool on_number_part(View part, Error& /*error*/) { return append(part); }
+    bool on_number_part(View part, Error& /*error*/) { return append(replaced(part)); }
     bool on_int64(std::int64_t /*value*/, View lastPart, Error& error) { return onNumber(lastPart, error); }
     bool on_uint64(std::uint64_t /*value*/, View lastPart, Error& error) { return onNumber(lastPart, error); }
     bool on_double(double /*value*/, View lastPart, Error& error) { return onNumber(lastPart, error); }
@@ -91,6 +95,13 @@ class EventHandler {
         if (!builder_.skipping())
             token_.append({part.data(), part.size()});
         return true;
+    }
+
+    View replaced(View part) {
+        if (replacement_.empty())
+            return part;
+        const std::string_view text = std::exchange(replacement_, {});
+        return {text.data(), text.size()};
     }
 
     std::string_view join(View lastPart) { return token_.join({lastPart.data(), lastPart.size()}); }
@@ -115,16 +126,15 @@ class EventHandler {
 
     ValueBuilder builder_;
     TokenBuffer token_;
+    std::string_view replacement_;
 };
 
-std::string_view describe(bj::error_code code) {
+std::string_view describe(const boost::system::error_code& code) {
     switch (static_cast<bj::error>(code.value())) {
     case bj::error::incomplete:
         return "the document ends too early";
     case bj::error::too_deep:
         return "nested more than 512 levels deep";
-    case bj::error::exponent_overflow:
-        return "the number's exponent is too large";
     case bj::error::illegal_leading_surrogate:
     case bj::error::illegal_trailing_surrogate:
     case bj::error::expected_utf16_escape:
@@ -152,8 +162,27 @@ struct Parser::Implementation {
     Implementation(void* target, const Shape& shape, CheckResults* results)
         : parser(options(), target, shape, results) {}
 
-    std::size_t write(std::string_view text, bool more, bj::error_code& error) {
+    std::size_t write(std::string_view text, bool more, boost::system::error_code& error) {
         return parser.write_some(more, text.data(), text.size(), error);
+    }
+
+    /// Parses a whole document. Boost.JSON sees the digit 0 in place of each long exponent, because versions
+    /// before 1.83 refuse these.
+    std::size_t writeAll(std::string_view document, const LongExponents& exponents,
+                         boost::system::error_code& error) {
+        std::size_t position = 0;
+        for (const LongExponent& exponent : exponents) {
+            const std::string_view before = document.substr(position, exponent.offset - position);
+            position += write(before, true, error);
+            if (error || position < exponent.offset)
+                return position;
+            parser.handler().replaceNumberPart(document.substr(exponent.offset, exponent.length));
+            write("0", true, error);
+            if (error)
+                return position;
+            position += exponent.length;
+        }
+        return position + write(document.substr(position), false, error);
     }
 
     ValueBuilder& builder() { return parser.handler().builder(); }
@@ -169,12 +198,15 @@ Parser::Parser(void* target, const Shape& shape, CheckResults& results)
 
 Parser::~Parser() = default;
 
-bool Parser::parse(std::string_view document) {
+Parser::Outcome Parser::parse(std::string_view document, const LongExponents* exponents) {
     implementation_->builder().setDocumentSize(document.size());
-    bj::error_code error;
-    const std::size_t end = implementation_->write(document, false, error);
+    boost::system::error_code error;
+    const std::size_t end =
+        implementation_->writeAll(document, exponents == nullptr ? LongExponents() : *exponents, error);
     if (implementation_->builder().memoryExceeded())
-        return false;
+        return Outcome::memoryExceeded;
+    if (error == bj::error::exponent_overflow && exponents == nullptr)
+        return Outcome::longExponent;
     if (error) {
         if (error == bj::error::syntax)
             if (const auto offset = invalidUTF8At(document, end))
@@ -183,17 +215,17 @@ bool Parser::parse(std::string_view document) {
     }
     if (end < document.size())
         throwSyntaxError(document, end, "something follows the end of the document");
-    return true;
+    return Outcome::done;
 }
 
 bool Parser::parseChunk(std::string_view chunk, std::uint64_t documentSize) {
     implementation_->builder().setDocumentSize(documentSize);
-    bj::error_code error;
+    boost::system::error_code error;
     return implementation_->write(chunk, true, error) == chunk.size() && !error;
 }
 
 bool Parser::parseEnd() {
-    bj::error_code error;
+    boost::system::error_code error;
     implementation_->write({}, false, error);
     return !error;
 }

@@ -9,6 +9,7 @@
 
 #include "common/json/check_results.hpp"
 #include "common/json/failure.hpp"
+#include "common/json/long_exponents.hpp"
 #include "common/json/shape.hpp"
 
 namespace kinovane::json {
@@ -28,9 +29,15 @@ class Parser {
     Parser& operator=(const Parser&) = delete;
     ~Parser();
 
-    /// Parses a whole document. Returns false when its values would take too much memory. Throws
+    enum class Outcome {
+        done,
+        memoryExceeded, ///< The values would take too much memory.
+        longExponent,   ///< Has to be parsed again, with the long exponents of the document.
+    };
+
+    /// Parses a whole document. `exponents` are its long exponents, or null when they are not known. Throws
     /// JSONDecodingError when the document is not valid JSON.
-    bool parse(std::string_view document);
+    Outcome parse(std::string_view document, const LongExponents* exponents = nullptr);
 
     /// Parses the next chunk of a document that has at least `documentSize` bytes. Returns false when the
     /// document is not valid JSON, or its values would take too much memory.

@@ -48,8 +48,8 @@ class KINOVANE_EXPORT TaskAction {
     virtual void run() = 0;
 };
 
-/// Moves a function object out of a variable. A std::function that was moved from may still hold a copy of its
-/// target, which would be destroyed with the variable; so it is emptied.
+/// Moves a function object out of a variable. A std::function that was moved from may still hold a copy of
+/// its target, which would be destroyed with the variable; so it is emptied.
 template <class Function>
 Function moveOut(Function& function) {
     if constexpr (std::is_assignable_v<Function&, std::nullptr_t>)

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "common/files/denied_access.hpp"
 #include "common/files/location.hpp"
 
 namespace kinovane {
@@ -31,7 +32,7 @@ bool leavesDirectory(const PathResolution& resolution, std::error_code error) {
     const bool isOutside = !resolution.isBelowStart() && !(error && resolution.isAtStart());
     // A directory outside that may not be searched still shows that the path leads out. Any other error
     // there, such as too many open files, does not show where the path leads.
-    return isOutside && (!error || error == std::errc::permission_denied);
+    return isOutside && (!error || isDenied(error));
 }
 
 } // namespace kinovane

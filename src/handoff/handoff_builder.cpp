@@ -72,6 +72,24 @@ VistrelHandoffProject headerOf(const FilmProject& project, const FilmProductionP
     return header;
 }
 
+/// Whether one of the directories that a location names is another kind of file.
+bool leadsThroughFile(fs::path location) {
+    std::error_code error;
+    while (!fs::exists(location, error) && location.has_relative_path())
+        location = location.parent_path();
+    return fs::exists(location, error) && !fs::is_directory(location, error);
+}
+
+void createDirectories(const fs::path& location) {
+    std::error_code error;
+    fs::create_directories(location, error);
+    // Below a file, libc++ reports only that something exists.
+    if (error == std::errc::file_exists && leadsThroughFile(location))
+        error = std::make_error_code(std::errc::not_a_directory);
+    if (error)
+        throw fs::filesystem_error("cannot create directories", location, error);
+}
+
 } // namespace
 
 VistrelHandoff VistrelHandoffBuilder::build(const FilmWorkspaceSnapshot& from, const std::string& projectRoot,
@@ -101,7 +119,7 @@ VistrelHandoff VistrelHandoffBuilder::build(const FilmWorkspaceSnapshot& from, c
 std::string VistrelHandoffBuilder::write(const VistrelHandoff& handoff, const fs::path& to) {
     const TextBuffer document = documentOf(handoff);
     if (const fs::path parent = to.parent_path(); !parent.empty() && !holdsNUL(to.native()))
-        fs::create_directories(parent);
+        createDirectories(parent);
     FileDigest digests;
     AtomicFile file(to);
     for (const std::string_view chunk : document.chunks())

@@ -11,6 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "common/files/denied_access.hpp"
 #include "common/files/file_lease.hpp"
 #include "common/files/standard_descriptors.hpp"
 #include "handoff/link_kind.hpp"
@@ -79,7 +80,7 @@ std::error_code PathResolution::resolveName(std::string name, Pending& pending) 
     struct stat status{};
     if (::fstatat(workingDirectory().descriptor(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
         // No permission to search is needed to continue with the text only.
-        if (errno != ENOENT && errno != ENAMETOOLONG && (errno != EACCES || exists()))
+        if (errno != ENOENT && errno != ENAMETOOLONG && (!isDenied(errno) || exists()))
             return lastError();
         beginTrailing(std::move(name), static_cast<std::errc>(errno));
         return {};

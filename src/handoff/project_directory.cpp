@@ -15,6 +15,7 @@
 
 #include <kinovane/handoff.hpp>
 
+#include "common/files/denied_access.hpp"
 #include "common/files/location.hpp"
 #include "common/files/standard_descriptors.hpp"
 #include "handoff/containment.hpp"
@@ -111,7 +112,7 @@ RegularFile ProjectDirectory::open(const std::string& path) const {
             throw unsafe();
         if (!error && (isTooLong || !resolution.exists()))
             throw missing();
-        if (isTooLong && error == std::errc::permission_denied)
+        if (isTooLong && isDenied(error))
             throw missing();
         if (!error) {
             if (Descriptor descriptor = resolution.open(RegularFile::openFlags))

@@ -28,7 +28,7 @@ const std::vector<FaultRow>& faultTable() {
         {Call::lstat, {EACCES, EIO, ENOMEM, ESTALE}, {}},
         {Call::faccessat, {EACCES, EIO, ENOMEM, EROFS}, {}},
         {Call::fchmod, {EPERM, EIO, EROFS}, {}},
-        {Call::fsync, {EIO, ENOSPC, EDQUOT, EROFS, EINVAL, EINTR}, {EIO, ENOSPC}},
+        {Call::fsync, {EIO, ENOSPC, EDQUOT, EROFS, EINVAL, ENOTSUP, EINTR}, {EIO, ENOSPC}},
         {Call::renameat, {EACCES, EPERM, EIO, ENOSPC, EDQUOT, EROFS, ENOMEM}, {EIO}},
         {Call::unlinkat, {EACCES, EIO}, {EIO}},
         {Call::readlink, {EACCES, EIO, ENOMEM, ESTALE}, {}},

@@ -122,8 +122,8 @@ void printInputKind(Words /*words*/) {
 /// Writes "ready", waits for SIGTERM, writes the text and ends.
 void cleanUpOnTerm(Words words) {
     sigset_t term;
-    ::sigemptyset(&term);
-    ::sigaddset(&term, SIGTERM);
+    sigemptyset(&term);
+    sigaddset(&term, SIGTERM);
     if (::sigprocmask(SIG_BLOCK, &term, nullptr) != 0)
         fail("sigprocmask");
     print("ready");
@@ -143,13 +143,13 @@ void listDescriptors(Words /*words*/) {
 
 void listSignals(Words /*words*/) {
     sigset_t mask;
-    ::sigemptyset(&mask);
+    sigemptyset(&mask);
     if (::sigprocmask(SIG_BLOCK, nullptr, &mask) != 0)
         fail("sigprocmask");
     std::string blocked = "blocked:";
     std::string ignored = "ignored:";
     for (int signal = 1; signal <= 64; ++signal) {
-        if (::sigismember(&mask, signal) == 1)
+        if (sigismember(&mask, signal) == 1)
             blocked += " " + std::to_string(signal);
         struct sigaction action{};
         if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN)

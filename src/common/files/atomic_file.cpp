@@ -14,6 +14,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "common/files/denied_access.hpp"
 #include "common/files/location.hpp"
 #include "common/files/standard_descriptors.hpp"
 
@@ -59,17 +60,24 @@ int syncToDisk(int descriptor) {
     return static_cast<int>(retryInterrupted([&] { return ::fsync(descriptor); }));
 }
 
+// These open a directory without read permission.
+#if defined(O_PATH)
+constexpr int searchFlags = O_PATH;
+#elif defined(O_SEARCH)
+constexpr int searchFlags = O_SEARCH;
+#else
+constexpr int searchFlags = O_RDONLY;
+#endif
+
 /// Opens a directory for the *at functions. One that may be written but not listed cannot be opened for
-/// reading, but O_PATH needs no read permission.
+/// reading.
 Descriptor openDirectory(const fs::path& directory) {
     const auto open = [&](int flags) {
         return openAboveStandard([&] { return ::open(directory.c_str(), flags | O_DIRECTORY | O_CLOEXEC); });
     };
     Descriptor descriptor = open(O_RDONLY);
-#ifdef O_PATH
-    if (!descriptor && errno == EACCES)
-        descriptor = open(O_PATH);
-#endif
+    if (!descriptor && isDenied(errno))
+        descriptor = open(searchFlags);
     return descriptor;
 }
 
@@ -187,8 +195,9 @@ void AtomicFile::replaceTarget() {
     if (::renameat(directory_.get(), temporaryName_.c_str(), directory_.get(), name.c_str()) != 0)
         fail("cannot replace", target_, errno);
     temporaryName_.clear();
-    // EINVAL: the file system cannot sync directories. EBADF: the directory was opened with O_PATH.
-    if (syncToDisk(directory_.get()) != 0 && errno != EINVAL && errno != EBADF)
+    // EINVAL or ENOTSUP: the file system cannot sync directories. EBADF: the directory was opened with
+    // `searchFlags`.
+    if (syncToDisk(directory_.get()) != 0 && errno != EINVAL && errno != ENOTSUP && errno != EBADF)
         fail("cannot make durable", target_, errno);
 }
 

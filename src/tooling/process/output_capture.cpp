@@ -46,14 +46,13 @@ class Stream {
     // works as before.
     void enlargePipe() noexcept {
 #ifdef F_SETPIPE_SZ
+        constexpr std::size_t largePipe = std::size_t{1} << 20U;
         if (!enlarged_ && text_.size() >= largePipe) {
             ::fcntl(pipe_, F_SETPIPE_SZ, static_cast<int>(largePipe));
             enlarged_ = true;
         }
 #endif
     }
-
-    static constexpr std::size_t largePipe = std::size_t{1} << 20U;
 
     int pipe_;
     TextBuffer text_;

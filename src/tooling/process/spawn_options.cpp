@@ -34,7 +34,12 @@ void SpawnFileActions::connect(const Descriptor& input, int output, int errors) 
                 ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
     duplicate(output, STDOUT_FILENO);
     duplicate(errors, STDERR_FILENO);
-#ifndef __APPLE__
+#ifdef __APPLE__
+    // POSIX_SPAWN_CLOEXEC_DEFAULT closes all others.
+    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        require("posix_spawn_file_actions_addinherit_np",
+                ::posix_spawn_file_actions_addinherit_np(&actions_, number));
+#else
     require("posix_spawn_file_actions_addclosefrom_np",
             ::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
 #endif
@@ -56,8 +61,9 @@ SpawnAttributes::~SpawnAttributes() { ::posix_spawnattr_destroy(&attributes_); }
 void SpawnAttributes::set(bool leadsGroup) {
     sigset_t none;
     sigset_t all;
-    ::sigemptyset(&none);
-    ::sigfillset(&all);
+    // Without "::", because these are macros on macOS.
+    sigemptyset(&none);
+    sigfillset(&all);
     require("posix_spawnattr_setsigmask", ::posix_spawnattr_setsigmask(&attributes_, &none));
     require("posix_spawnattr_setsigdefault", ::posix_spawnattr_setsigdefault(&attributes_, &all));
     int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;

@@ -112,14 +112,14 @@ TEST(ProcessIsolation, ResetsSignals) {
         {"all blocked",
          [] {
              sigset_t all;
-             ::sigfillset(&all);
+             sigfillset(&all);
              require(::sigprocmask(SIG_BLOCK, &all, nullptr) == 0);
          }},
         {"one blocked and ignored",
          [] {
              sigset_t one;
-             ::sigemptyset(&one);
-             ::sigaddset(&one, SIGUSR1);
+             sigemptyset(&one);
+             sigaddset(&one, SIGUSR1);
              require(::sigprocmask(SIG_BLOCK, &one, nullptr) == 0);
              setAction(SIGUSR1, SIG_IGN);
          }},
@@ -155,8 +155,8 @@ TEST(ProcessIsolation, LetsSignalsEndAProgram) {
     EXPECT_EQ(inForkedProcess([] {
                   setAction(SIGTERM, SIG_IGN);
                   sigset_t one;
-                  ::sigemptyset(&one);
-                  ::sigaddset(&one, SIGTERM);
+                  sigemptyset(&one);
+                  sigaddset(&one, SIGTERM);
                   require(::sigprocmask(SIG_BLOCK, &one, nullptr) == 0);
                   return outputOfTestProgram({"signal", "15"});
               }),

@@ -7,8 +7,8 @@
 
 namespace kinovane {
 
-/// Whether a system call failed because the access is denied: EACCES by permission bits, or EPERM by the privacy
-/// settings of macOS.
+/// Whether a system call failed because the access is denied: EACCES by permission bits, or EPERM by the
+/// privacy settings of macOS.
 constexpr bool isDenied(int error) noexcept { return error == EACCES || error == EPERM; }
 
 inline bool isDenied(std::error_code error) noexcept {

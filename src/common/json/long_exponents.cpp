@@ -34,8 +34,7 @@ LongExponents longExponentsOf(std::string_view document) {
         ++position;
         if (position < document.size() && (document[position] == '+' || document[position] == '-'))
             ++position;
-        const std::size_t end =
-            std::min(document.find_first_not_of("0123456789", position), document.size());
+        const std::size_t end = std::min(document.find_first_not_of("0123456789", position), document.size());
         if (end - position > mostShortDigits)
             result.push_back({position, end - position});
         position = end;

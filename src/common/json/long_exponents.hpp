@@ -18,8 +18,8 @@ struct LongExponent {
 
 using LongExponents = std::vector<LongExponent>;
 
-/// The exponents of more than nine digits in a document. Where the document is not valid JSON, the rest of the
-/// result means nothing.
+/// The exponents of more than nine digits in a document. Where the document is not valid JSON, the rest of
+/// the result means nothing.
 LongExponents longExponentsOf(std::string_view document);
 
 } // namespace kinovane::json

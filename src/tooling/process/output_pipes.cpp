@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -34,20 +35,33 @@ Pipe openPipe() {
     return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
+/// Reserved numbers are not enough: another thread may have reserved them at that moment, and released them
+/// before the pipe is opened. A pipe that got one of them keeps it until the next is open.
+Pipe openHighPipe() {
+    std::array<Pipe, 3> low;
+    for (Pipe& held : low) {
+        Pipe pipe = openPipe();
+        if (!isStandard(pipe.readEnd.get()) && !isStandard(pipe.writeEnd.get()))
+            return pipe;
+        held = std::move(pipe);
+    }
+    return openPipe();
+}
+
 } // namespace
 
 Pipe openPipeAboveStandard() {
     const ReservedStandardDescriptors reserved;
     if (reserved.error() != 0)
         failPipe(reserved.error());
-    return openPipe();
+    return openHighPipe();
 }
 
 OutputPipes openOutputPipes() {
     const ReservedStandardDescriptors reserved;
     if (reserved.error() != 0)
         failPipe(reserved.error());
-    return {openPipe(), openPipe()};
+    return {openHighPipe(), openHighPipe()};
 }
 
 } // namespace kinovane

@@ -52,7 +52,7 @@ src/handoff a.cpp "tooling/film_tool/replies.hpp"
 src/agent_runtime a.cpp "handoff/project_directory.hpp"
 src/agent_runtime a.cpp "workspace/plan_tables.hpp"
 tools kinovane/a.cpp "common/utf8.hpp"
-tools kinovane/a.cpp <boost/json.hpp>
+tools kinovane/a.cpp <openssl/evp.h>
 simulators vistrel/a.cpp <kinovane/json.hpp>
 simulators vistrel/a.cpp "common/json/decoder.hpp"
 examples a.cpp <boost/json.hpp>

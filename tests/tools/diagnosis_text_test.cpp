@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "diagnosis_text.hpp"
+#include "commands/diagnosis_text.hpp"
 
 #include <filesystem>
 #include <optional>
@@ -11,7 +11,7 @@
 
 #include <kinovane/json.hpp>
 
-#include "diagnosis.hpp"
+#include "commands/diagnosis.hpp"
 
 namespace kinovane::tool {
 

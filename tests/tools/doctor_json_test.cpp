@@ -10,7 +10,7 @@
 #include <boost/json.hpp>
 #include <gtest/gtest.h>
 
-#include "diagnosis_text.hpp"
+#include "commands/diagnosis_text.hpp"
 #include "support/temporary_directory.hpp"
 #include "tools/command_line_tool.hpp"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "human_text.hpp"
+#include "terminal/human_text.hpp"
 
 #include <cstdint>
 #include <limits>
@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "text_table.hpp"
+#include "terminal/text_table.hpp"
 
 namespace kinovane::tool {
 

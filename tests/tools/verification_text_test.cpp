@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "verification_line.hpp"
+#include "terminal/verification_line.hpp"
 
 namespace kinovane::tool {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "command_line.hpp"
-#include "exit_status.hpp"
-#include "output.hpp"
+#include "arguments/command_line.hpp"
+#include "session/exit_status.hpp"
+#include "session/output.hpp"
 
 namespace kinovane::tool {
 

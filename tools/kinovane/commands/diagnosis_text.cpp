@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "diagnosis_text.hpp"
+#include "commands/diagnosis_text.hpp"
 
 #include <algorithm>
 #include <string_view>
 #include <utility>
 
-#include "human_text.hpp"
-#include "json_text.hpp"
-#include "text_table.hpp"
+#include "terminal/human_text.hpp"
+#include "json/json_text.hpp"
+#include "terminal/text_table.hpp"
 
 namespace kinovane::tool {
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "command_line.hpp"
+#include "arguments/command_line.hpp"
 
 #include <algorithm>
 #include <charconv>

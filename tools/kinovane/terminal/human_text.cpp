@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "human_text.hpp"
+#include "terminal/human_text.hpp"
 
 #include <algorithm>
 #include <array>

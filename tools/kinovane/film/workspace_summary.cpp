@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "workspace_summary.hpp"
+#include "film/workspace_summary.hpp"
 
 #include <algorithm>
 #include <array>

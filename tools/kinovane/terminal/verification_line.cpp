@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "verification_line.hpp"
+#include "terminal/verification_line.hpp"
 
 #include <algorithm>
 #include <limits>
@@ -9,8 +9,8 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include "human_text.hpp"
-#include "output.hpp"
+#include "terminal/human_text.hpp"
+#include "session/output.hpp"
 
 namespace kinovane::tool {
 

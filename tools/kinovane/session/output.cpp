@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "output.hpp"
+#include "session/output.hpp"
 
 #include <cerrno>
 #include <filesystem>

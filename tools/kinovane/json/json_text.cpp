@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "json_text.hpp"
+#include "json/json_text.hpp"
 
 #include <array>
 #include <charconv>

@@ -6,10 +6,10 @@
 #include <string>
 #include <variant>
 
-#include "doctor.hpp"
-#include "inspect.hpp"
-#include "publish.hpp"
-#include "verify.hpp"
+#include "commands/doctor.hpp"
+#include "commands/inspect.hpp"
+#include "commands/publish.hpp"
+#include "commands/verify.hpp"
 
 namespace kinovane::tool {
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "diagnosis.hpp"
+#include "commands/diagnosis.hpp"
 
 namespace kinovane::tool {
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "verify.hpp"
+#include "commands/verify.hpp"
 
 #include <algorithm>
 #include <string>
@@ -10,11 +10,11 @@
 #include <kinovane/handoff.hpp>
 #include <kinovane/workspace.hpp>
 
-#include "human_text.hpp"
-#include "json_text.hpp"
-#include "output.hpp"
-#include "verification_line.hpp"
-#include "workspace_summary.hpp"
+#include "terminal/human_text.hpp"
+#include "json/json_text.hpp"
+#include "session/output.hpp"
+#include "terminal/verification_line.hpp"
+#include "film/workspace_summary.hpp"
 
 namespace kinovane::tool {
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "diagnosis.hpp"
+#include "commands/diagnosis.hpp"
 
 #include <algorithm>
 #include <variant>

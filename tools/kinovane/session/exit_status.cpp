@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "exit_status.hpp"
+#include "session/exit_status.hpp"
 
 #include <exception>
 #include <filesystem>
@@ -15,10 +15,10 @@
 #include <kinovane/tooling.hpp>
 #include <kinovane/workspace.hpp>
 
-#include "command_line.hpp"
-#include "human_text.hpp"
-#include "output.hpp"
-#include "publish.hpp"
+#include "arguments/command_line.hpp"
+#include "terminal/human_text.hpp"
+#include "session/output.hpp"
+#include "commands/publish.hpp"
 
 namespace kinovane::tool {
 

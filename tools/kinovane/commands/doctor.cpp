@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "doctor.hpp"
+#include "commands/doctor.hpp"
 
 #include <filesystem>
 #include <utility>
@@ -8,9 +8,9 @@
 #include <kinovane/agent_runtime.hpp>
 #include <kinovane/tooling.hpp>
 
-#include "diagnosis.hpp"
-#include "diagnosis_text.hpp"
-#include "output.hpp"
+#include "commands/diagnosis.hpp"
+#include "commands/diagnosis_text.hpp"
+#include "session/output.hpp"
 
 namespace kinovane::tool {
 

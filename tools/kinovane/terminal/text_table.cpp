@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "text_table.hpp"
+#include "terminal/text_table.hpp"
 
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
 
-#include "human_text.hpp"
+#include "terminal/human_text.hpp"
 
 namespace kinovane::tool {
 

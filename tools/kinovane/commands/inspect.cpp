@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "inspect.hpp"
+#include "commands/inspect.hpp"
 
 #include <string>
 #include <utility>
@@ -8,11 +8,11 @@
 
 #include <kinovane/workspace.hpp>
 
-#include "human_text.hpp"
-#include "json_text.hpp"
-#include "output.hpp"
-#include "text_table.hpp"
-#include "workspace_summary.hpp"
+#include "terminal/human_text.hpp"
+#include "json/json_text.hpp"
+#include "session/output.hpp"
+#include "terminal/text_table.hpp"
+#include "film/workspace_summary.hpp"
 
 namespace kinovane::tool {
 

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "exit_status.hpp"
+#include "session/exit_status.hpp"
 
 namespace kinovane::tool {
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "publish.hpp"
+#include "commands/publish.hpp"
 
 #include <limits>
 #include <utility>
@@ -12,11 +12,11 @@
 #include <kinovane/tooling.hpp>
 #include <kinovane/workspace.hpp>
 
-#include "human_text.hpp"
-#include "json_text.hpp"
-#include "output.hpp"
-#include "verification_line.hpp"
-#include "workspace_summary.hpp"
+#include "terminal/human_text.hpp"
+#include "json/json_text.hpp"
+#include "session/output.hpp"
+#include "terminal/verification_line.hpp"
+#include "film/workspace_summary.hpp"
 
 namespace kinovane::tool {
 

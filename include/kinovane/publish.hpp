@@ -58,7 +58,9 @@ class KINOVANE_EXPORT PublishError final : public CaseError<PublishErrorCases> {
     ~PublishError() override;
 };
 
-/// The options of a publish. Both functions are called on the operation's worker threads, one call at a time;
+struct PublishReceipt;
+
+/// The options of a publish. The functions are called on the operation's worker threads, one call at a time;
 /// an exception from one of them ends the publish and arrives through the task.
 struct KINOVANE_EXPORT PublishOptions {
     std::optional<std::string> exportedAt = {}; ///< As for VistrelHandoffBuilder::build.
@@ -71,8 +73,16 @@ struct KINOVANE_EXPORT PublishOptions {
     /// stopped may have changed Vistrel's library.
     StopToken stop = {};
 
-    std::function<void(PublishStep)> onStep = {};
+    std::function<void(PublishStep)> onStep = {}; ///< Called when a step begins.
     std::function<void(const VerificationProgress&)> onProgress = {};
+
+    std::function<void(const ArtifactOutcome&)> onOutcome = {}; ///< As in HandoffBuildOptions.
+    bool examineAll = false;                                    ///< As in HandoffBuildOptions.
+
+    /// Called when a step is done, with the receipt as far as it is filled: `warnings` after the preflight,
+    /// `manifestDigest` after the write, `validation` after the dry run, `imported` after the import. A step
+    /// that fails is not done.
+    std::function<void(PublishStep, const PublishReceipt&)> onStepDone = {};
 };
 
 /// A publish that succeeded. An independent value.
@@ -94,7 +104,8 @@ struct KINOVANE_EXPORT PublishReceipt {
 /// missing program is reported at once. Whether `manifest` can be written is known only once `write` has done
 /// so.
 ///
-/// The operation runs on a thread of its own. The arguments are copied.
+/// The importer's standard input is empty. The operation runs on a thread of its own. The arguments are
+/// copied.
 KINOVANE_EXPORT Task<PublishReceipt> publish(FilmWorkspaceSnapshot snapshot, std::string projectRoot,
                                              std::filesystem::path manifest, VistrelClient importer,
                                              PublishOptions options = PublishOptions());

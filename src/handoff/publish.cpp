@@ -29,22 +29,33 @@ class Publish {
         begin(PublishStep::preflight);
         receipt.warnings = requireNoBlockingFinding();
         requireImporter();
+        end(PublishStep::preflight, receipt);
 
         begin(PublishStep::build);
-        const VistrelHandoff handoff = VistrelHandoffBuilder::build(
-            snapshot_, projectRoot_, options_.exportedAt,
-            {.workers = options_.workers, .onProgress = options_.onProgress, .stop = options_.stop});
+        const VistrelHandoff handoff =
+            VistrelHandoffBuilder::build(snapshot_, projectRoot_, options_.exportedAt,
+                                         {.workers = options_.workers,
+                                          .onProgress = options_.onProgress,
+                                          .stop = options_.stop,
+                                          .onOutcome = options_.onOutcome,
+                                          .examineAll = options_.examineAll});
+        end(PublishStep::build, receipt);
 
         begin(PublishStep::write);
         receipt.manifestDigest = VistrelHandoffBuilder::write(handoff, manifest_);
+        end(PublishStep::write, receipt);
 
         RunOptions run;
         run.stop = options_.stop;
+        // An importer that can be stopped is not in the terminal's foreground: reading would suspend it.
+        run.standardInput = StandardInput::empty;
         begin(PublishStep::validate);
         receipt.validation = accepted(PublishStep::validate, importer_.validate(manifest_, run));
+        end(PublishStep::validate, receipt);
         if (!options_.dryRun) {
             begin(PublishStep::import);
             receipt.imported = accepted(PublishStep::import, importer_.import(manifest_, run));
+            end(PublishStep::import, receipt);
         }
         return receipt;
     }
@@ -55,6 +66,11 @@ class Publish {
             throw std::system_error(std::make_error_code(std::errc::operation_canceled));
         if (options_.onStep)
             options_.onStep(step);
+    }
+
+    void end(PublishStep step, const PublishReceipt& receipt) const {
+        if (options_.onStepDone)
+            options_.onStepDone(step, receipt);
     }
 
     /// Returns the warnings.

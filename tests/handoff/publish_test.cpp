@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <gmock/gmock.h>
 
 #include <kinovane/publish.hpp>
 
+#include "support/forked_process.hpp"
 #include "support/sample_film.hpp"
 #include "support/variable.hpp"
 
@@ -54,6 +58,25 @@ TEST_F(Publish, DoesEveryStepInOrder) {
     ASSERT_TRUE(receipt.imported);
     EXPECT_EQ(receipt.imported->importedShots, 7);
     EXPECT_TRUE(fs::exists(library_ / receipt.imported->projectId / "manifest.json"));
+}
+
+TEST_F(Publish, GivesTheImporterAnEmptyStandardInput) {
+    const fs::path importer = directory_.write("importer", R"sh(#!/bin/sh
+[ -z "$(cat)" ] || exit 9
+echo '{"ok":true,"project_id":"p"}'
+)sh");
+    fs::permissions(importer, fs::perms::owner_all);
+    const std::string input = directory_.write("input", "words of the user").string();
+    EXPECT_EQ(inForkedProcess([&] {
+                  ::close(0);
+                  if (::open(input.c_str(), O_RDONLY) != 0)
+                      return std::string("the input was not opened");
+                  return publish(snapshot_, sampleFilm().string(), manifest_,
+                                 VistrelClient(importer.string()))
+                      .get()
+                      .validation.projectId;
+              }),
+              "p");
 }
 
 TEST_F(Publish, EndsAfterTheDryRunWhenAsked) {
@@ -139,6 +162,54 @@ TEST_F(Publish, StopsBeforeTheNextStep) {
     };
     EXPECT_THROW(start(options).get(), std::system_error);
     EXPECT_FALSE(fs::exists(library_));
+}
+
+TEST_F(Publish, ReportsTheReceiptAfterEveryStep) {
+    std::vector<std::pair<PublishStep, PublishReceipt>> done;
+    PublishOptions options;
+    options.onStepDone = [&](PublishStep step, const PublishReceipt& receipt) {
+        done.emplace_back(step, receipt);
+    };
+    const PublishReceipt receipt = start(options).get();
+    PublishReceipt expected;
+    expected.manifest = manifest_;
+    expected.warnings = receipt.warnings;
+    std::vector<std::pair<PublishStep, PublishReceipt>> rows{{PublishStep::preflight, expected},
+                                                             {PublishStep::build, expected}};
+    expected.manifestDigest = receipt.manifestDigest;
+    rows.emplace_back(PublishStep::write, expected);
+    expected.validation = receipt.validation;
+    rows.emplace_back(PublishStep::validate, expected);
+    rows.emplace_back(PublishStep::import, receipt);
+    EXPECT_EQ(done, rows);
+}
+
+TEST_F(Publish, ReportsNoStepThatFailedAsDone) {
+    const Variable how("VISTREL_MISBEHAVE", "not-ok");
+    std::vector<PublishStep> done;
+    PublishOptions options;
+    options.onStepDone = [&](PublishStep step, const PublishReceipt&) { done.push_back(step); };
+    EXPECT_THROW(start(options).get(), PublishError);
+    EXPECT_THAT(done, ElementsAre(PublishStep::preflight, PublishStep::build, PublishStep::write));
+}
+
+TEST_F(Publish, ReportsAllDamagedFilesWhenAsked) {
+    WorkspaceMaker workspace;
+    workspace.list("poster", "first.png");
+    workspace.add("poster", "sound.png", "a poster");
+    workspace.list("poster", "second.png");
+    std::vector<std::string> damaged;
+    PublishOptions options;
+    options.examineAll = true;
+    options.onOutcome = [&](const ArtifactOutcome& outcome) {
+        if (!outcome.sound())
+            damaged.push_back(outcome.artifact.path);
+    };
+    EXPECT_EQ(messageOf(publish(workspace.snapshot, workspace.directory.path().string(), manifest_,
+                                VistrelClient(programPath("vistrel")), options)),
+              "The handoff artifact is missing: first.png");
+    EXPECT_THAT(damaged, ElementsAre("first.png", "second.png"));
+    EXPECT_FALSE(fs::exists(manifest_));
 }
 
 TEST_F(Publish, EndsWithWhatACallbackThrows) {

@@ -76,8 +76,9 @@ bool isRequestedStop(const std::system_error& error) {
 
 /// "vistrel was ended by signal 9 (Killed)", with the words of the program.
 std::string describeSignal(const FilmToolErrorCases::commandFailed& failed, int signal) {
-    std::string text = std::filesystem::path(failed.result.executable).filename().string() +
-                       " was ended by signal " + std::to_string(signal) + " (" + signalName(signal) + ")";
+    const std::string text = std::filesystem::path(failed.result.executable).filename().string() +
+                             " was ended by signal " + std::to_string(signal) + " (" + signalName(signal) +
+                             ")";
     const std::string& words = failed.result.stderr;
     const std::size_t end = words.find_last_not_of(" \t\r\n");
     return text + (end == std::string::npos ? "." : ": " + words.substr(0, end + 1));

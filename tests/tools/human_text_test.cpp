@@ -60,56 +60,6 @@ TEST(HumanText, ShowsCounts) {
     EXPECT_EQ(countText(2, "file", "files"), "2 files");
 }
 
-TEST(HumanText, ReplacesControlCharactersBySpaces) {
-    struct Row {
-        std::string sentence, text, expected;
-    };
-    const std::vector<Row> rows{
-        {"plain text", "Brèmes — 灯", "Brèmes — 灯"},
-        {"line breaks and tabs", "a\nb\tc\r", "a b c "},
-        {"an escape sequence", "\x1b[2Jx", " [2Jx"},
-        {"a control character of two bytes",
-         "a\xc2\x9b"
-         "2J",
-         "a 2J"},
-        {"a control character of one byte",
-         "a\x9b"
-         "2J",
-         "a 2J"},
-        {"DEL", "a\x7f", "a "},
-    };
-    for (const Row& row : rows)
-        EXPECT_EQ(plainText(row.text), row.expected) << row.sentence;
-}
-
-TEST(HumanText, MeasuresDisplayWidths) {
-    struct Row {
-        std::string text;
-        std::size_t expected;
-    };
-    const std::vector<Row> rows{{"", 0},     {"lamp", 4}, {"Brèmes", 6}, {"e\xcc\x80", 1},
-                                {"灯火", 4}, {"🎬", 2},   {"\xff", 1}};
-    for (const Row& row : rows)
-        EXPECT_EQ(displayWidth(row.text), row.expected) << row.text;
-}
-
-TEST(HumanText, WrapsLines) {
-    struct Row {
-        std::string sentence, text;
-        std::size_t width;
-        std::vector<std::string> expected;
-    };
-    const std::vector<Row> rows{
-        {"an empty text is one empty line", "", 5, {""}},
-        {"a text that fits", "a lamp", 6, {"a lamp"}},
-        {"a text that does not fit", "a lamp for", 6, {"a lamp", "for"}},
-        {"a long word gets its own line", "a lighthouse on", 6, {"a", "lighthouse", "on"}},
-        {"columns count, not bytes", "éé éé", 5, {"éé éé"}},
-    };
-    for (const Row& row : rows)
-        EXPECT_EQ(wrappedText(row.text, row.width), row.expected) << row.sentence;
-}
-
 TEST(TextTable, AlignsItsColumnsAndWrapsTheLast) {
     using enum TextTable::Alignment;
     TextTable numbers({left, right});
@@ -124,6 +74,57 @@ TEST(TextTable, AlignsItsColumnsAndWrapsTheLast) {
     EXPECT_EQ(prose.text(), "  a  " + std::string(60, 'x') + "\n     " + std::string(60, 'y') + "\n  b\n");
 
     EXPECT_THROW(prose.add({"alone"}), std::logic_error);
+}
+
+TEST(TextTable, CutsWideCells) {
+    using enum TextTable::Alignment;
+    TextTable table({left, left});
+    table.add({std::string(1000, 'x'), "y"});
+    table.add({"a", "b"});
+    EXPECT_EQ(table.text(200), "  " + std::string(99, 'x') + "…  y\n  a" + std::string(101, ' ') + "b\n");
+}
+
+TEST(TextTable, FitsTerminalsOfAnyWidth) {
+    using enum TextTable::Alignment;
+    TextTable table({left, right, left});
+    table.add({"灯火", "7", "The lamp on the quay is lit."});
+    table.add({"ที่", "12", "火災報知器が夜中に鳴り続けている"});
+    table.addUnwrapped({"e\u0301", "", "/a path/that can be copied/run.json"});
+    struct Row {
+        std::string sentence;
+        std::size_t columns;
+        std::string expected;
+    };
+    const std::string narrow = "  灯火   7  The lamp on the quay\n"
+                               "            is lit.\n"
+                               "  ที่     12  火災報知器が夜中に鳴\n"
+                               "            り続けている\n"
+                               "  e\u0301         /a path/that can be copied/run.json\n";
+    const std::vector<Row> rows{
+        {"wide", 45,
+         "  灯火   7  The lamp on the quay is lit.\n"
+         "  ที่     12  火災報知器が夜中に鳴り続けている\n"
+         "  e\u0301         /a path/that can be copied/run.json\n"},
+        {"just wide enough for twenty columns of text", 32, narrow},
+        {"narrower", 31,
+         "  灯火   7\n"
+         "      The lamp on the quay is\n"
+         "      lit.\n"
+         "  ที่     12\n"
+         "      火災報知器が夜中に鳴り続\n"
+         "      けている\n"
+         "  e\u0301         /a path/that can be copied/run.json\n"},
+        {"no columns", 0,
+         "  灯火   7\n"
+         "      The lamp on the quay\n"
+         "      is lit.\n"
+         "  ที่     12\n"
+         "      火災報知器が夜中に鳴\n"
+         "      り続けている\n"
+         "  e\u0301         /a path/that can be copied/run.json\n"},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(table.text(row.columns), row.expected) << row.sentence;
 }
 
 } // namespace

@@ -2,11 +2,9 @@
 
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace kinovane::tool {
 
@@ -19,14 +17,5 @@ std::string sizeText(std::int64_t bytes);
 
 /// "1 file", "7 files".
 std::string countText(std::uint64_t count, std::string_view one, std::string_view many);
-
-/// The text with a space for every line break, tab and other control character.
-std::string plainText(std::string_view text);
-
-/// The width of the text in terminal columns.
-std::size_t displayWidth(std::string_view text);
-
-/// The text in lines of at most `width` columns, broken at spaces. A word longer than that gets its own line.
-std::vector<std::string> wrappedText(std::string_view text, std::size_t width);
 
 } // namespace kinovane::tool

@@ -2,83 +2,24 @@
 
 #include "arguments/command_line.hpp"
 
-#include <algorithm>
-#include <charconv>
 #include <string_view>
-#include <thread>
 #include <utility>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include <kinovane/version.hpp>
 
+#include "arguments/commands.hpp"
+#include "arguments/completion.hpp"
+#include "arguments/help_text.hpp"
+#include "arguments/manual.hpp"
+#include "arguments/suggestion.hpp"
+#include "session/failure.hpp"
+
 namespace kinovane::tool {
 
 namespace {
-
-constexpr unsigned maximumWorkers = 256;
-constexpr std::size_t optionColumn = 26;
-
-constexpr const char* workspaceHelp = "The run.json of the film's workspace, or the folder that holds it";
-constexpr const char* jsonHelp = "Print one JSON object instead of text";
-
-constexpr const char* mainFooter = R"(Examples:
-  kinovane inspect my-film/run.json
-  kinovane verify my-film/run.json
-  kinovane publish my-film/run.json --vistrel vistrel --dry-run
-  kinovane doctor
-
-Exit statuses:
-  0  done
-  1  something unexpected went wrong
-  2  the arguments were not understood
-  3  the workspace could not be read
-  4  the film cannot be handed over: a file is missing, damaged or misplaced, or there is no plan
-  5  an external program is missing, failed, or gave no proper answer
-  6  a file or folder could not be read or written
-  7  Vistrel refused the film
-)";
-
-constexpr const char* inspectFooter = R"(Example:
-  kinovane inspect my-film/run.json
-)";
-
-constexpr const char* verifyFooter = R"(Example:
-  kinovane verify my-film/run.json
-
-Ends with the status 0 when every file is sound, with 4 when a file is missing, changed
-or misplaced, and with 6 when the only trouble is files that could not be read.
-
-With --json: {"files": how many were verified, "bytes": their size as the project
-records it, "sound": how many are sound, "damaged": [{"path", "kind", "description"}]},
-where "kind" is missing, mismatch, unsafe or unreadable.
-)";
-
-constexpr const char* publishFooter = R"(Example:
-  kinovane publish my-film/run.json --vistrel /opt/vistrel/bin/vistrel
-
-Nothing is imported unless every file of the film has the digest that the project
-records for it, and Vistrel has accepted the manifest in a dry run.
-)";
-
-constexpr const char* doctorFooter = R"(Example:
-  kinovane doctor --film /opt/film/bin/film
-
-Ends with the status 0 when all four programs are there and quexrun answers, and
-otherwise with 5. That no model is installed is told, but is no failure.
-)";
-
-unsigned defaultWorkers() { return std::clamp(std::thread::hardware_concurrency(), 1U, maximumWorkers); }
-
-/// A CLI11 validator: the error message, or an empty text.
-std::string workersError(const std::string& text) {
-    unsigned number = 0;
-    const char* end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    if (error == std::errc() && rest == end && number >= 1 && number <= maximumWorkers)
-        return {};
-    return "\"" + text + "\" is not a whole number from 1 to " + std::to_string(maximumWorkers);
-}
 
 /// CLI11 ends some of its messages with a line break.
 std::string trimmed(std::string text) {
@@ -87,138 +28,100 @@ std::string trimmed(std::string text) {
     return text;
 }
 
-/// CLI11's help begins and ends with varying numbers of empty lines.
-std::string helpText(const CLI::App& app) {
-    const std::string text = app.help();
-    const auto begin = std::min(text.find_first_not_of('\n'), text.size());
-    return trimmed(text.substr(begin)) + "\n";
+std::string inQuotes(std::string_view text) { return "\"" + std::string(text) + "\""; }
+
+std::vector<std::string> commandNames(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::App* command : commandsOf(app))
+        names.push_back(command->get_name());
+    return names;
 }
 
-UsageError usageError(std::string message, const std::string& help) {
-    return UsageError(trimmed(std::move(message)) + "\nFor help: " + help);
+/// The options of a command and those that every command has.
+std::vector<std::string> optionNames(const CLI::App& app, const CLI::App& command) {
+    std::vector<std::string> names;
+    for (const CLI::App* owner : {&command, &app})
+        for (const CLI::Option* option : owner->get_options())
+            for (const std::string& name : option->get_lnames())
+                names.push_back("--" + name);
+    return names;
 }
 
-CLI::App* addInspect(CLI::App& app, InspectRequest& request) {
-    CLI::App* command = app.add_subcommand("inspect", "Show what there is to know about a film's workspace")
-                            ->group("Commands");
-    command->add_option("RUN_JSON", request.runManifest, workspaceHelp)->required()->type_name("");
-    command->add_flag("--json", request.json, jsonHelp);
-    command->footer(inspectFooter);
-    return command;
+std::string withSuggestion(std::string message, const std::string& word,
+                           const std::vector<std::string>& known) {
+    const std::optional<std::string> similar = similarWord(word, known);
+    return similar ? std::move(message) + ". Did you mean " + inQuotes(*similar) + "?" : std::move(message);
 }
 
-void addWorkers(CLI::App& command, unsigned& workers) {
-    workers = defaultWorkers();
-    command
-        .add_option("--workers", workers,
-                    "How many files to verify at once (default: one for each core of this machine)")
-        ->type_name("N")
-        ->check(workersError);
+/// The command that the arguments name; the whole application when they name none.
+const CLI::App& parsedCommand(const CLI::App& app) {
+    const std::vector<CLI::App*> parsed = app.get_subcommands();
+    return parsed.empty() ? app : *parsed.front();
 }
 
-CLI::App* addVerify(CLI::App& app, VerifyRequest& request) {
-    CLI::App* command =
-        app.add_subcommand("verify", "Examine every file that is handed over, and show all that are damaged")
-            ->group("Commands");
-    command->add_option("RUN_JSON", request.runManifest, workspaceHelp)->required()->type_name("");
-    addWorkers(*command, request.workers);
-    command->add_flag("--json", request.json, jsonHelp);
-    command->footer(verifyFooter);
-    return command;
+/// What is wrong with the arguments, and the command that shows the help.
+std::string describe(const CLI::App& app, const CLI::ParseError& error) {
+    const CLI::App& command = parsedCommand(app);
+    const std::string name = &command == &app ? "kinovane" : "kinovane " + command.get_name();
+    std::string message = trimmed(error.what());
+    const std::vector<std::string> remaining = app.remaining(true);
+    if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr && !remaining.empty()) {
+        // The first word that was not understood: the others may belong to it.
+        const std::string& word = remaining.front();
+        if (word.starts_with("-"))
+            message = withSuggestion(inQuotes(word) + " is not an option of " + name, word,
+                                     optionNames(app, command));
+        else if (&command == &app)
+            message = withSuggestion(inQuotes(word) + " is not a command", word, commandNames(app));
+        else
+            message = inQuotes(word) + " is one argument too many";
+    }
+    return message + "\nFor help: " + name + " --help";
 }
 
-CLI::App* addPublish(CLI::App& app, PublishRequest& request) {
-    CLI::App* command =
-        app.add_subcommand("publish",
-                           "Verify a film's files, write its handoff manifest and import it into Vistrel")
-            ->group("Commands");
-    command->add_option("RUN_JSON", request.runManifest, workspaceHelp)->required()->type_name("");
-    command->add_option("--vistrel", request.vistrel, "Vistrel's command-line program: its name, or its path")
-        ->required()
-        ->type_name("PROGRAM");
-    command
-        ->add_option("--output", request.manifest,
-                     "Where to write the manifest (default: vistrel-handoff.json in the workspace)")
-        ->type_name("MANIFEST");
-    command->add_flag("--dry-run", request.dryRun, "Let Vistrel check the manifest, and import nothing");
-    addWorkers(*command, request.workers);
-    command->add_flag("--json", request.json, jsonHelp);
-    command->footer(publishFooter);
-    return command;
-}
-
-CLI::App* addDoctor(CLI::App& app, DoctorRequest& request) {
-    CLI::App* command =
-        app.add_subcommand("doctor",
-                           "Show which external programs and models are there, and what to do about "
-                           "those that are not")
-            ->group("Commands");
-    const auto addProgram = [&](const std::string& name, std::string& program,
-                                const std::string& description) {
-        command
-            ->add_option("--" + name, program,
-                         description + ": its name, or its path (default: " + name + ")")
-            ->type_name("PROGRAM");
-    };
-    addProgram("film", request.film, "The film tool");
-    addProgram("vistrel", request.vistrel, "Vistrel's command-line program");
-    addProgram("quexrun", request.quexrun, "The local agent runtime");
-    addProgram("pi", request.pi, "The coding agent");
-    command->add_flag("--json", request.json, jsonHelp);
-    command->footer(doctorFooter);
-    return command;
+/// The help of the command that is named after "help", or of all.
+std::string helpFor(const CLI::App& app, const std::string& name, std::size_t columns) {
+    if (name.empty())
+        return helpText(app, app, columns);
+    const CLI::App* command = commandNamed(app, name);
+    if (command == nullptr)
+        throw UsageError(withSuggestion(inQuotes(name) + " is not a command", name, commandNames(app)) +
+                         "\nFor help: kinovane --help");
+    return helpText(app, *command, columns);
 }
 
 } // namespace
 
-Command parseCommandLine(int argumentCount, const char* const* arguments) {
-    InspectRequest inspectRequest;
-    VerifyRequest verifyRequest;
-    PublishRequest publishRequest;
-    DoctorRequest doctorRequest;
-
-    CLI::App app(
-        "Looks into the workspace of a film, verifies its files, publishes the film to Vistrel, and shows "
-        "whether the programs for it are there.",
-        "kinovane");
-    const auto formatter = app.get_formatter();
-    formatter->column_width(optionColumn);
-    formatter->label("Positionals", "Arguments");
-    formatter->label("SUBCOMMAND", "COMMAND");
-    formatter->label("REQUIRED", "(required)");
-    app.set_help_flag("-h,--help", "Show this help");
-    app.set_version_flag("--version", std::string("kinovane ") + KinovaneCoreVersionString,
-                         "Show the version");
-    app.require_subcommand(1);
-    app.footer(mainFooter);
-    const CLI::App* inspectCommand = addInspect(app, inspectRequest);
-    const CLI::App* verifyCommand = addVerify(app, verifyRequest);
-    const CLI::App* publishCommand = addPublish(app, publishRequest);
-    const CLI::App* doctorCommand = addDoctor(app, doctorRequest);
+Command parseCommandLine(int argumentCount, const char* const* arguments, CommonOptions& options,
+                         std::size_t columns) {
+    Requests requests;
+    const std::unique_ptr<CLI::App> app = commandLineDescription(requests, options);
     try {
-        app.parse(argumentCount, arguments);
+        app->parse(argumentCount, arguments);
     } catch (const CLI::CallForHelp&) {
-        return Notice{helpText(app)};
-    } catch (const CLI::CallForVersion& version) {
-        return Notice{trimmed(version.what()) + "\n"};
+        return Notice{helpText(*app, parsedCommand(*app), columns)};
+    } catch (const CLI::CallForVersion&) {
+        return Notice{std::string("kinovane ") + KinovaneCoreVersionString + "\n"};
     } catch (const CLI::ParseError& error) {
-        if (inspectCommand->parsed())
-            throw usageError(error.what(), "kinovane inspect --help");
-        if (verifyCommand->parsed())
-            throw usageError(error.what(), "kinovane verify --help");
-        if (publishCommand->parsed())
-            throw usageError(error.what(), "kinovane publish --help");
-        if (doctorCommand->parsed())
-            throw usageError(error.what(), "kinovane doctor --help");
-        throw usageError("A command is needed: inspect, verify, publish or doctor", "kinovane --help");
+        throw UsageError(describe(*app, error));
     }
-    if (inspectCommand->parsed())
-        return inspectRequest;
-    if (verifyCommand->parsed())
-        return verifyRequest;
-    if (doctorCommand->parsed())
-        return doctorRequest;
-    return publishRequest;
+    const std::vector<CLI::App*> parsed = app->get_subcommands();
+    if (parsed.empty()) {
+        if (const std::vector<std::string> words = app->remaining(); !words.empty())
+            throw UsageError(describe(*app, CLI::ExtrasError(words)));
+        throw UsageError("a command is needed, such as \"kinovane status\"\nFor help: kinovane --help");
+    }
+    const std::string name = parsed.front()->get_name();
+    if (name == "help")
+        return Notice{helpFor(*app, requests.helpTopic, columns)};
+    if (name == "completion")
+        return Notice{completionScript(*app, requests.shell)};
+    if (name == "manual")
+        return Notice{manualPage(*app, requests.helpTopic)};
+    for (std::vector<std::filesystem::path>* films : {&requests.inspect.films, &requests.verify.films})
+        if (films->empty())
+            films->emplace_back(".");
+    return requests.select(name);
 }
 
 } // namespace kinovane::tool

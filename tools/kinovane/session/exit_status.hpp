@@ -4,8 +4,9 @@
 
 namespace kinovane::tool {
 
-/// The exit statuses of the command-line tool.
-enum class ExitStatus {
+/// The exit statuses of the command-line tool. A command that was ended by a signal has 128 and the number of
+/// the signal instead.
+enum class ExitStatus : int {
     success = 0,
     unexpected = 1,
     usage = 2,
@@ -16,7 +17,6 @@ enum class ExitStatus {
     refused = 7,
 };
 
-/// Writes the exception that is being handled to standard error and returns the exit status for it.
-ExitStatus reportCurrentException() noexcept;
+constexpr ExitStatus statusOfSignal(int signal) { return static_cast<ExitStatus>(128 + signal); }
 
 } // namespace kinovane::tool

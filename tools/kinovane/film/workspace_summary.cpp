@@ -42,6 +42,12 @@ bool isWaiting(const FilmReviewRequest& request) {
 
 } // namespace
 
+std::string_view proofStepName(std::string_view key) {
+    const std::array<ProofStep, 10> steps = stepsOf({});
+    const auto found = std::ranges::find(steps, key, &ProofStep::key);
+    return found == steps.end() ? key : found->name;
+}
+
 void ArtifactCount::add(const FilmArtifact& artifact) {
     ++files;
     bytes = sum(bytes, artifact.bytes);
@@ -64,14 +70,6 @@ WorkspaceSummary::WorkspaceSummary(const FilmWorkspaceSnapshot& workspace)
     std::ranges::copy_if(project.issues, std::back_inserter(issues), &FilmIssue::blocking);
     std::ranges::copy_if(project.issues, std::back_inserter(issues), std::not_fn(&FilmIssue::blocking));
     std::ranges::copy_if(project.reviewRequests, std::back_inserter(waitingRequests), isWaiting);
-}
-
-fs::path runManifestAt(const fs::path& location) {
-    std::error_code ignored; // The loader reports the error.
-    // A folder named "run.json" is treated as the manifest itself, as in the loader.
-    if (location.filename() != "run.json" && fs::is_directory(location, ignored))
-        return location / "run.json";
-    return location;
 }
 
 } // namespace kinovane::tool

@@ -21,6 +21,9 @@ struct ProofStep {
     bool done;
 };
 
+/// The text that is shown for a step: "human review" for the key "humanReview".
+std::string_view proofStepName(std::string_view key);
+
 struct ArtifactCount {
     std::uint64_t files = 0;
     std::int64_t bytes = 0; ///< As recorded; the sum saturates at the limits of the type.
@@ -41,8 +44,5 @@ struct WorkspaceSummary {
     std::vector<FilmReviewRequest> waitingRequests;
     std::optional<std::filesystem::path> playableCut;
 };
-
-/// The path of the run manifest: for a folder the "run.json" in it, otherwise the given path.
-std::filesystem::path runManifestAt(const std::filesystem::path& location);
 
 } // namespace kinovane::tool

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "film/checksum_list.hpp"
+
+#include <cerrno>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <system_error>
+
+#include "session/failure.hpp"
+#include "terminal/shown_text.hpp"
+
+namespace kinovane::tool {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view algorithm = "sha256:";
+constexpr std::size_t digits = 64;
+
+std::string escaped(std::string_view path) {
+    std::string result;
+    for (const char character : path)
+        if (character == '\\')
+            result += "\\\\";
+        else if (character == '\n')
+            result += "\\n";
+        else if (character == '\r')
+            result += "\\r";
+        else
+            result += character;
+    return result;
+}
+
+std::optional<std::string> unescaped(std::string_view text) {
+    std::string result;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        if (text[index] != '\\') {
+            result += text[index];
+            continue;
+        }
+        const char code = ++index < text.size() ? text[index] : '\0';
+        if (code == '\\')
+            result += '\\';
+        else if (code == 'n')
+            result += '\n';
+        else if (code == 'r')
+            result += '\r';
+        else
+            return std::nullopt;
+    }
+    return result;
+}
+
+/// Nothing when the text is not a digest.
+std::optional<std::string> digestOf(std::string_view text) {
+    std::string digest(algorithm);
+    for (const char character : text)
+        if ((character >= '0' && character <= '9') || (character >= 'a' && character <= 'f'))
+            digest += character;
+        else if (character >= 'A' && character <= 'F')
+            digest += static_cast<char>(character - 'A' + 'a');
+        else
+            return std::nullopt;
+    return digest;
+}
+
+std::optional<Checksum> checksumOf(std::string_view line) {
+    const bool isEscaped = line.starts_with('\\');
+    if (isEscaped)
+        line.remove_prefix(1);
+    if (line.ends_with('\r'))
+        line.remove_suffix(1);
+    if (line.size() < digits + 3 || line[digits] != ' ' ||
+        (line[digits + 1] != ' ' && line[digits + 1] != '*'))
+        return std::nullopt;
+    const std::optional<std::string> digest = digestOf(line.substr(0, digits));
+    line.remove_prefix(digits + 2);
+    std::optional<std::string> path = isEscaped ? unescaped(line) : std::string(line);
+    if (!digest || !path)
+        return std::nullopt;
+    return Checksum{std::move(*path), *digest};
+}
+
+std::string contentOf(const fs::path& file) {
+    const auto fail = [&](int error) {
+        throw fs::filesystem_error("cannot read", file, std::error_code(error, std::generic_category()));
+    };
+    std::error_code ignored;
+    if (fs::is_directory(file, ignored))
+        fail(EISDIR);
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream)
+        fail(errno);
+    std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    if (stream.bad())
+        fail(EIO);
+    return text;
+}
+
+} // namespace
+
+std::string checksumLine(const Checksum& checksum) {
+    const std::string path = escaped(checksum.path);
+    return (path == checksum.path ? "" : "\\") + checksum.digest.substr(algorithm.size()) + "  " + path +
+           "\n";
+}
+
+std::vector<Checksum> readChecksumList(const fs::path& file) {
+    std::vector<Checksum> list;
+    const std::string text = contentOf(file);
+    std::string_view rest = text;
+    for (std::size_t number = 1; !rest.empty(); ++number) {
+        const std::size_t end = rest.find('\n');
+        std::optional<Checksum> checksum = checksumOf(rest.substr(0, end));
+        if (!checksum)
+            throw CommandError(
+                ExitStatus::fileSystem,
+                shownPath(file.string()) + ":" + std::to_string(number) +
+                    R"(: not 64 hexadecimal digits, a space, a second space or "*", and a path)");
+        list.push_back(std::move(*checksum));
+        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+    }
+    return list;
+}
+
+} // namespace kinovane::tool

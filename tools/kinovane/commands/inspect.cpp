@@ -2,19 +2,36 @@
 
 #include "commands/inspect.hpp"
 
+#include <cstddef>
+#include <filesystem>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
+#include <boost/json.hpp>
+
 #include <kinovane/workspace.hpp>
 
-#include "terminal/human_text.hpp"
-#include "json/json_text.hpp"
-#include "session/output.hpp"
-#include "terminal/text_table.hpp"
+#include "film/document_faults.hpp"
+#include "film/film_location.hpp"
+#include "film/gates.hpp"
+#include "film/next_step.hpp"
+#include "film/overview.hpp"
 #include "film/workspace_summary.hpp"
+#include "json/json_output.hpp"
+#include "session/console.hpp"
+#include "session/failure.hpp"
+#include "terminal/display_width.hpp"
+#include "terminal/human_text.hpp"
+#include "terminal/shown_text.hpp"
+#include "terminal/style.hpp"
+#include "terminal/text_table.hpp"
 
 namespace kinovane::tool {
+
+namespace json = boost::json;
 
 namespace {
 
@@ -32,31 +49,13 @@ std::string proofText(const FilmProof& proof, const WorkspaceSummary& summary) {
     return text;
 }
 
-std::string shotsText(const FilmWorkspaceSnapshot& workspace, const WorkspaceSummary& summary) {
-    const std::size_t count = workspace.project.shots.size();
-    std::string text = std::to_string(count);
-    if (summary.shotsWithoutStatus == 0 && summary.shotsByStatus.size() == 1 && count > 1) {
-        text += ", all " + plainText(summary.shotsByStatus.begin()->first);
-    } else {
-        const char* separator = ": ";
-        for (const auto& [status, shots] : summary.shotsByStatus) {
-            text += separator + std::to_string(shots) + " " + plainText(status);
-            separator = ", ";
-        }
-        if (summary.shotsWithoutStatus > 0)
-            text += separator + std::to_string(summary.shotsWithoutStatus) + " without a status";
-    }
-    if (workspace.productionPlan && workspace.productionPlan->shots.size() != count)
-        text += " (the plan has " + std::to_string(workspace.productionPlan->shots.size()) + ")";
-    return text;
-}
-
-std::string factsText(const FilmWorkspaceSnapshot& workspace, const WorkspaceSummary& summary) {
+std::string factsText(const FilmWorkspaceSnapshot& workspace, const WorkspaceSummary& summary,
+                      std::size_t columns) {
     const FilmProject& project = workspace.project;
     const auto& plan = workspace.productionPlan;
     TextTable facts({left, left});
-    facts.add({"Phase", plainText(project.phase)});
-    facts.add({"Status", plainText(project.status)});
+    facts.add({"Phase", fitted(shown(project.phase), columns)});
+    facts.add({"Status", fitted(shown(project.status), columns)});
     facts.add({"Proof", proofText(project.proof, summary)});
     facts.add({"Shots", shotsText(workspace, summary)});
     facts.add(
@@ -64,133 +63,189 @@ std::string factsText(const FilmWorkspaceSnapshot& workspace, const WorkspaceSum
     facts.add({"Treatment", presence(workspace.treatment.has_value())});
     facts.add({"Plan", presence(plan.has_value())});
     facts.addUnwrapped(
-        {"Playable cut", summary.playableCut ? plainText(summary.playableCut->string()) : "none yet"});
-    return facts.text();
+        {"Playable cut", summary.playableCut ? shownPath(summary.playableCut->string()) : "none yet"});
+    return facts.text(columns);
 }
 
-std::string section(const std::string& title, const TextTable& table, bool empty) {
-    return "\n" + title + "\n" + (empty ? "  none\n" : table.text());
-}
+/// Adds sections with a table to the text about a film.
+class Sections {
+  public:
+    explicit Sections(std::size_t columns) : columns_(columns) {}
 
-std::string approvalsText(const FilmProject& project) {
+    void add(std::string_view title, const TextTable& table, bool empty) {
+        text_ += "\n" + styled(Style::heading, title) + "\n" + (empty ? "  none\n" : table.text(columns_));
+    }
+
+    /// Adds nothing when the table is empty: for what most films do not have.
+    void addIfAny(std::string_view title, const TextTable& table, bool empty) {
+        if (!empty)
+            add(title, table, empty);
+    }
+
+    const std::string& text() const { return text_; }
+
+  private:
+    std::size_t columns_;
+    std::string text_;
+};
+
+void addApprovals(Sections& sections, const FilmProject& project) {
     TextTable table({left, left, left});
-    for (const auto& [gate, approval] : project.approvals)
-        table.add({plainText(gate), plainText(approval.status),
-                   approval.approvedBy ? "by " + plainText(*approval.approvedBy) : ""});
-    return section("Approvals", table, project.approvals.empty());
+    for (const auto& [gate, approval] : gatesInOrder(project))
+        table.add({shown(gate), shown(approval.status),
+                   approval.approvedBy ? "by " + shown(*approval.approvedBy) : ""});
+    sections.add("Approvals", table, project.approvals.empty());
 }
 
-std::string issuesText(const WorkspaceSummary& summary) {
+void addQuestions(Sections& sections, const FilmProject& project) {
+    TextTable table({left});
+    for (const std::string& question : project.brief.openQuestions)
+        table.add({shown(question)});
+    sections.addIfAny("Open questions", table, project.brief.openQuestions.empty());
+}
+
+void addFaults(Sections& sections, const std::vector<PreflightFinding>& faults) {
+    TextTable table({left});
+    for (const PreflightFinding& fault : faults)
+        table.add({styled(Style::bad, shown(fault.text))});
+    sections.addIfAny("Prevents the handoff", table, faults.empty());
+}
+
+void addFailedJobs(Sections& sections, const std::vector<FilmJob>& jobs) {
+    TextTable table({left, left, left});
+    for (const FilmJob& job : jobs)
+        table.add({shown(job.id), shown(job.shotId.value_or("")), shown(job.error.value_or("no reason"))});
+    sections.addIfAny("Failed jobs", table, jobs.empty());
+}
+
+void addIssues(Sections& sections, const WorkspaceSummary& summary) {
     const bool marked = !summary.issues.empty() && summary.issues.front().blocking;
     TextTable table(marked ? std::vector{left, left, left} : std::vector{left, left});
     for (const FilmIssue& issue : summary.issues) {
-        std::vector<std::string> row{plainText(issue.code), plainText(issue.message)};
+        std::vector<std::string> row{shown(issue.code), shown(issue.message)};
         if (marked)
-            row.insert(row.begin(), issue.blocking ? "BLOCKING" : "");
+            row.insert(row.begin(), issue.blocking ? styled(Style::bad, "BLOCKING") : "");
         table.add(std::move(row));
     }
-    return section("Open issues", table, summary.issues.empty());
+    sections.add("Open issues", table, summary.issues.empty());
 }
 
-std::string requestsText(const WorkspaceSummary& summary) {
+void addRequests(Sections& sections, const WorkspaceSummary& summary) {
     TextTable table({left, left, left});
     for (const FilmReviewRequest& request : summary.waitingRequests)
-        table.add({plainText(request.shotId), plainText(request.status), plainText(request.note)});
-    return section("Review requests waiting", table, summary.waitingRequests.empty());
+        table.add({shown(request.shotId), shown(request.status), shown(request.note)});
+    sections.add("Review requests waiting", table, summary.waitingRequests.empty());
 }
 
-std::string artifactsText(const WorkspaceSummary& summary) {
+void addArtifacts(Sections& sections, const WorkspaceSummary& summary) {
     TextTable table({left, right, right});
     table.add({"kind", "files", "size"});
     for (const auto& [kind, counted] : summary.artifactsByKind)
-        table.add({plainText(kind), std::to_string(counted.files), sizeText(counted.bytes)});
+        table.add({shown(kind), std::to_string(counted.files), sizeText(counted.bytes)});
     table.add({"total", std::to_string(summary.artifacts.files), sizeText(summary.artifacts.bytes)});
-    return section("Artifacts", table, summary.artifactsByKind.empty());
+    sections.add("Artifacts", table, summary.artifactsByKind.empty());
 }
 
-JSONObject proofJSON(const FilmProof& proof, const WorkspaceSummary& summary) {
-    JSONList missing;
-    for (const ProofStep& step : summary.missingSteps)
-        missing.add(step.key);
-    return JSONObject().add("completed", proof.completedCount()).add("total", 10).add("missing", missing);
-}
-
-JSONObject shotsJSON(const FilmWorkspaceSnapshot& workspace, const WorkspaceSummary& summary) {
-    const auto& plan = workspace.productionPlan;
-    JSONObject byStatus;
-    for (const auto& [status, count] : summary.shotsByStatus)
-        byStatus.add(status, count);
-    return JSONObject()
-        .add("count", workspace.project.shots.size())
-        .add("byStatus", byStatus)
-        .add("withoutStatus", summary.shotsWithoutStatus)
-        .add("planned", plan ? JSONValue(plan->shots.size()) : JSONValue(nullptr))
-        .add("plannedSeconds", plan ? JSONValue(plan->plannedDurationSeconds) : JSONValue(nullptr));
-}
-
-JSONObject artifactsJSON(const WorkspaceSummary& summary) {
-    JSONList byKind;
+json::object artifactsJSON(const WorkspaceSummary& summary) {
+    json::array byKind;
     for (const auto& [kind, counted] : summary.artifactsByKind)
-        byKind.add(JSONObject().add("kind", kind).add("count", counted.files).add("bytes", counted.bytes));
-    return JSONObject()
-        .add("count", summary.artifacts.files)
-        .add("bytes", summary.artifacts.bytes)
-        .add("byKind", byKind);
+        byKind.push_back({{"kind", kind}, {"count", counted.files}, {"bytes", counted.bytes}});
+    return {{"count", summary.artifacts.files}, {"bytes", summary.artifacts.bytes}, {"byKind", byKind}};
 }
 
-std::string jsonText(const FilmWorkspaceSnapshot& workspace, const WorkspaceSummary& summary) {
+json::object filmJSON(const FilmWorkspaceSnapshot& workspace, const WorkspaceSummary& summary) {
     const FilmProject& project = workspace.project;
-    JSONList approvals;
-    for (const auto& [gate, approval] : project.approvals)
-        approvals.add(JSONObject()
-                          .add("gate", gate)
-                          .add("status", approval.status)
-                          .add("approvedBy", approval.approvedBy));
-    JSONList issues;
+    json::array approvals;
+    for (const auto& [gate, approval] : gatesInOrder(project))
+        approvals.push_back({{"gate", gate},
+                             {"status", approval.status},
+                             {"approvedBy", optionalValue(approval.approvedBy)}});
+    json::array jobs;
+    for (const FilmJob& job : failedJobs(project))
+        jobs.push_back({{"id", job.id},
+                        {"kind", optionalValue(job.kind)},
+                        {"shotId", optionalValue(job.shotId)},
+                        {"error", optionalValue(job.error)}});
+    json::array issues;
     for (const FilmIssue& issue : summary.issues)
-        issues.add(JSONObject()
-                       .add("code", issue.code)
-                       .add("message", issue.message)
-                       .add("blocking", issue.blocking));
-    JSONList requests;
+        issues.push_back({{"code", issue.code}, {"message", issue.message}, {"blocking", issue.blocking}});
+    json::array faults;
+    for (const PreflightFinding& fault : documentFaults(workspace))
+        faults.emplace_back(fault.text);
+    json::array requests;
     for (const FilmReviewRequest& request : summary.waitingRequests)
-        requests.add(JSONObject()
-                         .add("shotId", request.shotId)
-                         .add("status", request.status)
-                         .add("note", request.note)
-                         .add("recordedAt", request.recordedAt));
-    const JSONValue document =
-        JSONObject()
-            .add("title", project.title)
-            .add("projectId", project.projectId)
-            .add("root", workspace.root.string())
-            .add("phase", project.phase)
-            .add("status", project.status)
-            .add("proof", proofJSON(project.proof, summary))
-            .add("shots", shotsJSON(workspace, summary))
-            .add("hasTreatment", workspace.treatment.has_value())
-            .add("hasPlan", workspace.productionPlan.has_value())
-            .add("playableCut",
-                 summary.playableCut ? JSONValue(summary.playableCut->string()) : JSONValue(nullptr))
-            .add("approvals", approvals)
-            .add("issues", issues)
-            .add("reviewRequestsWaiting", requests)
-            .add("artifacts", artifactsJSON(summary));
-    return document.text() + "\n";
+        requests.push_back({{"shotId", request.shotId},
+                            {"status", request.status},
+                            {"note", request.note},
+                            {"recordedAt", request.recordedAt}});
+    const std::vector<std::string>& questions = project.brief.openQuestions;
+    const auto& cut = summary.playableCut;
+    return {{"film", workspace.root.string()},
+            {"title", project.title},
+            {"projectId", project.projectId},
+            {"phase", project.phase},
+            {"status", project.status},
+            {"proof", proofJSON(project.proof, summary)},
+            {"shots", shotsJSON(workspace, summary)},
+            {"hasTreatment", workspace.treatment.has_value()},
+            {"hasPlan", workspace.productionPlan.has_value()},
+            {"playableCut", cut ? json::value(cut->string()) : nullptr},
+            {"approvals", approvals},
+            {"openQuestions", json::array(questions.begin(), questions.end())},
+            {"preventsHandoff", faults},
+            {"failedJobs", jobs},
+            {"issues", issues},
+            {"reviewRequestsWaiting", requests},
+            {"artifacts", artifactsJSON(summary)}};
 }
 
-std::string humanText(const FilmWorkspaceSnapshot& workspace, const WorkspaceSummary& summary) {
-    return plainText(workspace.project.title) + "\n" + plainText(workspace.root.string()) + "\n\n" +
-           factsText(workspace, summary) + approvalsText(workspace.project) + issuesText(summary) +
-           requestsText(summary) + artifactsText(summary);
+std::string humanText(const FilmWorkspaceSnapshot& workspace, const WorkspaceSummary& summary,
+                      std::size_t columns) {
+    Sections sections(columns);
+    addApprovals(sections, workspace.project);
+    addQuestions(sections, workspace.project);
+    addFaults(sections, documentFaults(workspace));
+    addIssues(sections, summary);
+    addFailedJobs(sections, failedJobs(workspace.project));
+    addRequests(sections, summary);
+    addArtifacts(sections, summary);
+    return titleLine(workspace.project.title, columns) + shownPath(workspace.root.string()) + "\n\n" +
+           factsText(workspace, summary, columns) + sections.text();
 }
 
 } // namespace
 
-void inspect(const InspectRequest& request) {
-    const FilmWorkspaceSnapshot workspace = FilmProjectLoader::load(runManifestAt(request.runManifest));
-    const WorkspaceSummary summary(workspace);
-    printResult(request.json ? jsonText(workspace, summary) : humanText(workspace, summary));
+ExitStatus inspect(const InspectRequest& request, const Session& session) {
+    const Console& console = session.console;
+    const bool isJSON = console.options().json;
+    const bool isSingle = request.films.size() == 1;
+    ExitStatus status = ExitStatus::success;
+    json::array films;
+    const char* separator = "";
+    for (const std::filesystem::path& film : request.films) {
+        std::optional<FilmWorkspaceSnapshot> workspace;
+        try {
+            workspace = loadFilm(film);
+        } catch (const CommandError& error) {
+            if (isSingle)
+                throw;
+            const ExitStatus failure = reportCurrentException(console);
+            status = status == ExitStatus::success ? failure : status;
+            films.push_back({{"film", film.string()}, {"error", error.what()}});
+            continue;
+        }
+        const WorkspaceSummary summary(*workspace);
+        if (status == ExitStatus::success && !documentFaults(*workspace).empty())
+            status = ExitStatus::handoff;
+        if (isJSON)
+            films.emplace_back(filmJSON(*workspace, summary));
+        else
+            console.result(separator + humanText(*workspace, summary, console.columns()));
+        separator = "\n";
+    }
+    if (isJSON)
+        console.result(json::value(json::object{{"version", 1}, {"films", films}}));
+    return status;
 }
 
 } // namespace kinovane::tool

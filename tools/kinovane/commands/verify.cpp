@@ -2,101 +2,92 @@
 
 #include "commands/verify.hpp"
 
-#include <algorithm>
+#include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
-#include <kinovane/handoff.hpp>
 #include <kinovane/workspace.hpp>
 
-#include "terminal/human_text.hpp"
-#include "json/json_text.hpp"
-#include "session/output.hpp"
-#include "terminal/verification_line.hpp"
-#include "film/workspace_summary.hpp"
+#include "commands/film_verification.hpp"
+#include "film/checksum_list.hpp"
+#include "film/film_location.hpp"
+#include "film/own_files.hpp"
+#include "json/json_output.hpp"
+#include "session/failure.hpp"
+#include "terminal/shown_text.hpp"
+#include "terminal/style.hpp"
 
 namespace kinovane::tool {
 
+namespace fs = std::filesystem;
+namespace json = boost::json;
+
 namespace {
 
-/// The result of the examination.
-struct Findings {
-    explicit Findings(const std::vector<ArtifactOutcome>& outcomes) {
-        for (const ArtifactOutcome& outcome : outcomes) {
-            all.add(outcome.artifact);
-            if (!outcome.sound())
-                damaged.push_back(outcome);
-        }
-    }
-
-    ArtifactCount all;
-    std::vector<ArtifactOutcome> damaged; ///< In the project's order.
-};
-
-std::vector<ArtifactOutcome> outcomesOf(const FilmWorkspaceSnapshot& workspace,
-                                        const VerifyRequest& request) {
-    VerificationLine line(!request.json);
-    HandoffBuildOptions options;
-    options.workers = request.workers;
-    options.onProgress = line.callback();
-    return VistrelHandoffBuilder::audit(workspace, options);
+void requireValid(const VerifyRequest& request, const Session& session) {
+    if (request.films.size() > 1 && (request.checksums || request.writeChecksums))
+        throw UsageError("a list of checksums belongs to one film; name only one");
+    if (session.console.options().json && isStandardOutput(request.writeChecksums))
+        throw UsageError("--json and --write-checksums - cannot both use standard output");
 }
 
-const char* kindOf(const ArtifactOutcome& outcome) {
-    if (!outcome.refusal)
-        return "unreadable";
-    const auto& refusal = outcome.refusal->value();
-    if (std::holds_alternative<VistrelHandoffError::missingArtifact>(refusal))
-        return "missing";
-    return std::holds_alternative<VistrelHandoffError::unsafeArtifactPath>(refusal) ? "unsafe" : "mismatch";
+void requireReplaceable(const FilmWorkspaceSnapshot& film, const VerifyRequest& request) {
+    const std::optional<fs::path>& file = request.writeChecksums;
+    if (!file || isStandardOutput(file))
+        return;
+    if (isOwnFile(film, *file) || isSameFile(film.root / "vistrel-handoff.json", *file))
+        throw CommandError(
+            ExitStatus::usage,
+            shownPath(file->string()) +
+                ": this is one of the film's own files, and is not replaced. Next: name another file");
+    if (request.checksums && isSameFile(*request.checksums, *file))
+        throw CommandError(ExitStatus::usage, shownPath(file->string()) +
+                                                  ": the list to compare with would be replaced. Next: name "
+                                                  "another file");
 }
 
-std::string humanText(const Findings& findings) {
-    const auto& [all, damaged] = findings;
-    if (all.files == 0)
-        return "There are no files to verify.\n";
-    const std::string files = countText(all.files, "file", "files");
-    if (damaged.empty())
-        return "All files are sound: " + files + ", " + sizeText(all.bytes) + ".\n";
-    std::string text;
-    for (const ArtifactOutcome& outcome : damaged)
-        text += plainText(outcome.description()) + "\n";
-    return text + std::to_string(damaged.size()) + " of " + files + (damaged.size() == 1 ? " is" : " are") +
-           " damaged.\n";
-}
-
-std::string jsonText(const Findings& findings) {
-    const auto& [all, damaged] = findings;
-    JSONList list;
-    for (const ArtifactOutcome& outcome : damaged)
-        list.add(JSONObject()
-                     .add("path", outcome.artifact.path)
-                     .add("kind", kindOf(outcome))
-                     .add("description", outcome.description()));
-    const JSONValue document = JSONObject()
-                                   .add("files", all.files)
-                                   .add("bytes", all.bytes)
-                                   .add("sound", all.files - damaged.size())
-                                   .add("damaged", list);
-    return document.text() + "\n";
-}
-
-ExitStatus statusOf(const std::vector<ArtifactOutcome>& damaged) {
-    if (damaged.empty())
-        return ExitStatus::success;
-    const bool refused = std::ranges::any_of(
-        damaged, [](const ArtifactOutcome& outcome) { return outcome.refusal.has_value(); });
-    return refused ? ExitStatus::handoff : ExitStatus::fileSystem;
+/// Other failures are more urgent than files that could not be read.
+ExitStatus combined(ExitStatus left, ExitStatus right) {
+    if (left == ExitStatus::success || (left == ExitStatus::fileSystem && right != ExitStatus::success))
+        return right;
+    return left;
 }
 
 } // namespace
 
-ExitStatus verify(const VerifyRequest& request) {
-    const FilmWorkspaceSnapshot workspace = FilmProjectLoader::load(runManifestAt(request.runManifest));
-    const Findings findings(outcomesOf(workspace, request));
-    printResult(request.json ? jsonText(findings) : humanText(findings));
-    return statusOf(findings.damaged);
+ExitStatus verify(const VerifyRequest& request, const Session& session) {
+    const Console& console = session.console;
+    requireValid(request, session);
+    const std::vector<Checksum> list =
+        request.checksums ? readChecksumList(*request.checksums) : std::vector<Checksum>();
+    const bool isSingle = request.films.size() == 1;
+    json::array films;
+    ExitStatus status = ExitStatus::success;
+    std::string separator;
+    for (const fs::path& location : request.films) {
+        FilmWorkspaceSnapshot film;
+        try {
+            film = loadFilm(location);
+        } catch (const CommandError& error) {
+            if (isSingle)
+                throw;
+            status = combined(status, reportCurrentException(console));
+            films.push_back(json::object{{"film", location.string()}, {"error", error.what()}});
+            continue;
+        }
+        requireReplaceable(film, request);
+        if (!isSingle && !console.options().json)
+            console.result(separator + styled(Style::heading, shownPath(film.root.string())) + "\n");
+        separator = "\n";
+        const VerificationReport report = verifyFilm(film, location, request, list, session);
+        films.push_back(report.json(console.options().verbose));
+        status = report.isInterrupted ? report.status() : combined(status, report.status());
+        if (report.isInterrupted)
+            break;
+    }
+    if (console.options().json)
+        console.result(json::value(json::object{{"version", 1}, {"films", films}}));
+    return status;
 }
 
 } // namespace kinovane::tool

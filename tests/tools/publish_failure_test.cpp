@@ -5,187 +5,237 @@
 #include <string>
 #include <vector>
 
+#include <boost/json.hpp>
 #include <gtest/gtest.h>
 
 #include "support/temporary_directory.hpp"
 #include "tools/command_line_tool.hpp"
+#include "tools/publish_film.hpp"
 
 namespace kinovane::test {
 
 namespace {
 
 namespace fs = std::filesystem;
-using Arguments = std::vector<std::string>;
+using Steps = std::function<std::string(const PublishFilm&)>;
 
 /// A failure when a film of two files is published.
 struct Failure {
     std::string sentence;
-    std::function<void(WorkspaceMaker&)> damage; ///< Changes the sound workspace; may be empty.
+    std::function<void(PublishFilm&)> damage; ///< Changes the sound workspace; may be empty.
     int status;
-    std::string message;     ///< "{ROOT}" is replaced by the workspace's folder.
-    std::string stepsBefore; ///< The steps that are printed before the failure.
-    std::string program = programPath("vistrel");
+    std::string message; ///< "{ROOT}" is replaced by the workspace's folder.
+    Steps stepsBefore;   ///< The steps that are shown before the failure.
+    std::vector<std::string> options = {};
     std::string misbehaviour = {};
-    Arguments more = {};
 };
 
+std::string nothing(const PublishFilm& /*film*/) { return ""; }
+std::string loaded(const PublishFilm& film) { return film.loaded(); }
+std::string onlyLoaded(const PublishFilm& /*film*/) { return "Loaded    t\n"; }
+std::string written(const PublishFilm& film) { return film.written(); }
+std::string dryRun(const PublishFilm& film) { return film.writtenInDryRun(); }
+std::string checked(const PublishFilm& film) { return film.written() + checkedStep; }
+std::string checkedWithoutCounts(const PublishFilm& film) {
+    return film.written() + "Checked   Vistrel accepts the film\n";
+}
+
 void expectFailures(const std::vector<Failure>& rows) {
-    for (const Failure& row : rows)
-        for (const bool json : {false, true}) {
-            SCOPED_TRACE(row.sentence + (json ? ", as JSON" : ""));
-            WorkspaceMaker workspace;
-            workspace.add("shot-clip", "clips/s1.mp4", "moving pictures");
-            workspace.add("poster", "poster.png", "a poster");
-            writeDocuments(workspace);
-            if (row.damage)
-                row.damage(workspace);
-            const std::string root = workspace.directory.path().string();
-            Arguments arguments{"publish", root, "--vistrel", row.program};
-            for (const std::string& argument : row.more)
-                arguments.push_back(replaced(argument, "{ROOT}", root));
-            if (json)
-                arguments.emplace_back("--json");
-            Outcome outcome = runCommandLineTool(
-                arguments, {{"VISTREL_LIBRARY", ""}, {"VISTREL_MISBEHAVE", row.misbehaviour}});
-            // The manifest, and so its digest, depends on the time of day.
-            if (const auto digest = outcome.out.find("sha256:"); digest != std::string::npos)
-                outcome.out.erase(digest, std::string("sha256:").size() + 64);
-            EXPECT_EQ(outcome, (Outcome{row.status, json ? "" : replaced(row.stepsBefore, "{ROOT}", root),
-                                        "kinovane: " + replaced(row.message, "{ROOT}", root) + "\n"}));
-        }
+    for (const Failure& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        PublishFilm film;
+        if (row.damage)
+            row.damage(film);
+        const std::string message = replaced(row.message, "{ROOT}", film.root().string());
+        std::vector<std::string> options;
+        for (const std::string& option : row.options)
+            options.push_back(replaced(option, "{ROOT}", film.root().string()));
+        const std::map<std::string, std::string> environment{{"VISTREL_LIBRARY", ""},
+                                                             {"VISTREL_MISBEHAVE", row.misbehaviour}};
+        EXPECT_EQ(film.publish(options, environment),
+                  (Outcome{row.status, "", row.stepsBefore(film) + "kinovane: " + message + "\n"}));
+
+        fs::remove(film.manifest());
+        options.emplace_back("--json");
+        const Outcome json = film.publish(options, environment);
+        EXPECT_EQ(json.status, row.status);
+        EXPECT_EQ(json.out, "");
+        const boost::json::value error = boost::json::parse(json.err).at("error");
+        EXPECT_EQ(error.at("status").as_int64(), row.status);
+        EXPECT_EQ(error.at("message").as_string(), message);
+    }
 }
 
-const std::string posterDigest = "sha256:78dbb01dda9ef4c2025686a3e7372fe6e77ac35ac97af8841bd2183b38f5a87c";
-const std::string loaded = "Loaded    t\n";
-const std::string verified = loaded + "Verified  2 files, 23 B\n";
-const std::string written = verified + "Written   {ROOT}/vistrel-handoff.json\n          \n";
+void removeFile(const PublishFilm& film, const char* name) { fs::remove(film.root() / name); }
 
-void removeFile(const WorkspaceMaker& workspace, const char* name) { fs::remove(workspace.directory / name); }
-
-void changeProject(const WorkspaceMaker& workspace, const std::string& what, const std::string& by) {
-    const std::string project = contentOf(workspace.directory / "film-project.json");
-    workspace.directory.write("film-project.json", replaced(project, what, by));
+void changeProject(const PublishFilm& film, const std::string& what, const std::string& by) {
+    const std::string project = contentOf(film.root() / "film-project.json");
+    film.workspace.directory.write("film-project.json", replaced(project, what, by));
 }
 
-void listMissingFile(WorkspaceMaker& workspace, const char* path) {
-    workspace.list("poster", path);
-    writeDocuments(workspace);
-}
+const std::string vistrel = programPath("vistrel");
 
 TEST(PublishFailure, IsReportedForAWorkspaceThatCannotBeRead) {
     expectFailures({
-        {"no run manifest", [](auto& workspace) { removeFile(workspace, "run.json"); }, 3,
-         "No run.json exists at {ROOT}/run.json.", ""},
-        {"no project", [](auto& workspace) { removeFile(workspace, "film-project.json"); }, 3,
-         "No film-project.json exists at {ROOT}/film-project.json.", ""},
-        {"an unsupported contract",
-         [](auto& workspace) { changeProject(workspace, "project.v1", "project.v2"); }, 3,
-         "Unsupported film contract: quexrun/film-project.v2.", ""},
-        {"a project without a title",
-         [](auto& workspace) { changeProject(workspace, "\"title\"", "\"titel\""); }, 3,
-         "The film project could not be read: film-project.json: title is missing", ""},
+        {"no run manifest", [](auto& film) { removeFile(film, "run.json"); }, 3,
+         "No run.json exists at {ROOT}/run.json.", nothing},
+        {"no project", [](auto& film) { removeFile(film, "film-project.json"); }, 3,
+         "No film-project.json exists at {ROOT}/film-project.json.", nothing},
+        {"a project without a title", [](auto& film) { changeProject(film, "\"title\"", "\"titel\""); }, 3,
+         "{ROOT}/film-project.json: title is missing", nothing},
     });
 }
 
 TEST(PublishFailure, IsReportedForAFilmThatCannotBeHandedOver) {
     expectFailures({
-        {"no plan", [](auto& workspace) { removeFile(workspace, "production-plan.json"); }, 4,
-         "An accepted production plan is required before publishing to Vistrel.", loaded},
-        {"a missing file", [](auto& workspace) { listMissingFile(workspace, "lost.png"); }, 4,
-         "The handoff artifact is missing: lost.png", loaded},
-        {"a path that leads out", [](auto& workspace) { listMissingFile(workspace, "../lost.png"); }, 4,
-         "The handoff contains an unsafe artifact path: ../lost.png", loaded},
-        {"a changed file", [](auto& workspace) { workspace.directory.write("poster.png", ""); }, 4,
-         "Artifact hash mismatch for poster.png. Expected " + posterDigest + ", got " +
-             std::string(emptyDigest) + ".",
+        {"no plan", [](auto& film) { removeFile(film, "production-plan.json"); }, 4,
+         "The film cannot be handed over:\n"
+         "  The workspace has no production plan. A film is published once its plan was accepted.",
+         onlyLoaded},
+        {"a missing file", [](auto& film) { removeFile(film, "poster.png"); }, 4,
+         "1 of 2 files is damaged:\n"
+         "missing     poster.png\n"
+         "No manifest was written, and nothing was imported.\nNext: kinovane verify {ROOT}",
+         loaded},
+        {"a file that is cut short", [](auto& film) { film.workspace.directory.write("poster.png", "a"); }, 4,
+         "1 of 2 files is damaged:\n"
+         "changed     poster.png  1 B, recorded 8 B: cut short\n"
+         "No manifest was written, and nothing was imported.\nNext: kinovane verify {ROOT}",
+         loaded},
+        {"a changed file of the same size",
+         [](auto& film) { film.workspace.directory.write("poster.png", "a Poster"); }, 4,
+         "1 of 2 files is damaged:\n"
+         "changed     poster.png  its content is not what was recorded\n"
+         "No manifest was written, and nothing was imported.\nNext: kinovane verify {ROOT}",
+         loaded},
+        {"several changed files",
+         [](auto& film) {
+             film.workspace.directory.write("poster.png", "a Poster");
+             film.workspace.directory.write("clips/s1.mp4", "Moving pictures");
+         },
+         4,
+         "2 of 2 files are damaged:\n"
+         "changed     clips/s1.mp4  its content is not what was recorded\n"
+         "changed     poster.png  its content is not what was recorded\n"
+         "No manifest was written, and nothing was imported.\nNext: kinovane verify {ROOT}",
+         loaded,
+         {"--workers", "2"}},
+        {"a file of another size, reported without reading a changed one",
+         [](auto& film) {
+             film.workspace.directory.write("poster.png", "");
+             film.workspace.directory.write("clips/s1.mp4", "Moving pictures");
+         },
+         4,
+         "1 of 2 files is damaged:\n"
+         "changed     poster.png  empty, recorded 8 B: cut short\n"
+         "No manifest was written, and nothing was imported.\nNext: kinovane verify {ROOT}",
+         loaded},
+        {"a link that leads out",
+         [](auto& film) {
+             removeFile(film, "poster.png");
+             fs::create_symlink("/dev/null", film.root() / "poster.png");
+         },
+         4,
+         "1 of 2 files is damaged:\n"
+         "misplaced   poster.png  leads out of the film's folder, to /dev/null\n"
+         "No manifest was written, and nothing was imported.\nNext: kinovane verify {ROOT}",
          loaded},
     });
 }
 
-TEST(PublishFailure, IsReportedForAnExternalProgramThatFails) {
+TEST(PublishFailure, IsReportedForAnImporterThatIsBroken) {
+    const std::string missing = "Vistrel's program was not found: /nowhere/vistrel\n"
+                                "Next: kinovane publish --vistrel PROGRAM, or kinovane doctor";
+    const std::string end = ": " + vistrel + "\nThe manifest was written, and nothing was imported.";
     expectFailures({
-        {"no such program", {}, 5, "Required executable not found: /nowhere/vistrel", "", "/nowhere/vistrel"},
-        {"no such program, reported before any file is verified",
-         [](auto& workspace) { listMissingFile(workspace, "lost.png"); }, 5,
-         "Required executable not found: /nowhere/vistrel", "", "/nowhere/vistrel"},
-        {"a program that exits with a status",
+        {"no such program", {}, 5, missing, loaded, {"--vistrel", "/nowhere/vistrel"}},
+        {"no such program, reported before any file is examined",
+         [](auto& film) { removeFile(film, "poster.png"); },
+         5,
+         missing,
+         loaded,
+         {"--vistrel", "/nowhere/vistrel"}},
+        {"an exit status",
          {},
          5,
-         "Film command exited 3.",
+         "Vistrel failed with the exit status 3 and without a message" + end,
          written,
-         programPath("vistrel"),
+         {},
          "exit-3"},
-        {"a program that is killed",
+        {"a signal",
          {},
          5,
-         "Film command exited 9.",
+         "vistrel was ended by signal 9 (Killed): " + vistrel +
+             "\nThe manifest was written, and nothing was imported.",
          written,
-         programPath("vistrel"),
-         "killed"},
-        {"a program that prints an error message",
          {},
-         5,
-         "VISTREL_LIBRARY is not set: it names the folder that films are imported into",
-         written + "Checked   Vistrel accepts 1 scene, 1 shot, 2 files\n"},
+         "killed"},
         {"a receipt with other keys",
          {},
          5,
-         "Film command returned invalid JSON: project_id is missing",
+         "Vistrel's reply is not a valid receipt (project_id is missing)" + end,
          written,
-         programPath("vistrel"),
+         {},
          "camel-case"},
-        {"a reply that is no receipt",
+        {"a reply that is no receipt, in a dry run",
          {},
          5,
-         "Film command returned invalid JSON: line 1, column 1: this is not valid JSON",
-         written,
-         programPath("vistrel"),
+         "Vistrel's reply is not a valid receipt (line 1, column 1: this is not valid JSON): " + vistrel +
+             "\nNothing was imported.",
+         dryRun,
+         {"--dry-run"},
          "not-json"},
+    });
+}
+
+TEST(PublishFailure, IsReportedForARefusal) {
+    expectFailures({
+        {"a refusal of the dry run, without words",
+         {},
+         7,
+         "Vistrel refused the film without a reason\nNothing was imported.",
+         written,
+         {},
+         "not-ok"},
+        {"a refusal of the import, without words",
+         {},
+         7,
+         "Vistrel refused the film without a reason\nIt had accepted the film in the dry run.",
+         checkedWithoutCounts,
+         {"--vistrel", programPath("reluctant_importer")}},
+        {"a refusal of the import",
+         {},
+         7,
+         "Vistrel refused the film: VISTREL_LIBRARY is not set: it names the folder that films are imported "
+         "into\nIt had accepted the film in the dry run.",
+         checked},
     });
 }
 
 TEST(PublishFailure, IsReportedForPathsThatCannotBeReadOrWritten) {
     expectFailures({
         {"a folder instead of a file",
-         [](auto& workspace) {
-             removeFile(workspace, "poster.png");
-             fs::create_directory(workspace.directory / "poster.png");
+         [](auto& film) {
+             removeFile(film, "poster.png");
+             fs::create_directory(film.root() / "poster.png");
          },
-         6, "{ROOT}/poster.png: Is a directory", loaded},
+         6,
+         "1 of 2 files is damaged:\n"
+         "unreadable  poster.png  is a folder, not a file\n"
+         "No manifest was written, and nothing was imported.\nNext: kinovane verify {ROOT}",
+         loaded},
         {"a manifest below a file",
          {},
          6,
          "{ROOT}/run.json: Not a directory",
-         verified,
-         programPath("vistrel"),
-         "",
+         loaded,
          {"--output", "{ROOT}/run.json/handoff.json"}},
-        {"a manifest at the path of a folder",
+        {"a manifest in a folder that does not exist",
          {},
          6,
-         "{ROOT}/clips: Is a directory",
-         verified,
-         programPath("vistrel"),
-         "",
-         {"--output", "{ROOT}/clips"}},
-    });
-}
-
-TEST(PublishFailure, IsReportedForARefusal) {
-    expectFailures({
-        {"in the dry run",
-         {},
-         7,
-         "Vistrel refused the manifest in the dry run. Nothing was imported.",
-         written,
-         programPath("vistrel"),
-         "not-ok"},
-        {"in the import",
-         {},
-         7,
-         "Vistrel refused the import.",
-         written + "Checked   Vistrel accepts the film\n",
-         programPath("reluctant_importer")},
+         "the folder of the manifest does not exist: {ROOT}/a/b\nNext: mkdir -p {ROOT}/a/b",
+         loaded,
+         {"--output", "{ROOT}/a/b/handoff.json"}},
     });
 }
 

@@ -2,12 +2,19 @@
 
 #include <filesystem>
 #include <functional>
+#include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include <kinovane/preflight.hpp>
+
+#include "film/finding_code.hpp"
+#include "support/temporary_directory.hpp"
 #include "tools/command_line_tool.hpp"
+#include "tools/publish_film.hpp"
 
 namespace kinovane::test {
 
@@ -20,7 +27,6 @@ struct Row {
     std::string sentence;
     std::function<void(WorkspaceMaker&)> damage;
     std::vector<std::string> findings;
-    bool json = false;
 };
 
 void recordTwice(WorkspaceMaker& workspace) {
@@ -34,7 +40,6 @@ const std::vector<Row>& rows() {
         "The duration of the shot \"s1\" does not fit 64 bits of milliseconds.";
     static const std::vector<Row> all{
         {"a path recorded twice", recordTwice, {twice}},
-        {"the same, as JSON", recordTwice, {twice}, true},
         {"a duration out of range",
          [](auto& workspace) { workspace.snapshot.productionPlan->shots[0].durationSeconds = tooLong; },
          {duration}},
@@ -61,7 +66,7 @@ const std::vector<Row>& rows() {
              workspace.list("score", "../a\x1b[31m\nb");
              workspace.list("score", "../c");
          },
-         {"The path does not lead to a file in the film's folder: ../a [31m b",
+         {"The path does not lead to a file in the film's folder: ../a\\x1b[31m\\nb",
           "The path does not lead to a file in the film's folder: ../c"}},
     };
     return all;
@@ -73,16 +78,60 @@ TEST(PublishPreflight, ListsWhatPreventsTheHandoff) {
         WorkspaceMaker workspace;
         row.damage(workspace);
         writeDocuments(workspace);
-        std::vector<std::string> arguments{"publish", workspace.snapshot.runManifest.string(), "--vistrel",
-                                           programPath("vistrel")};
-        if (row.json)
-            arguments.emplace_back("--json");
-        std::string errors;
+        std::string findings;
         for (const std::string& finding : row.findings)
-            errors += "kinovane: " + finding + "\n";
-        EXPECT_EQ(runCommandLineTool(arguments), (Outcome{4, row.json ? "" : "Loaded    t\n", errors}));
+            findings += "  " + finding + "\n";
+        EXPECT_EQ(runCommandLineTool({"publish", workspace.snapshot.runManifest.string(), "--vistrel",
+                                      programPath("vistrel")}),
+                  (Outcome{4, "", "Loaded    t\nkinovane: The film cannot be handed over:\n" + findings}));
         EXPECT_FALSE(std::filesystem::exists(workspace.directory / "vistrel-handoff.json"));
     }
+}
+
+TEST(PublishPreflight, ListsWhatPreventsTheHandoffAsJSON) {
+    WorkspaceMaker workspace;
+    recordTwice(workspace);
+    writeDocuments(workspace);
+    EXPECT_EQ(
+        runCommandLineTool(
+            {"publish", workspace.directory.path().string(), "--vistrel", programPath("vistrel"), "--json"}),
+        (Outcome{
+            4, "",
+            R"({"version":1,"error":{"kind":"handoff","status":4,"message":"The film cannot be handed over:\n  )"
+            R"(The project records this file twice: poster.png","findings":[{"code":)"
+            R"("pathRecordedTwice","text":"The project records this file twice: poster.png"}]}})"
+            "\n"}));
+}
+
+TEST(FindingCode, HasANameOfItsOwn) {
+    std::set<std::string_view> names;
+    constexpr int last = static_cast<int>(PreflightCode::negativeDuration);
+    for (int code = 0; code <= last; ++code)
+        names.insert(tool::nameOf(static_cast<PreflightCode>(code)));
+    EXPECT_EQ(names.size(), last + 1U);
+    EXPECT_FALSE(names.contains("unknown"));
+}
+
+TEST(PublishPreflight, RefusesWarningsWhenAsked) {
+    const PublishFilm film;
+    std::string findings;
+    for (const PreflightFinding& finding : VistrelHandoffBuilder::preflight(film.workspace.snapshot))
+        findings += "  " + finding.text + "\n";
+    EXPECT_EQ(
+        film.publish({"--strict"}),
+        (Outcome{4, "",
+                 "Loaded    t\nkinovane: The film has warnings, which --strict refuses:\n" + findings}));
+    EXPECT_FALSE(std::filesystem::exists(film.manifest()));
+}
+
+TEST(PublishPreflight, IsNeededForAPathThatTheManifestCannotCarry) {
+    const TemporaryDirectory directory;
+    const std::filesystem::path film = directory / "caf\xe9";
+    std::filesystem::copy(sampleFilm(), film, std::filesystem::copy_options::recursive);
+    EXPECT_EQ(runCommandLineTool({"publish", film.string(), "--manifest-only"}),
+              (Outcome{4, "",
+                       "Loaded    A Lamp for the Late Ferry\nkinovane: The film cannot be handed over:\n"
+                       "  The project cannot be written: projectRoot: the text is not UTF-8\n"}));
 }
 
 // The other commands show such a workspace like any other.

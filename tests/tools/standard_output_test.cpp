@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -28,7 +29,8 @@ std::vector<std::vector<std::string>> everyCommand(const std::filesystem::path& 
             {"inspect", run.string(), "--json"},
             {"verify", run.string()},
             {"verify", run.string(), "--json"},
-            {"publish", run.string(), "--vistrel", programPath("vistrel"), "--dry-run", "--output", manifest},
+            {"publish", run.string(), "--vistrel", programPath("vistrel"), "--dry-run", "--quiet", "--output",
+             manifest},
             {"publish", run.string(), "--vistrel", programPath("vistrel"), "--dry-run", "--json", "--output",
              manifest}};
 }
@@ -37,13 +39,13 @@ TEST(StandardOutput, CausesAFileSystemFailureWhenItCannotBeWritten) {
     struct Row {
         std::string sentence;
         int descriptor;
-        std::string expected;
+        std::string message;
     };
     const Descriptor full(::open("/dev/full", O_WRONLY | O_CLOEXEC));
     ASSERT_TRUE(full);
     const std::vector<Row> rows{
-        {"a full disk", full.get(), "kinovane: standard output: No space left on device\n"},
-        {"a closed output", -1, "kinovane: standard output: Bad file descriptor\n"},
+        {"a full disk", full.get(), "standard output: No space left on device"},
+        {"a closed output", -1, "standard output: Bad file descriptor"},
     };
     const TemporaryDirectory directory;
     for (const Row& row : rows)
@@ -54,7 +56,11 @@ TEST(StandardOutput, CausesAFileSystemFailureWhenItCannotBeWritten) {
             const Descriptor err(::open(messages.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
             ASSERT_TRUE(err);
             EXPECT_EQ(exitStatusOf(startCommandLineTool(command, row.descriptor, err.get())), 6);
-            EXPECT_EQ(contentOf(messages), row.expected);
+            const bool json = std::ranges::find(command, "--json") != command.end();
+            EXPECT_EQ(contentOf(messages),
+                      json ? R"({"version":1,"error":{"kind":"fileSystem","status":6,"message":")" +
+                                 row.message + "\"}}\n"
+                           : "kinovane: " + row.message + "\n");
         }
 }
 

@@ -2,7 +2,12 @@
 
 #include "commands/publish.hpp"
 
-#include <limits>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -12,145 +17,191 @@
 #include <kinovane/tooling.hpp>
 #include <kinovane/workspace.hpp>
 
-#include "terminal/human_text.hpp"
-#include "json/json_text.hpp"
-#include "session/output.hpp"
-#include "terminal/verification_line.hpp"
-#include "film/workspace_summary.hpp"
+#include "commands/export_time.hpp"
+#include "commands/publish_failure.hpp"
+#include "commands/publish_progress.hpp"
+#include "commands/publish_target.hpp"
+#include "film/exported_files.hpp"
+#include "film/film_location.hpp"
+#include "json/json_output.hpp"
+#include "session/failure.hpp"
+#include "terminal/shown_text.hpp"
 
 namespace kinovane::tool {
 
-namespace fs = std::filesystem;
+namespace json = boost::json;
 
 namespace {
 
-/// Prints each step when it is done; prints nothing when the result is printed as JSON.
-class StepReport {
+/// One run of the command.
+class Publication {
   public:
-    explicit StepReport(bool silent) : silent_(silent) {}
+    Publication(const PublishRequest& request, const Session& session)
+        : request_(request), session_(session), console_(session.console),
+          exportedAt_(exportTime(request.exportedAt,
+                                 std::getenv("SOURCE_DATE_EPOCH"))), // NOLINT(concurrency-mt-unsafe)
+          film_(loadFilm(request.film)), importer_(request.vistrel), target_(request, film_),
+          progress_(console_, film_, target_) {}
 
-    void print(const std::string& step, const std::string& result) const {
-        if (!silent_)
-            printResult(step + std::string(step.size() < column ? column - step.size() : 1, ' ') +
-                        plainText(result) + "\n");
+    void run() {
+        progress_.showLoaded();
+        checkDocuments();
+        try {
+            if (importsOrChecks())
+                importer_ = FilmToolClient::resolveExecutable(request_.vistrel).string();
+            target_.requireWritable();
+            checkSizes();
+            if (importsOrChecks())
+                publishFilm();
+            else
+                writeManifest();
+        } catch (const CommandError&) {
+            throw;
+        } catch (...) {
+            progress_.eraseLine();
+            throw publishFailure(progress_, target_, film_, request_.film, importer_, console_);
+        }
+        showResult();
     }
 
   private:
-    static constexpr std::size_t column = 10;
-    bool silent_;
+    bool importsOrChecks() const { return !request_.manifestOnly && !target_.isStandardOutput(); }
+
+    /// Refuses what the documents prevent, and shows the warnings.
+    void checkDocuments() {
+        receipt_.warnings = VistrelHandoffBuilder::preflight(film_, film_.root.string());
+        std::vector<PreflightFinding> refused = receipt_.warnings;
+        if (!request_.strict)
+            std::erase_if(refused, [](const PreflightFinding& finding) {
+                return finding.severity != PreflightSeverity::blocking;
+            });
+        if (!refused.empty())
+            throw findingsFailure(refused);
+        for (const PreflightFinding& finding : receipt_.warnings)
+            progress_.showWarning(finding.text);
+    }
+
+    void checkSizes() {
+        const std::vector<ArtifactOutcome> damaged = filesOfOtherSize(film_, session_.stop);
+        if (!damaged.empty())
+            throw damageFailure(damaged, film_, request_.film, progress_, console_);
+    }
+
+    void publishFilm() {
+        PublishOptions options;
+        options.exportedAt = exportedAt_;
+        options.workers = request_.workers;
+        options.dryRun = request_.dryRun;
+        options.stop = session_.stop;
+        options.onStep = [this](PublishStep step) { progress_.begin(step); };
+        options.onStepDone = [this](PublishStep step, const PublishReceipt& receipt) {
+            progress_.end(step, receipt);
+            if (step == PublishStep::write)
+                if (const auto handoff = readManifest(target_.manifest()))
+                    progress_.compare(*handoff);
+        };
+        options.onProgress = [this](const VerificationProgress& progress) { progress_.verified(progress); };
+        options.onOutcome = [this](const ArtifactOutcome& outcome) { progress_.examined(outcome); };
+        options.examineAll = true;
+        receipt_ = kinovane::publish(film_, film_.root.string(), target_.manifest(), VistrelClient(importer_),
+                                     std::move(options))
+                       .get();
+    }
+
+    void writeManifest() {
+        HandoffBuildOptions options;
+        options.workers = request_.workers;
+        options.onProgress = [this](const VerificationProgress& progress) { progress_.verified(progress); };
+        options.stop = session_.stop;
+        options.onOutcome = [this](const ArtifactOutcome& outcome) { progress_.examined(outcome); };
+        options.examineAll = true;
+        progress_.begin(PublishStep::build);
+        const VistrelHandoff handoff =
+            VistrelHandoffBuilder::build(film_, film_.root.string(), exportedAt_, options);
+        progress_.end(PublishStep::build, receipt_);
+        if (session_.stop.stopRequested())
+            throw std::system_error(std::make_error_code(std::errc::operation_canceled));
+
+        progress_.begin(PublishStep::write);
+        if (target_.isStandardOutput()) {
+            const std::string text = encodeJSON(handoff, JSONFormat::pretty);
+            receipt_.manifestDigest = VistrelHandoffBuilder::sha256(std::as_bytes(std::span(text)));
+            console_.bytes(text);
+        } else {
+            receipt_.manifestDigest = VistrelHandoffBuilder::write(handoff, target_.manifest());
+        }
+        progress_.end(PublishStep::write, receipt_);
+        progress_.compare(handoff);
+    }
+
+    /// Standard output gets the result after everything was done: a closed pipe then stops nothing.
+    void showResult() const {
+        if (target_.isStandardOutput())
+            return;
+        try {
+            if (console_.options().json)
+                console_.result(json::value(resultJSON()));
+            else
+                console_.result(resultText());
+        } catch (const std::filesystem::filesystem_error& error) {
+            if (!receipt_.imported)
+                throw;
+            throw CommandError(ExitStatus::fileSystem,
+                               "standard output: " + error.code().message() + "\nThe film was imported.");
+        }
+    }
+
+    std::string resultText() const {
+        if (request_.manifestOnly)
+            return shownPath(target_.manifest().string()) + "\n";
+        if (const auto& imported = receipt_.imported)
+            return shown(imported->projectURL.value_or("project " + imported->projectId)) + "\n";
+        return "Vistrel accepts the film. Nothing was imported: this was a dry run.\n";
+    }
+
+    json::object resultJSON() const {
+        const auto receiptJSON = [](const VistrelImportReceipt& receipt) {
+            return parsedJSON(encodeJSON(receipt));
+        };
+        const ArtifactCount& files = progress_.files();
+        const auto& changes = progress_.changes();
+        return {{"version", 1},
+                {"title", film_.project.title},
+                {"verified", json::object{{"files", files.files}, {"bytes", files.bytes}}},
+                {"manifest",
+                 json::object{{"path", target_.isTemporary() ? json::value()
+                                                             : json::value(target_.manifest().string())},
+                              {"sha256", receipt_.manifestDigest}}},
+                {"warnings", findingsJSON(receipt_.warnings)},
+                {"checked", request_.manifestOnly ? json::value() : receiptJSON(receipt_.validation)},
+                {"imported", receipt_.imported ? receiptJSON(*receipt_.imported) : json::value()},
+                {"changes", changes ? json::value(changesJSON(*changes)) : json::value()}};
+    }
+
+    const PublishRequest& request_;
+    const Session& session_;
+    const Console& console_;
+    std::optional<std::string> exportedAt_;
+    FilmWorkspaceSnapshot film_;
+    std::string importer_; ///< The path of the importer, once it was found.
+    PublishTarget target_;
+    PublishProgress progress_;
+    PublishReceipt receipt_;
 };
 
-/// Whether `build` reports the finding in words of its own.
-bool isReportedByBuild(const PreflightFinding& finding) {
-    return finding.code == PreflightCode::productionPlanMissing || finding.code == PreflightCode::unsafePath;
-}
-
-/// Throws PublishError with everything in the documents that prevents the handoff, before a file is read. A
-/// single finding that `build` reports is left to it.
-void requirePublishable(const FilmWorkspaceSnapshot& workspace) {
-    std::vector<PreflightFinding> findings =
-        VistrelHandoffBuilder::preflight(workspace, workspace.root.string());
-    std::erase_if(findings, [](const PreflightFinding& finding) {
-        return finding.severity != PreflightSeverity::blocking;
-    });
-    if (findings.size() > 1 || (findings.size() == 1 && !isReportedByBuild(findings.front())))
-        throw PublishError(PublishError::blocked{std::move(findings)});
-}
-
-VistrelHandoff verifiedHandoff(const FilmWorkspaceSnapshot& workspace, const PublishRequest& request) {
-    VerificationLine line(!request.json);
-    HandoffBuildOptions options;
-    options.workers = request.workers;
-    options.onProgress = line.callback();
-    return VistrelHandoffBuilder::build(workspace, workspace.root.string(), std::nullopt, options);
-}
-
-std::int64_t totalBytes(const VistrelHandoff& handoff) {
-    std::int64_t total = 0;
-    for (const VistrelHandoffAsset& asset : handoff.assets)
-        if (__builtin_add_overflow(total, asset.bytes, &total))
-            return std::numeric_limits<std::int64_t>::max();
-    return total;
-}
-
-/// "2 scenes, 7 shots, 57 files", as far as the receipt counts them.
-std::string countsText(const VistrelImportReceipt& receipt) {
-    std::string text;
-    const auto append = [&](const std::optional<std::int64_t>& count, const char* one, const char* many) {
-        if (count)
-            text += (text.empty() ? "" : ", ") + std::to_string(*count) + " " + (*count == 1 ? one : many);
-    };
-    append(receipt.importedScenes, "scene", "scenes");
-    append(receipt.importedShots, "shot", "shots");
-    append(receipt.importedAssets, "file", "files");
-    return text.empty() ? "the film" : text;
-}
-
-void refuseUnlessOK(const VistrelImportReceipt& receipt, const char* refusal) {
-    if (!receipt.ok)
-        throw ImportRefused(refusal);
-}
-
-VistrelImportReceipt validate(const VistrelClient& vistrel, const fs::path& manifest,
-                              const StepReport& report) {
-    auto receipt = vistrel.validate(manifest).get();
-    refuseUnlessOK(receipt, "Vistrel refused the manifest in the dry run. Nothing was imported.");
-    report.print("Checked", "Vistrel accepts " + countsText(receipt));
-    return receipt;
-}
-
-VistrelImportReceipt import(const VistrelClient& vistrel, const fs::path& manifest,
-                            const StepReport& report) {
-    auto receipt = vistrel.import(manifest).get();
-    refuseUnlessOK(receipt, "Vistrel refused the import.");
-    report.print("Imported", countsText(receipt));
-    report.print("", receipt.projectURL.value_or("project " + receipt.projectId));
-    return receipt;
-}
-
-std::string jsonText(const VistrelHandoff& handoff, const fs::path& manifest, const std::string& digest,
-                     const VistrelImportReceipt& check, const std::optional<VistrelImportReceipt>& imported) {
-    const JSONValue document =
-        JSONObject()
-            .add("title", handoff.project.title)
-            .add("verified",
-                 JSONObject().add("files", handoff.assets.size()).add("bytes", totalBytes(handoff)))
-            .add("manifest", JSONObject().add("path", manifest.string()).add("sha256", digest))
-            .add("checked", JSONValue::fromJSON(encodeJSON(check)))
-            .add("imported", imported ? JSONValue::fromJSON(encodeJSON(*imported)) : JSONValue(nullptr));
-    return document.text() + "\n";
+void requireOneMode(const PublishRequest& request) {
+    if (request.dryRun && request.manifestOnly)
+        throw UsageError("--dry-run and --manifest-only exclude each other");
+    if (request.dryRun && request.manifest == "-")
+        throw UsageError("--dry-run excludes --output -, which runs no importer");
 }
 
 } // namespace
 
-void publish(const PublishRequest& request) {
-    const StepReport report(request.json);
-    const FilmWorkspaceSnapshot workspace = FilmProjectLoader::load(runManifestAt(request.runManifest));
-    // Looked up first, so that a missing program is reported before gigabytes are read.
-    FilmToolClient::resolveExecutable(request.vistrel);
-    const VistrelClient vistrel(request.vistrel);
-    report.print("Loaded", workspace.project.title);
-    requirePublishable(workspace);
-
-    const VistrelHandoff handoff = verifiedHandoff(workspace, request);
-    report.print("Verified",
-                 countText(handoff.assets.size(), "file", "files") + ", " + sizeText(totalBytes(handoff)));
-
-    // Absolute, so that the importer does not parse a name that begins with "-" as an option.
-    const fs::path manifest =
-        fs::absolute(request.manifest.value_or(workspace.root / "vistrel-handoff.json"));
-    const std::string digest = VistrelHandoffBuilder::write(handoff, manifest);
-    report.print("Written", manifest.string());
-    report.print("", digest);
-
-    const VistrelImportReceipt check = validate(vistrel, manifest, report);
-    std::optional<VistrelImportReceipt> imported;
-    if (request.dryRun)
-        report.print("Imported", "nothing: this was a dry run");
-    else
-        imported = import(vistrel, manifest, report);
-    if (request.json)
-        printResult(jsonText(handoff, manifest, digest, check, imported));
+ExitStatus publish(const PublishRequest& request, const Session& session) {
+    requireOneMode(request);
+    Publication(request, session).run();
+    return ExitStatus::success;
 }
 
 } // namespace kinovane::tool

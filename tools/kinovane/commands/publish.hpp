@@ -4,32 +4,26 @@
 
 #include <filesystem>
 #include <optional>
-#include <stdexcept>
 #include <string>
+
+#include "session/session.hpp"
 
 namespace kinovane::tool {
 
 struct PublishRequest {
-    std::filesystem::path runManifest;
-    std::string vistrel; ///< The name or path of the importer.
-    std::optional<std::filesystem::path> manifest;
-    bool dryRun = false;
+    std::filesystem::path film = ".";
+    std::string vistrel = "vistrel";               ///< The name or path of the importer.
+    std::optional<std::filesystem::path> manifest; ///< "-" is standard output.
+    std::optional<std::string> exportedAt;
+    bool force = false;        ///< Replace a file that is no handoff manifest.
+    bool dryRun = false;       ///< Import nothing, and store no manifest in the workspace.
+    bool manifestOnly = false; ///< Store the manifest, and do not run the importer.
+    bool strict = false;       ///< Refuse a film with warnings.
     unsigned workers = 1;
-    bool json = false;
 };
 
-/// Vistrel refused the manifest or the import.
-class ImportRefused : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
-};
-
-/// Checks the documents, verifies the film's files, writes the handoff manifest, validates it with Vistrel
-/// and, unless it is a dry run, imports it. Each step is printed when it is done.
-///
-/// Throws FilmProjectError, PublishError (`blocked`, when the documents prevent the handoff),
-/// VistrelHandoffError, JSONEncodingError, FilmToolError, ImportRefused and
-/// std::filesystem::filesystem_error.
-void publish(const PublishRequest& request);
+/// Checks the documents and the target, verifies the film's files, writes the handoff manifest, validates it
+/// with Vistrel and, unless it is a dry run, imports it.
+ExitStatus publish(const PublishRequest& request, const Session& session);
 
 } // namespace kinovane::tool

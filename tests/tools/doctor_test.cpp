@@ -142,12 +142,12 @@ TEST(Doctor, ReportsAFailingQuexrun) {
     const std::string update = "                    Make sure that this is quexrun, and a version that fits; "
                                "otherwise name another\n"
                                "                    program with --quexrun PROGRAM.\n";
-    const std::string invalid = "Film command returned invalid JSON: quexrun agent status: ";
+    const std::string invalid = "quexrun: Film command returned invalid JSON: quexrun agent status: ";
     const TemporaryDirectory directory;
     const std::string torn = directory.write("status.json", R"({"models":[])").string();
     const std::vector<Row> rows{
-        {"exits with a status", {{"QUEXRUN_MISBEHAVE", "exit-5"}}, "Film command exited 5.\n" + run},
-        {"is killed", {{"QUEXRUN_MISBEHAVE", "killed"}}, "Film command exited 9.\n" + run},
+        {"exits with a status", {{"QUEXRUN_MISBEHAVE", "exit-5"}}, "quexrun: Film command exited 5.\n" + run},
+        {"is killed", {{"QUEXRUN_MISBEHAVE", "killed"}}, "quexrun was ended by signal 9 (Killed).\n" + run},
         {"prints an error message",
          {{"QUEXRUN_MISBEHAVE", "complain"}},
          "The agent runtime is being updated. Try again in a moment.\n" + run},
@@ -178,21 +178,22 @@ TEST(Doctor, UsesProgramsNamedByTheirPaths) {
     }
     EXPECT_EQ(
         runDoctor({"--pi", (own / "my pi").string(), "--quexrun", (own / "torn").string()}),
-        (Outcome{5,
-                 filledIn(one + "\nPrograms\n" + widened(film + vistrel) +
-                              "  quexrun  found    {OWN}/torn\n"
-                              "           FAILING  Could not launch film command: {OWN}/torn: posix_spawn: "
-                              "Exec format error\n"
-                              "                    Make sure that this file is a program for this "
-                              "machine, or name another one with\n"
-                              "                    --quexrun PROGRAM.\n"
-                              "  pi       found    {OWN}/my pi\n"
-                              "\nCopies of pi\n"
-                              "  USED  named with --pi  {OWN}/my pi\n" +
-                              replaced(filledIn("{COPIES}"), "copy      ", "copy   ") +
-                              "  What is named with --pi comes before the installed copies.\n" + noReply,
-                          own.path()),
-                 ""}));
+        (Outcome{
+            5,
+            filledIn(one + "\nPrograms\n" + widened(film + vistrel) +
+                         "  quexrun  found    {OWN}/torn\n"
+                         "           FAILING  torn: Could not launch film command: {OWN}/torn: posix_spawn: "
+                         "Exec format error\n"
+                         "                    Make sure that this file is a program for this "
+                         "machine, or name another one with\n"
+                         "                    --quexrun PROGRAM.\n"
+                         "  pi       found    {OWN}/my pi\n"
+                         "\nCopies of pi\n"
+                         "  USED  named with --pi  {OWN}/my pi\n" +
+                         replaced(filledIn("{COPIES}"), "copy      ", "copy   ") +
+                         "  What is named with --pi comes before the installed copies.\n" + noReply,
+                     own.path()),
+            ""}));
 }
 
 TEST(Doctor, SucceedsWithoutModels) {

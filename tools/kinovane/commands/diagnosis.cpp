@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <variant>
 
+#include <kinovane/user_message.hpp>
+
 namespace kinovane::tool {
 
 namespace {
@@ -53,7 +55,7 @@ std::size_t Diagnosis::problemCount() const {
 }
 
 Problem problemOf(const ProgramFinding& program, const FilmToolError& error) {
-    return {error.errorDescription(), std::visit(Advice(program), error.value())};
+    return {userMessage(error), std::visit(Advice(program), error.value())};
 }
 
 } // namespace kinovane::tool

@@ -15,7 +15,7 @@ namespace kinovane::tool {
 
 /// Why a program cannot be used, and what the user can do about it.
 struct Problem {
-    std::string description; ///< The library's error description.
+    std::string description; ///< The library's text for the error.
     std::string advice;      ///< One sentence.
 
     bool operator==(const Problem&) const = default;

@@ -6,11 +6,13 @@
 #include <string_view>
 #include <utility>
 
-#include "terminal/human_text.hpp"
-#include "json/json_text.hpp"
+#include "json/json_output.hpp"
+#include "terminal/shown_text.hpp"
 #include "terminal/text_table.hpp"
 
 namespace kinovane::tool {
+
+namespace json = boost::json;
 
 namespace {
 
@@ -35,7 +37,7 @@ std::vector<std::string> plainLines(std::string_view text) {
     std::vector<std::string> lines;
     for (;;) {
         const std::size_t end = std::min(text.find('\n'), text.size());
-        lines.push_back(plainText(text.substr(0, end)));
+        lines.push_back(shown(text.substr(0, end)));
         if (end == text.size())
             return lines;
         text.remove_prefix(end + 1);
@@ -47,7 +49,7 @@ std::string programsText(const Diagnosis& diagnosis) {
     for (const ProgramFinding* program : diagnosis.programs()) {
         std::string role = program->role;
         if (program->path)
-            table.addUnwrapped({std::exchange(role, ""), "found", plainText(program->path->string())});
+            table.addUnwrapped({std::exchange(role, ""), "found", shownPath(program->path->string())});
         if (program->problem) {
             const auto& [description, advice] = *program->problem;
             std::string state = program->path ? "FAILING" : "MISSING";
@@ -91,10 +93,10 @@ std::string copiesText(const Diagnosis& diagnosis) {
     TextTable table({left, left, left});
     bool fromCopies = diagnosis.piOrigin == PiOrigin::installedCopy;
     if (diagnosis.piOrigin && diagnosis.pi.path && !fromCopies)
-        table.addUnwrapped({"USED", originText(*diagnosis.piOrigin), plainText(diagnosis.pi.path->string())});
+        table.addUnwrapped({"USED", originText(*diagnosis.piOrigin), shownPath(diagnosis.pi.path->string())});
     for (const std::filesystem::path& copy : diagnosis.installedPis)
         table.addUnwrapped({std::exchange(fromCopies, false) ? "USED" : "",
-                            originText(PiOrigin::installedCopy), plainText(copy.string())});
+                            originText(PiOrigin::installedCopy), shownPath(copy.string())});
     return "\nCopies of pi\n" + table.text() + choiceText(diagnosis.piOrigin);
 }
 
@@ -110,9 +112,9 @@ std::string modelsText(const std::optional<QuexRunAgentStatus>& agent) {
         const bool marked = best == model;
         if (marked) // Only the first of two equal models is marked.
             best.reset();
-        table.add({marked ? "BEST" : "", plainText(model.displayName), plainText(model.id),
-                   yesOrNo(model.installed), yesOrNo(model.startableByQuexRun),
-                   std::to_string(model.recommendedUnifiedMemoryGB) + " GB", plainText(model.servingEngine)});
+        table.add({marked ? "BEST" : "", shown(model.displayName), shown(model.id), yesOrNo(model.installed),
+                   yesOrNo(model.startableByQuexRun),
+                   std::to_string(model.recommendedUnifiedMemoryGB) + " GB", shown(model.servingEngine)});
     }
     std::string text = "\nModels\n" + (agent->models.empty() ? "  none\n" : table.text());
     if (!agent->bestInstalledModel())
@@ -126,21 +128,20 @@ std::string agentPiText(const std::optional<QuexRunAgentStatus>& agent) {
         return std::string(title) + noReply;
     TextTable table({left, left});
     table.add({"Installed", yesOrNo(agent->pi.installed)});
-    table.add({"Version", plainText(agent->pi.version.value_or("not given"))});
-    table.addUnwrapped({"Place", plainText(agent->pi.path.value_or("not given"))});
+    table.add({"Version", shown(agent->pi.version.value_or("not given"))});
+    table.addUnwrapped({"Place", shownPath(agent->pi.path.value_or("not given"))});
     return title + table.text();
 }
 
-JSONObject programJSON(const ProgramFinding& program) {
+json::object programJSON(const ProgramFinding& program) {
     const auto& problem = program.problem;
-    return JSONObject()
-        .add("name", program.name)
-        .add("path", program.path ? JSONValue(program.path->string()) : JSONValue(nullptr))
-        .add("error", problem ? JSONValue(problem->description) : JSONValue(nullptr))
-        .add("advice", problem ? JSONValue(problem->advice) : JSONValue(nullptr));
+    return {{"name", program.name},
+            {"path", program.path ? json::value(program.path->string()) : nullptr},
+            {"error", problem ? json::value(problem->description) : nullptr},
+            {"advice", problem ? json::value(problem->advice) : nullptr}};
 }
 
-JSONValue originJSON(const std::optional<PiOrigin>& origin) {
+json::value originJSON(const std::optional<PiOrigin>& origin) {
     if (!origin)
         return nullptr;
     switch (*origin) {
@@ -154,18 +155,17 @@ JSONValue originJSON(const std::optional<PiOrigin>& origin) {
     return "installed-copy";
 }
 
-JSONValue agentJSON(const std::optional<QuexRunAgentStatus>& agent) {
+json::value agentJSON(const std::optional<QuexRunAgentStatus>& agent) {
     if (!agent)
         return nullptr;
     const auto best = agent->bestInstalledModel();
-    JSONList models;
+    json::array models;
     for (const QuexRunAgentModel& model : agent->models)
-        models.add(JSONValue::fromJSON(encodeJSON(model)));
-    return JSONObject()
-        .add("models", models)
-        .add("bestInstalledModel", best ? JSONValue(best->id) : JSONValue(nullptr))
-        .add("advice", best ? JSONValue(nullptr) : JSONValue(modelAdvice))
-        .add("pi", JSONValue::fromJSON(encodeJSON(agent->pi)));
+        models.push_back(parsedJSON(encodeJSON(model)));
+    return {{"models", models},
+            {"bestInstalledModel", best ? json::value(best->id) : nullptr},
+            {"advice", best ? nullptr : json::value(modelAdvice)},
+            {"pi", parsedJSON(encodeJSON(agent->pi))}};
 }
 
 } // namespace
@@ -176,20 +176,17 @@ std::string humanText(const Diagnosis& diagnosis) {
 }
 
 std::string jsonText(const Diagnosis& diagnosis) {
-    JSONObject programs;
+    json::object programs;
     for (const ProgramFinding* program : diagnosis.programs())
-        programs.add(program->role, programJSON(*program));
-    JSONList copies;
+        programs.emplace(program->role, programJSON(*program));
+    json::array copies;
     for (const std::filesystem::path& copy : diagnosis.installedPis)
-        copies.add(copy.string());
-    const JSONValue document =
-        JSONObject()
-            .add("ok", diagnosis.problemCount() == 0)
-            .add("programs", programs)
-            .add("pi",
-                 JSONObject().add("origin", originJSON(diagnosis.piOrigin)).add("installedCopies", copies))
-            .add("agent", agentJSON(diagnosis.agent));
-    return document.text() + "\n";
+        copies.emplace_back(copy.string());
+    return jsonLine({{"version", 1},
+                     {"ok", diagnosis.problemCount() == 0},
+                     {"programs", programs},
+                     {"pi", {{"origin", originJSON(diagnosis.piOrigin)}, {"installedCopies", copies}}},
+                     {"agent", agentJSON(diagnosis.agent)}});
 }
 
 } // namespace kinovane::tool

@@ -11,7 +11,7 @@ namespace kinovane::tool {
 /// The diagnosis as text for the terminal.
 std::string humanText(const Diagnosis& diagnosis);
 
-/// The diagnosis as one line with one JSON object. Throws JSONEncodingError for a path that is not UTF-8.
+/// The diagnosis as one line with one JSON object.
 std::string jsonText(const Diagnosis& diagnosis);
 
 } // namespace kinovane::tool

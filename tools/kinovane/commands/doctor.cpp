@@ -10,7 +10,6 @@
 
 #include "commands/diagnosis.hpp"
 #include "commands/diagnosis_text.hpp"
-#include "session/output.hpp"
 
 namespace kinovane::tool {
 
@@ -59,10 +58,10 @@ Diagnosis diagnose(const DoctorRequest& request) {
 
 } // namespace
 
-bool doctor(const DoctorRequest& request) {
+ExitStatus doctor(const DoctorRequest& request, const Session& session) {
     const Diagnosis diagnosis = diagnose(request);
-    printResult(request.json ? jsonText(diagnosis) : humanText(diagnosis));
-    return diagnosis.problemCount() == 0;
+    session.console.result(session.console.options().json ? jsonText(diagnosis) : humanText(diagnosis));
+    return diagnosis.problemCount() == 0 ? ExitStatus::success : ExitStatus::program;
 }
 
 } // namespace kinovane::tool

@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "session/session.hpp"
+
 namespace kinovane::tool {
 
 /// The names or paths of the external programs.
@@ -12,12 +14,10 @@ struct DoctorRequest {
     std::string vistrel = "vistrel";
     std::string quexrun = "quexrun";
     std::string pi = "pi";
-    bool json = false;
 };
 
-/// Prints which external programs are found, and the status of the agent runtime. Returns whether all
-/// programs are found and the agent runtime replies. A failing program is part of the output, not an
-/// exception.
-bool doctor(const DoctorRequest& request);
+/// Prints which external programs are found, and the status of the agent runtime. A failing program is part
+/// of the output, not an exception: the status is `program` then.
+ExitStatus doctor(const DoctorRequest& request, const Session& session);
 
 } // namespace kinovane::tool

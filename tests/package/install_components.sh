@@ -33,7 +33,13 @@ package=$libdir/cmake/KinovaneCore/KinovaneCore
 expect Runtime "$libdir/$realName" "$libdir/$soname"
 expect Development "$libdir/$linkName" "${headers[@]}" "$libdir/pkgconfig/kinovane-core.pc" \
     "${package}Config.cmake" "${package}ConfigVersion.cmake" "${package}Targets.cmake" "${package}Targets-CONFIG.cmake"
-expect Tools bin/kinovane
+manuals=()
+for page in '' -{status,inspect,shots,artifacts,open,verify,publish,copy,plan,approve,advance,review,reroll,recover,export} \
+    -{doctor,help,completion,manual}; do
+    manuals+=("share/man/man1/kinovane$page.1")
+done
+expect Tools bin/kinovane "${manuals[@]}" share/bash-completion/completions/kinovane \
+    share/zsh/site-functions/_kinovane share/fish/vendor_completions.d/kinovane.fish
 
 cmake --install "$build" --prefix "$work/before" --component Runtime >/dev/null
 cmake --install "$build" --prefix "$work/before" --component Tools >/dev/null

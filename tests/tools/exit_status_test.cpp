@@ -23,53 +23,61 @@ TEST(ExitStatus, Is2ForInvalidArguments) {
         std::string message, help;
     };
     const std::vector<Row> rows{
-        {"no command", {}, "A command is needed: inspect, verify, publish or doctor", "kinovane --help"},
-        {"an unknown command",
-         {"import"},
-         "A command is needed: inspect, verify, publish or doctor",
+        {"no command", {}, "a command is needed, such as \"kinovane status\"", "kinovane --help"},
+        {"an unknown command", {"frobnicate"}, "\"frobnicate\" is not a command", "kinovane --help"},
+        {"a command with a wrong letter",
+         {"verfy"},
+         "\"verfy\" is not a command. Did you mean \"verify\"?",
          "kinovane --help"},
-        {"no workspace", {"inspect"}, "RUN_JSON is required", "kinovane inspect --help"},
-        {"two workspaces",
-         {"inspect", "a", "b"},
-         "The following argument was not expected: b",
-         "kinovane inspect --help"},
+        {"two workspaces", {"shots", "a", "b"}, "\"b\" is one argument too many", "kinovane shots --help"},
+        {"no target", {"copy", "a"}, "TARGET is required", "kinovane copy --help"},
         {"an unknown option",
          {"inspect", "a", "--frob"},
-         "The following argument was not expected: --frob",
+         "\"--frob\" is not an option of kinovane inspect",
          "kinovane inspect --help"},
-        {"no program", {"publish", "a"}, "--vistrel is required", "kinovane publish --help"},
+        {"an option with a wrong letter",
+         {"verify", "--wrokers", "3"},
+         "\"--wrokers\" is not an option of kinovane verify. Did you mean \"--workers\"?",
+         "kinovane verify --help"},
+        {"a word that is no color",
+         {"verify", "--color=red"},
+         "--color: \"red\" is not one of always, auto, never",
+         "kinovane verify --help"},
+        {"an unknown topic of help",
+         {"help", "verfy"},
+         "\"verfy\" is not a command. Did you mean \"verify\"?",
+         "kinovane --help"},
         {"an option without its value",
          {"publish", "a", "--vistrel"},
          "--vistrel: 1 required PROGRAM missing",
          "kinovane publish --help"},
         {"no workers",
          {"publish", "a", "--vistrel", "v", "--workers", "0"},
-         "--workers: \"0\" is not a whole number from 1 to 256",
+         "--workers: \"0\" is not a whole number from 1 to 64",
          "kinovane publish --help"},
         {"fewer than no workers",
          {"publish", "a", "--vistrel", "v", "--workers=-1"},
-         "--workers: \"-1\" is not a whole number from 1 to 256",
+         "--workers: \"-1\" is not a whole number from 1 to 64",
          "kinovane publish --help"},
         {"too many workers",
-         {"publish", "a", "--vistrel", "v", "--workers", "257"},
-         "--workers: \"257\" is not a whole number from 1 to 256",
+         {"publish", "a", "--vistrel", "v", "--workers", "65"},
+         "--workers: \"65\" is not a whole number from 1 to 64",
          "kinovane publish --help"},
         {"workers in words",
          {"publish", "a", "--vistrel", "v", "--workers", "two"},
-         "--workers: \"two\" is not a whole number from 1 to 256",
+         "--workers: \"two\" is not a whole number from 1 to 64",
          "kinovane publish --help"},
-        {"nothing to verify", {"verify"}, "RUN_JSON is required", "kinovane verify --help"},
         {"no workers to verify",
          {"verify", "a", "--workers", "0"},
-         "--workers: \"0\" is not a whole number from 1 to 256",
+         "--workers: \"0\" is not a whole number from 1 to 64",
          "kinovane verify --help"},
         {"an option of another command",
          {"verify", "a", "--dry-run"},
-         "The following argument was not expected: --dry-run",
+         "\"--dry-run\" is not an option of kinovane verify",
          "kinovane verify --help"},
         {"a workspace for the doctor",
          {"doctor", "a"},
-         "The following argument was not expected: a",
+         "\"a\" is one argument too many",
          "kinovane doctor --help"},
         {"a program without its name",
          {"doctor", "--pi"},
@@ -90,13 +98,13 @@ TEST(ExitStatus, Is0ForHelpAndVersion) {
     const std::vector<Row> rows{
         {{"--version"}, "kinovane 1.0\n"},
         {{"--help"},
-         "Looks into the workspace of a film, verifies its files, publishes the film to Vistrel, and shows "
-         "whether the programs for it are there.\n"},
-        {{"inspect", "--help"}, "Show what there is to know about a film's workspace\n"},
-        {{"verify", "--help"}, "Examine every file that is handed over, and show all that are damaged\n"},
-        {{"publish", "-h"}, "Verify a film's files, write its handoff manifest and import it into Vistrel\n"},
-        {{"doctor", "--help"},
-         "Show which external programs and models are there, and what to do about those that are not\n"},
+         "Shows the workspace of a film, verifies its files, produces it with the film tool, and publishes "
+         "it\n"
+         "to Vistrel.\n"},
+        {{"inspect", "--help"}, "Show everything that a film's documents tell.\n"},
+        {{"verify", "--help"}, "Examine a film's files, and show all that are damaged.\n"},
+        {{"publish", "-h"}, "Verify a film, write its handoff manifest, import it into Vistrel.\n"},
+        {{"doctor", "--help"}, "Show which external programs and models are there.\n"},
     };
     for (const Row& row : rows) {
         const Outcome outcome = runCommandLineTool(row.arguments);
@@ -106,13 +114,17 @@ TEST(ExitStatus, Is0ForHelpAndVersion) {
     }
 }
 
-TEST(ExitStatus, Is4ForAPathThatIsNotUTF8) {
+TEST(ExitStatus, Is4ForAPathThatTheManifestCannotCarry) {
     const TemporaryDirectory directory;
-    const fs::path run = directory.write("caf\xe9/run.json", "");
-    directory.write("caf\xe9/film-project.json", smallestProject());
-    EXPECT_EQ(runCommandLineTool({"inspect", run.string(), "--json"}),
-              (Outcome{4, "", "kinovane: A path in the result is not UTF-8, and JSON cannot carry it.\n"}));
-    EXPECT_EQ(runCommandLineTool({"inspect", run.string()}).status, 0);
+    const fs::path film = directory / "caf\xe9";
+    fs::copy(sampleFilm(), film, fs::copy_options::recursive);
+    const Outcome outcome =
+        runCommandLineTool({"publish", film.string(), "--vistrel", programPath("vistrel"), "--dry-run"});
+    EXPECT_EQ(outcome.status, 4) << outcome;
+    EXPECT_EQ(outcome.err, "Loaded    A Lamp for the Late Ferry\nkinovane: The film cannot be handed over:\n"
+                           "  The project cannot be written: projectRoot: the text is not UTF-8\n");
+    EXPECT_EQ(runCommandLineTool({"inspect", film.string(), "--json"}).status, 4);
+    EXPECT_EQ(runCommandLineTool({"inspect", film.string()}).status, 4);
 }
 
 } // namespace

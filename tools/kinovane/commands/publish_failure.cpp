@@ -102,10 +102,6 @@ std::string interruptionText(const PublishProgress& progress, const PublishTarge
     return "Interrupted " + std::string(when) + ". " + stateText(progress, target);
 }
 
-bool isInterruption(const std::system_error& error) {
-    return error.code() == std::errc::operation_canceled && Interruption::signal() != 0;
-}
-
 CommandError refusalFailure(const PublishError::refused& refusal) {
     const std::string words = shownLines(refusal.message);
     std::string text = "Vistrel refused the film" + (words.empty() ? " without a reason" : ": " + words);
@@ -166,7 +162,7 @@ CommandError publishFailure(const PublishProgress& progress, const PublishTarget
                 brokenImporterText(error, importer) +
                     (progress.step() == PublishStep::preflight ? "" : "\n" + stateText(progress, target))};
     } catch (const std::system_error& error) {
-        if (isInterruption(error))
+        if (isRequestedStop(error))
             return {statusOfSignal(Interruption::signal()), interruptionText(progress, target)};
         throw;
     }

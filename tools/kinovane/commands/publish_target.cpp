@@ -52,7 +52,7 @@ bool isHandoffManifest(const fs::path& file) {
         return false;
     std::ifstream stream(file, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    boost::json::error_code invalid;
+    boost::system::error_code invalid;
     const boost::json::value document = boost::json::parse(text, invalid);
     if (invalid || !document.is_object())
         return false;

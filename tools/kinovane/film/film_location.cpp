@@ -43,7 +43,7 @@ std::optional<std::size_t> artifactNumber(std::string_view text) {
 std::optional<std::string> recordedPath(const fs::path& project, std::size_t artifact) {
     std::ifstream file(project, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    boost::json::error_code error;
+    boost::system::error_code error;
     const boost::json::value document = boost::json::parse(text, error);
     const boost::json::value* path =
         error ? nullptr : document.find_pointer("/artifacts/" + std::to_string(artifact) + "/path", error);

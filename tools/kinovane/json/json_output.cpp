@@ -135,7 +135,7 @@ void append(std::string& line, const json::value& value) {
 /// reals exactly. The constants, names and signatures are those that boost::json::basic_parser requires.
 class ExactHandler {
   public:
-    using Error = json::error_code;
+    using Error = boost::system::error_code;
     using View = json::string_view;
 
     static constexpr std::size_t max_array_size = SIZE_MAX;
@@ -218,7 +218,7 @@ json::value parsedJSON(std::string_view text) {
     // On the heap, because the parser takes a text that ends at the parser's own address for an incomplete
     // one.
     const auto parser = std::make_unique<json::basic_parser<ExactHandler>>(json::parse_options());
-    json::error_code error;
+    boost::system::error_code error;
     const std::size_t end = parser->write_some(false, text.data(), text.size(), error);
     if (!error && end < text.size())
         error = json::error::extra_data;

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include <kinovane/tooling.hpp>
+
+#include "support/sanitizers.hpp"
 #include "support/temporary_directory.hpp"
 #include "tools/command_line_tool.hpp"
 
@@ -89,6 +93,26 @@ TEST(ExitStatus, Is2ForInvalidArguments) {
                   (Outcome{2, "", "kinovane: " + row.message + "\nFor help: " + row.help + "\n"}))
             << row.sentence;
 }
+
+#if !defined(KINOVANE_ADDRESS_SANITIZER) &&                                                                  \
+    !defined(KINOVANE_THREAD_SANITIZER) // They need much address space.
+TEST(ExitStatus, Is1WhenThereIsNotEnoughMemory) {
+    const TemporaryDirectory directory;
+    const std::string list = directory.write("list", "").string();
+    fs::resize_file(list, std::uintmax_t{1} << 28U); // Takes no space on the disk.
+    const std::string command = "ulimit -v 300000; exec \"$0\" verify \"$1\" --checksums \"$2\"";
+    try {
+        FilmToolClient("sh").run({"-c", command, programPath("kinovane"), sampleFilm().string(), list}).get();
+        FAIL() << "no error";
+    } catch (const FilmToolError& error) {
+        const auto* failed = std::get_if<FilmToolError::commandFailed>(&error.value());
+        ASSERT_NE(failed, nullptr) << error.what();
+        EXPECT_EQ(failed->result.exitCode, 1);
+        EXPECT_EQ(failed->result.stdout, "");
+        EXPECT_EQ(failed->result.stderr, "kinovane: there is not enough memory\n");
+    }
+}
+#endif
 
 TEST(ExitStatus, Is0ForHelpAndVersion) {
     struct Row {

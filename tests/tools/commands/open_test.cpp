@@ -73,6 +73,15 @@ TEST(Open, OpensAFileOfTheFilm) {
     }
 }
 
+TEST(Open, GivesTheOpenerThePathThatWasChecked) {
+    OpenableFilm film;
+    fs::create_symlink("cuts/rough.mp4", film.path("link.mp4"));
+    film.workspace.list("delivery-master", "link.mp4");
+    film.write();
+    EXPECT_EQ(film.open({film.folder()}), (Outcome{0, "", "Opened " + film.path("link.mp4") + "\n"}));
+    EXPECT_EQ(film.opened(), film.path("cuts/rough.mp4") + "\n") << "links are followed before, not after";
+}
+
 TEST(Open, PrintsThePath) {
     const OpenableFilm film;
     EXPECT_EQ(film.open({"s1", film.folder(), "--print"}),

@@ -12,6 +12,7 @@
 #include <kinovane/film_shots.hpp>
 
 #include "film/film_location.hpp"
+#include "film/film_tree.hpp"
 #include "film/opener.hpp"
 #include "film/unknown_word.hpp"
 #include "session/failure.hpp"
@@ -67,8 +68,8 @@ CommandError misplaced(const fs::path& file, const std::string& reason) {
     return {ExitStatus::handoff, shownPath(file.string()) + " is not opened: " + reason};
 }
 
-/// Throws unless the file exists, is a regular file, and lies inside the film's folder, links followed.
-void expectFileOf(const FilmWorkspaceSnapshot& film, const fs::path& file) {
+/// The path of the file with all links followed. Throws unless it is a regular file in the film's folder.
+fs::path fileInside(const FilmWorkspaceSnapshot& film, const fs::path& file) {
     if (!file.is_absolute() || file.native().find('\0') != std::string::npos)
         throw misplaced(file, "its path is not valid");
     std::error_code error;
@@ -78,12 +79,13 @@ void expectFileOf(const FilmWorkspaceSnapshot& film, const fs::path& file) {
                                                                          : ExitStatus::fileSystem,
                            shownPath(file.string()) + ": " + error.message());
     const fs::path root = fs::canonical(film.root);
-    if (std::ranges::mismatch(root, target).in1 != root.end())
+    if (!isInsideLexically(target, root))
         throw misplaced(file, target == file
                                   ? "it lies outside the film's folder"
                                   : "it leads out of the film's folder, to " + shownPath(target.string()));
     if (!fs::is_regular_file(target))
         throw misplaced(file, "it is not a regular file");
+    return target;
 }
 
 } // namespace
@@ -94,10 +96,10 @@ ExitStatus open(const OpenRequest& request, const Session& session) {
     moveFilmArgument(what, location, [](const std::string& word) { return isKnown(word, loadFilm(".")); });
     const FilmWorkspaceSnapshot film = loadFilm(location);
     const fs::path file = locationOf(what, film);
-    expectFileOf(film, file);
+    const fs::path target = fileInside(film, file);
     const Console& console = session.console;
     if (!request.print)
-        openWithSystem(file, session.stop);
+        openWithSystem(target, session.stop);
     if (console.options().json)
         console.result(
             json::value(json::object{{"version", 1}, {"path", file.string()}, {"opened", !request.print}}));

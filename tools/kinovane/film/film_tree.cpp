@@ -11,11 +11,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool isInsideLexically(const fs::path& path, const fs::path& folder) {
-    const fs::path relative = path.lexically_relative(folder);
-    return !relative.empty() && *relative.begin() != "..";
-}
-
 void list(const fs::path& root, const fs::path& folder, std::vector<TreeEntry>& tree,
           std::vector<TreeEntry>& folders) {
     std::error_code error;
@@ -44,6 +39,11 @@ std::vector<TreeEntry> treeBelow(const fs::path& folder) {
     }
     std::ranges::sort(tree, {}, &TreeEntry::path);
     return tree;
+}
+
+bool isInsideLexically(const fs::path& path, const fs::path& folder) {
+    const fs::path relative = path.lexically_relative(folder);
+    return !relative.empty() && *relative.begin() != "..";
 }
 
 fs::path linkTextInside(const fs::path& folder, const fs::path& link) {

@@ -28,7 +28,10 @@ std::vector<TreeEntry> treeBelow(const std::filesystem::path& folder);
 /// link leads out of the folder. `link` is relative to the folder.
 std::filesystem::path linkTextInside(const std::filesystem::path& folder, const std::filesystem::path& link);
 
-/// Whether one folder is the other one or lies in it.
+/// Whether the text of the path is that of the folder or begins with it, component by component.
+bool isInsideLexically(const std::filesystem::path& path, const std::filesystem::path& folder);
+
+/// Whether one folder is the other one or lies in it, links followed.
 bool isInside(const std::filesystem::path& path, const std::filesystem::path& folder);
 
 } // namespace kinovane::tool

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <variant>
 
+#include "film/film_tree.hpp"
 #include "json/json_output.hpp"
 #include "terminal/display_width.hpp"
 #include "terminal/human_text.hpp"
@@ -20,8 +21,6 @@ namespace fs = std::filesystem;
 namespace json = boost::json;
 
 namespace {
-
-constexpr std::size_t wordColumns = 12;
 
 bool isDigest(std::string_view text) {
     constexpr std::string_view prefix = "sha256:";
@@ -58,11 +57,6 @@ bool holdsParentComponent(const fs::path& path) {
     return std::find(path.begin(), path.end(), "..") != path.end();
 }
 
-bool isBelow(const fs::path& path, const fs::path& root) {
-    const fs::path relative = path.lexically_relative(root);
-    return !relative.empty() && *relative.begin() != "..";
-}
-
 /// Where the path leads, if that is outside the film's folder.
 std::optional<fs::path> locationOutside(const std::string& path, const fs::path& root) {
     std::error_code error;
@@ -70,7 +64,7 @@ std::optional<fs::path> locationOutside(const std::string& path, const fs::path&
     if (error)
         return std::nullopt;
     fs::path location = fs::weakly_canonical(folder / path, error);
-    if (error || isBelow(location, folder))
+    if (error || isInsideLexically(location, folder))
         return std::nullopt;
     return location;
 }

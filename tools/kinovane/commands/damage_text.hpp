@@ -32,6 +32,9 @@ std::string_view nameOf(FileState state);
 /// which is read to learn where a link leads.
 std::string reasonText(const ArtifactOutcome& outcome, const std::filesystem::path& root);
 
+/// The columns of the word at the beginning of a line about a file, with the blanks after it.
+inline constexpr std::size_t wordColumns = 12;
+
 /// One line about a file: state, path and reason, or the size of a sound file. If the line would be wider
 /// than `columns`, the reason has a line of its own; the path is never broken. `verbose` adds the digests.
 std::string fileText(const ArtifactOutcome& outcome, const std::filesystem::path& root, std::size_t columns,

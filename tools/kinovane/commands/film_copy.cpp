@@ -23,8 +23,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t anyColumns = 1'000'000;
-
 bool isBelowAny(const fs::path& path, const std::set<fs::path>& folders) {
     for (fs::path folder = path.parent_path(); !folder.empty(); folder = folder.parent_path())
         if (folders.contains(folder))

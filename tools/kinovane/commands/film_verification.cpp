@@ -16,6 +16,7 @@
 
 #include "commands/damage_text.hpp"
 #include "film/document_faults.hpp"
+#include "film/exported_files.hpp"
 #include "film/staged_file.hpp"
 #include "session/failure.hpp"
 #include "terminal/display_width.hpp"
@@ -30,9 +31,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t anyColumns = 1'000'000;
-constexpr std::size_t wordColumns = 12;
-
 std::string normalized(const std::string& path) { return fs::path(path).lexically_normal().string(); }
 
 /// Whether the path is that of a document, which belongs to the film although it is not handed over as a
@@ -44,10 +42,9 @@ bool isDocument(const FilmWorkspaceSnapshot& film, const std::string& path) {
 }
 
 std::vector<FilmArtifact> chosenArtifacts(const FilmWorkspaceSnapshot& film, bool all) {
-    const auto kinds = VistrelHandoffBuilder::exportedKinds();
     std::vector<FilmArtifact> chosen;
     for (const FilmArtifact& artifact : film.project.artifacts)
-        if (all || std::ranges::find(kinds, artifact.kind) != kinds.end() || isDocument(film, artifact.path))
+        if (all || isExported(artifact) || isDocument(film, artifact.path))
             chosen.push_back(artifact);
     return chosen;
 }

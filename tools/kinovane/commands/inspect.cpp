@@ -42,8 +42,8 @@ const char* presence(bool present) { return present ? "present" : "not there yet
 std::string proofText(const FilmProof& proof, const WorkspaceSummary& summary) {
     std::string text = std::to_string(proof.completedCount()) + " of 10 steps";
     const char* separator = "; missing: ";
-    for (const ProofStep& step : summary.missingSteps) {
-        text += separator + std::string(step.name);
+    for (const FilmProofStep& step : summary.missingSteps) {
+        text += separator + std::string(proofStepName(step.key));
         separator = ", ";
     }
     return text;

@@ -23,7 +23,6 @@ namespace {
 constexpr std::size_t stepColumns = 10;
 constexpr std::chrono::seconds longStep{10}; // Shorter ones are shown without their duration.
 
-constexpr std::size_t noLimit = 1'000'000;
 constexpr std::size_t longestTitle = 200;
 
 /// The words of the text below each other, behind the prefix and below its end.
@@ -47,7 +46,7 @@ ArtifactCount countOf(const std::vector<FilmArtifact>& artifacts) {
 
 } // namespace
 
-std::size_t messageColumns() { return terminalColumns(STDERR_FILENO, noLimit); }
+std::size_t messageColumns() { return terminalColumns(STDERR_FILENO, anyColumns); }
 
 std::string countsText(const VistrelImportReceipt& receipt) {
     std::string text;

@@ -24,7 +24,7 @@ namespace {
 std::string proofText(const FilmProof& proof, const WorkspaceSummary& summary) {
     std::string text = std::to_string(proof.completedCount()) + " of 10 steps";
     if (!summary.missingSteps.empty())
-        text += "; next: " + std::string(summary.missingSteps.front().name);
+        text += "; next: " + std::string(proofStepName(summary.missingSteps.front().key));
     return text;
 }
 

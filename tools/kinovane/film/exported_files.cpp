@@ -14,11 +14,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool isExported(const FilmArtifact& artifact) {
-    const auto kinds = VistrelHandoffBuilder::exportedKinds();
-    return std::ranges::find(kinds, artifact.kind) != kinds.end();
-}
-
 bool hasRecordedSize(const FilmWorkspaceSnapshot& film, const FilmArtifact& artifact) {
     std::error_code error;
     const std::uintmax_t size = fs::file_size(film.artifactURL(artifact), error);
@@ -26,6 +21,11 @@ bool hasRecordedSize(const FilmWorkspaceSnapshot& film, const FilmArtifact& arti
 }
 
 } // namespace
+
+bool isExported(const FilmArtifact& artifact) {
+    const auto kinds = VistrelHandoffBuilder::exportedKinds();
+    return std::ranges::find(kinds, artifact.kind) != kinds.end();
+}
 
 std::vector<FilmArtifact> exportedFiles(const FilmWorkspaceSnapshot& film) {
     std::vector<FilmArtifact> files;

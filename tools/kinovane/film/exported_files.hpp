@@ -10,6 +10,9 @@
 
 namespace kinovane::tool {
 
+/// Whether a recorded file is handed over.
+bool isExported(const FilmArtifact& artifact);
+
 /// The recorded files that are handed over, in the project's order.
 std::vector<FilmArtifact> exportedFiles(const FilmWorkspaceSnapshot& film);
 

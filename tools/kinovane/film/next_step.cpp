@@ -124,15 +124,15 @@ std::vector<FilmJob> failedJobs(const FilmProject& project) {
 
 NextStep nextStep(const FilmWorkspaceSnapshot& film) {
     const FilmProject& project = film.project;
-    const WorkspaceSummary summary(film);
-    const std::vector<FilmReviewRequest>& waiting = summary.waitingRequests;
+    const std::vector<FilmReviewRequest> waiting = waitingRequestsOf(project);
     if (std::optional<NextStep> step = blocked(project, waiting))
         return *std::move(step);
     if (std::optional<NextStep> step = failedJob(project))
         return *std::move(step);
     if (std::optional<NextStep> step = approval(project))
         return *std::move(step);
-    return summary.missingSteps.empty() ? finished(waiting) : production(project, waiting);
+    const bool isComplete = std::ranges::all_of(project.proof.steps(), &FilmProofStep::complete);
+    return isComplete ? finished(waiting) : production(project, waiting);
 }
 
 } // namespace kinovane::tool

@@ -43,7 +43,7 @@ std::string shotsText(const FilmWorkspaceSnapshot& film, const WorkspaceSummary&
 
 json::object proofJSON(const FilmProof& proof, const WorkspaceSummary& summary) {
     json::array missing;
-    for (const ProofStep& step : summary.missingSteps)
+    for (const FilmProofStep& step : summary.missingSteps)
         missing.emplace_back(step.key);
     return {{"completed", proof.completedCount()}, {"total", 10}, {"missing", missing}};
 }

@@ -2,7 +2,6 @@
 
 #include "film/unrecorded_files.hpp"
 
-#include <algorithm>
 #include <set>
 #include <string_view>
 #include <system_error>
@@ -10,6 +9,7 @@
 
 #include <sys/stat.h>
 
+#include "film/film_tree.hpp"
 #include "terminal/shown_text.hpp"
 
 namespace kinovane::tool {
@@ -22,76 +22,57 @@ constexpr std::string_view handoffManifest = "vistrel-handoff.json";
 
 using Inode = std::pair<dev_t, ino_t>;
 
-class Search {
-  public:
-    explicit Search(const FilmWorkspaceSnapshot& film) : root_(film.root) {
-        known_ = {film.runManifest.filename().string(), std::string(FilmWorkspaceDocument::project),
-                  std::string(FilmWorkspaceDocument::productionPlan),
-                  std::string(FilmWorkspaceDocument::treatment), std::string(handoffManifest)};
+/// What the project records: paths below the film's folder, and what they lead to.
+struct RecordedFiles {
+    explicit RecordedFiles(const FilmWorkspaceSnapshot& film)
+        : paths{film.runManifest.filename().string(), std::string(FilmWorkspaceDocument::project),
+                std::string(FilmWorkspaceDocument::productionPlan),
+                std::string(FilmWorkspaceDocument::treatment), std::string(handoffManifest)} {
         for (const FilmArtifact& artifact : film.project.artifacts) {
-            known_.insert(fs::path(artifact.path).lexically_normal().string());
+            paths.insert(fs::path(artifact.path).lexically_normal().string());
             struct stat status{};
             if (artifact.path.find('\0') == std::string::npos &&
                 ::stat(film.artifactURL(artifact).c_str(), &status) == 0)
-                inodes_.insert({status.st_dev, status.st_ino});
+                inodes.insert({status.st_dev, status.st_ino});
         }
     }
 
-    std::vector<UnrecordedFile> files() {
-        std::vector<fs::path> folders{fs::path()};
-        while (!folders.empty()) {
-            const fs::path folder = std::move(folders.back());
-            folders.pop_back();
-            list(folder, folders);
-        }
-        std::ranges::sort(found_, {}, &UnrecordedFile::path);
-        return std::move(found_);
+    bool contain(const TreeEntry& entry) const {
+        return paths.contains(entry.path.string()) ||
+               inodes.contains({entry.status.st_dev, entry.status.st_ino});
     }
 
-  private:
-    void list(const fs::path& folder, std::vector<fs::path>& folders) {
-        std::error_code error;
-        fs::directory_iterator entry(root_ / folder, error);
-        for (; !error && entry != fs::directory_iterator(); entry.increment(error))
-            examine(folder / entry->path().filename(), folders);
-        if (error)
-            found_.push_back({(folder / "").string(), std::nullopt,
-                              "a folder that cannot be listed: " + shown(error.message())});
-    }
-
-    void examine(const fs::path& path, std::vector<fs::path>& folders) {
-        struct stat status{};
-        if (::lstat((root_ / path).c_str(), &status) != 0)
-            return; // It was removed meanwhile.
-        if (S_ISDIR(status.st_mode))
-            folders.push_back(path);
-        else if (!known_.contains(path.string()) && !inodes_.contains({status.st_dev, status.st_ino}))
-            found_.push_back(described(path, status));
-    }
-
-    UnrecordedFile described(const fs::path& path, const struct stat& status) const {
-        if (S_ISREG(status.st_mode))
-            return {path.string(), static_cast<std::uint64_t>(status.st_size), ""};
-        if (!S_ISLNK(status.st_mode))
-            return {path.string(), std::nullopt,
-                    S_ISFIFO(status.st_mode)   ? "a named pipe"
-                    : S_ISSOCK(status.st_mode) ? "a socket"
-                                               : "a device"};
-        std::error_code ignored;
-        return {path.string(), std::nullopt,
-                "a link to " + shownPath(fs::read_symlink(root_ / path, ignored).string())};
-    }
-
-    const fs::path& root_;
-    std::set<std::string> known_; ///< Paths relative to the root.
-    std::set<Inode> inodes_;      ///< Of the recorded files.
-    std::vector<UnrecordedFile> found_;
+    std::set<std::string> paths;
+    std::set<Inode> inodes;
 };
+
+std::string remarkOn(const TreeEntry& entry, const fs::path& root) {
+    if (entry.failure)
+        return "a folder that cannot be listed: " + shown(entry.failure.message());
+    if (entry.isLink()) {
+        std::error_code ignored;
+        return "a link to " + shownPath(fs::read_symlink(root / entry.path, ignored).string());
+    }
+    return S_ISFIFO(entry.status.st_mode)   ? "a named pipe"
+           : S_ISSOCK(entry.status.st_mode) ? "a socket"
+                                            : "a device";
+}
 
 } // namespace
 
 std::vector<UnrecordedFile> unrecordedFiles(const FilmWorkspaceSnapshot& film) {
-    return Search(film).files();
+    const RecordedFiles recorded(film);
+    std::vector<UnrecordedFile> files;
+    for (const TreeEntry& entry : treeBelow(film.root))
+        if (entry.failure)
+            files.push_back({(entry.path / "").string(), std::nullopt, remarkOn(entry, film.root)});
+        else if (entry.isFolder() || recorded.contain(entry))
+            continue;
+        else if (entry.isFile())
+            files.push_back({entry.path.string(), static_cast<std::uint64_t>(entry.status.st_size), ""});
+        else
+            files.push_back({entry.path.string(), std::nullopt, remarkOn(entry, film.root)});
+    return files;
 }
 
 } // namespace kinovane::tool

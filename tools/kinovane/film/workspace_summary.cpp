@@ -3,30 +3,13 @@
 #include "film/workspace_summary.hpp"
 
 #include <algorithm>
-#include <array>
 #include <functional>
 #include <iterator>
 #include <limits>
-#include <system_error>
 
 namespace kinovane::tool {
 
-namespace fs = std::filesystem;
-
 namespace {
-
-std::array<ProofStep, 10> stepsOf(const FilmProof& proof) {
-    return {{{"creation", "creation", proof.creation},
-             {"clips", "clips", proof.clips},
-             {"assembly", "assembly", proof.assembly},
-             {"dialogue", "dialogue", proof.dialogue},
-             {"sound", "sound", proof.sound},
-             {"captions", "captions", proof.captions},
-             {"inspection", "inspection", proof.inspection},
-             {"review", "review", proof.review},
-             {"humanReview", "human review", proof.humanReview},
-             {"delivery", "delivery", proof.delivery}}};
-}
 
 std::int64_t sum(std::int64_t left, std::int64_t right) {
     std::int64_t result = 0;
@@ -42,10 +25,12 @@ bool isWaiting(const FilmReviewRequest& request) {
 
 } // namespace
 
-std::string_view proofStepName(std::string_view key) {
-    const std::array<ProofStep, 10> steps = stepsOf({});
-    const auto found = std::ranges::find(steps, key, &ProofStep::key);
-    return found == steps.end() ? key : found->name;
+std::string_view proofStepName(std::string_view key) { return key == "humanReview" ? "human review" : key; }
+
+std::vector<FilmReviewRequest> waitingRequestsOf(const FilmProject& project) {
+    std::vector<FilmReviewRequest> waiting;
+    std::ranges::copy_if(project.reviewRequests, std::back_inserter(waiting), isWaiting);
+    return waiting;
 }
 
 void ArtifactCount::add(const FilmArtifact& artifact) {
@@ -54,10 +39,10 @@ void ArtifactCount::add(const FilmArtifact& artifact) {
 }
 
 WorkspaceSummary::WorkspaceSummary(const FilmWorkspaceSnapshot& workspace)
-    : playableCut(workspace.playableCutURL()) {
+    : waitingRequests(waitingRequestsOf(workspace.project)), playableCut(workspace.playableCutURL()) {
     const FilmProject& project = workspace.project;
-    std::ranges::copy_if(stepsOf(project.proof), std::back_inserter(missingSteps),
-                         std::not_fn(&ProofStep::done));
+    std::ranges::copy_if(project.proof.steps(), std::back_inserter(missingSteps),
+                         std::not_fn(&FilmProofStep::complete));
     for (const FilmShotState& shot : project.shots)
         if (shot.status)
             ++shotsByStatus[*shot.status];
@@ -69,7 +54,6 @@ WorkspaceSummary::WorkspaceSummary(const FilmWorkspaceSnapshot& workspace)
     }
     std::ranges::copy_if(project.issues, std::back_inserter(issues), &FilmIssue::blocking);
     std::ranges::copy_if(project.issues, std::back_inserter(issues), std::not_fn(&FilmIssue::blocking));
-    std::ranges::copy_if(project.reviewRequests, std::back_inserter(waitingRequests), isWaiting);
 }
 
 } // namespace kinovane::tool

@@ -14,15 +14,11 @@
 
 namespace kinovane::tool {
 
-/// One of the ten steps of the proof.
-struct ProofStep {
-    std::string_view key;  ///< The key in the project document.
-    std::string_view name; ///< The text that is shown.
-    bool done;
-};
-
-/// The text that is shown for a step: "human review" for the key "humanReview".
+/// The text that is shown for a step of the proof: "human review" for the key "humanReview".
 std::string_view proofStepName(std::string_view key);
+
+/// The review requests that were neither applied nor dismissed.
+std::vector<FilmReviewRequest> waitingRequestsOf(const FilmProject& project);
 
 struct ArtifactCount {
     std::uint64_t files = 0;
@@ -31,11 +27,11 @@ struct ArtifactCount {
     void add(const FilmArtifact& artifact);
 };
 
-/// The counts and lists that `inspect` shows.
+/// The counts and lists that `inspect` shows. The constructor accesses the disk, to find the playable cut.
 struct WorkspaceSummary {
     explicit WorkspaceSummary(const FilmWorkspaceSnapshot& workspace);
 
-    std::vector<ProofStep> missingSteps;
+    std::vector<FilmProofStep> missingSteps;
     std::map<std::string, std::uint64_t> shotsByStatus;
     std::uint64_t shotsWithoutStatus = 0;
     std::map<std::string, ArtifactCount> artifactsByKind;

@@ -50,6 +50,9 @@ class Console {
 /// Writes all bytes without a buffer. Returns the number of the error, or 0.
 int writeAll(int descriptor, std::string_view text) noexcept;
 
+/// The width of lines that nothing limits.
+inline constexpr std::size_t anyColumns = 1'000'000;
+
 /// The columns of the terminal that the descriptor is connected to, or `otherwise`.
 std::size_t terminalColumns(int descriptor, std::size_t otherwise) noexcept;
 

@@ -4,9 +4,8 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 
-#include <sys/mman.h>
+#include "common/huge_pages.hpp"
 
 namespace kinovane {
 
@@ -14,18 +13,6 @@ namespace {
 
 constexpr std::size_t smallestChunk = std::size_t{1} << 10U;
 constexpr std::size_t largestChunk = std::size_t{4} << 20U;
-constexpr std::size_t hugePage = std::size_t{2} << 20U;
-
-/// Asks for huge pages where the system offers them: memory that is filled from start to end then causes
-/// fewer page faults.
-void adviseHugePages([[maybe_unused]] char* memory, [[maybe_unused]] std::size_t size) noexcept {
-#ifdef MADV_HUGEPAGE
-    const auto offset = reinterpret_cast<std::uintptr_t>(memory) % hugePage;
-    const std::size_t skipped = offset == 0 ? 0 : hugePage - offset;
-    if (size >= skipped + hugePage)
-        ::madvise(memory + skipped, (size - skipped) / hugePage * hugePage, MADV_HUGEPAGE);
-#endif
-}
 
 } // namespace
 

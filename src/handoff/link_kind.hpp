@@ -13,8 +13,10 @@ enum class LinkKind {
     unknown, ///< A system call failed; the reason is in errno.
 };
 
-/// The kind of the link `name` in a directory; `target` is its text. Magic links exist in procfs only, such
-/// as /proc/self/fd/0 and /proc/self/cwd.
+/// The kind of the link `name` in a directory; `target` is its text.
+///
+/// Linux: links of procfs may be magic, such as /proc/self/fd/0 and /proc/self/cwd. macOS has no procfs, and
+/// no magic links.
 LinkKind kindOfLink(int directory, const char* name, std::string_view target);
 
 } // namespace kinovane

@@ -5,21 +5,10 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "common/files/directory_access.hpp"
 #include "common/files/standard_descriptors.hpp"
 
 namespace kinovane {
-
-namespace {
-
-#if defined(O_PATH)
-constexpr int searchFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-#elif defined(O_SEARCH)
-constexpr int searchFlags = O_SEARCH | O_DIRECTORY | O_CLOEXEC;
-#else
-constexpr int searchFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-#endif
-
-} // namespace
 
 OpenDirectory::OpenDirectory(Descriptor descriptor) : descriptor_(std::move(descriptor)) {
     struct stat status{};
@@ -35,12 +24,14 @@ OpenDirectory::OpenDirectory(Descriptor descriptor) : descriptor_(std::move(desc
 }
 
 OpenDirectory OpenDirectory::at(const char* path) {
-    return OpenDirectory(openAboveStandard([&] { return ::open(path, searchFlags); }));
+    return OpenDirectory(
+        openAboveStandard([&] { return ::open(path, searchFlags | O_DIRECTORY | O_CLOEXEC); }));
 }
 
 OpenDirectory OpenDirectory::in(const OpenDirectory& parent, const char* name) {
-    return OpenDirectory(
-        openAboveStandard([&] { return ::openat(parent.descriptor(), name, searchFlags | O_NOFOLLOW); }));
+    return OpenDirectory(openAboveStandard([&] {
+        return ::openat(parent.descriptor(), name, searchFlags | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW);
+    }));
 }
 
 } // namespace kinovane

@@ -7,15 +7,10 @@
 #include <optional>
 #include <utility>
 
-#ifdef __linux__
-#include <linux/openat2.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-#endif
-
 #include <kinovane/handoff.hpp>
 
 #include "common/files/denied_access.hpp"
+#include "common/files/directory_access.hpp"
 #include "common/files/location.hpp"
 #include "common/files/standard_descriptors.hpp"
 #include "handoff/containment.hpp"
@@ -44,22 +39,14 @@ bool isMissing(std::error_code error) {
            error == std::errc::too_many_symbolic_link_levels || error == std::errc::filename_too_long;
 }
 
-/// The fast path, for nearly every file: the operating system opens the path and guarantees that it never
-/// left the directory, even if links are exchanged meanwhile. A refusal is not final (a link may lead out and
-/// another one back in, and older kernels do not have the call); PathResolution then decides.
-std::optional<RegularFile> openBeneath([[maybe_unused]] int directory,
-                                       [[maybe_unused]] const std::string& path,
-                                       [[maybe_unused]] const std::string& location) {
-#if defined(__linux__) && defined(SYS_openat2)
-    open_how how{};
-    how.flags = static_cast<decltype(how.flags)>(RegularFile::openFlags);
-    how.resolve = RESOLVE_BENEATH | RESOLVE_NO_MAGICLINKS;
-    Descriptor descriptor = openAboveStandard(
-        [&] { return static_cast<int>(::syscall(SYS_openat2, directory, path.c_str(), &how, sizeof how)); });
-    if (descriptor)
-        return RegularFile::from(std::move(descriptor), location);
-#endif
-    return std::nullopt;
+/// The fast path, for nearly every file. A refusal is not final, see `openBeneath`; PathResolution then
+/// decides.
+std::optional<RegularFile> openQuickly(int directory, const std::string& path, const std::string& location) {
+    Descriptor descriptor =
+        openAboveStandard([&] { return openBeneath(directory, path.c_str(), RegularFile::openFlags); });
+    if (!descriptor)
+        return std::nullopt;
+    return RegularFile::from(std::move(descriptor), location);
 }
 
 } // namespace
@@ -102,7 +89,7 @@ RegularFile ProjectDirectory::open(const std::string& path) const {
     // it; here it only shows whether the path is unsafe, which is checked first.
     const bool isTooLong = location.size() >= PATH_MAX;
     if (!isTooLong)
-        if (std::optional<RegularFile> file = openBeneath(directory.descriptor(), path, location))
+        if (std::optional<RegularFile> file = openQuickly(directory.descriptor(), path, location))
             return std::move(*file);
 
     for (int attempt = 1;; ++attempt) {

@@ -15,6 +15,8 @@
 #include <unistd.h>
 
 #include "common/files/denied_access.hpp"
+#include "common/files/directory_access.hpp"
+#include "common/files/flush.hpp"
 #include "common/files/location.hpp"
 #include "common/files/standard_descriptors.hpp"
 
@@ -50,24 +52,6 @@ fs::path resolveLinks(fs::path location) {
     }
     fail("cannot write", location, ELOOP);
 }
-
-int syncToDisk(int descriptor) {
-#ifdef F_FULLFSYNC
-    // On macOS, fsync does not flush the drive's cache. Not every file system supports F_FULLFSYNC.
-    if (::fcntl(descriptor, F_FULLFSYNC) == 0)
-        return 0;
-#endif
-    return static_cast<int>(retryInterrupted([&] { return ::fsync(descriptor); }));
-}
-
-// These open a directory without read permission.
-#if defined(O_PATH)
-constexpr int searchFlags = O_PATH;
-#elif defined(O_SEARCH)
-constexpr int searchFlags = O_SEARCH;
-#else
-constexpr int searchFlags = O_RDONLY;
-#endif
 
 /// Opens a directory for the *at functions. One that may be written but not listed cannot be opened for
 /// reading.
@@ -161,7 +145,7 @@ void AtomicFile::write(std::string_view content) {
 
 void AtomicFile::flush() {
     setMode();
-    if (syncToDisk(file_.get()) != 0)
+    if (flushToDisk(file_.get()) != 0)
         fail("cannot write", target_, errno);
 }
 
@@ -197,7 +181,7 @@ void AtomicFile::replaceTarget() {
     temporaryName_.clear();
     // EINVAL or ENOTSUP: the file system cannot sync directories. EBADF: the directory was opened with
     // `searchFlags`.
-    if (syncToDisk(directory_.get()) != 0 && errno != EINVAL && errno != ENOTSUP && errno != EBADF)
+    if (flushToDisk(directory_.get()) != 0 && errno != EINVAL && errno != ENOTSUP && errno != EBADF)
         fail("cannot make durable", target_, errno);
 }
 

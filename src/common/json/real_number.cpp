@@ -15,7 +15,7 @@
 
 #include <locale.h>
 #include <stdlib.h>
-#ifdef __APPLE__
+#if __has_include(<xlocale.h>) // Declares strtod_l on macOS.
 #include <xlocale.h>
 #endif
 #endif

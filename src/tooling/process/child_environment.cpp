@@ -5,20 +5,13 @@
 #include <string>
 #include <string_view>
 
-#include <unistd.h>
-
-#ifdef __APPLE__
-#include <crt_externs.h>
-#define environ (*_NSGetEnviron())
-#else
-extern char** environ; // NOLINT(readability-redundant-declaration): not every C library's header declares it
-#endif
+#include "tooling/process/inherited_environment.hpp"
 
 namespace kinovane {
 
 CStringArray mergedEnvironment(const std::map<std::string, std::string>& additions) {
     CStringArray merged;
-    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+    for (char** entry = inheritedEnvironment(); entry != nullptr && *entry != nullptr; ++entry) {
         const std::string_view text = *entry;
         if (!additions.contains(std::string(text.substr(0, text.find('=')))))
             merged.add(std::string(text));

@@ -8,12 +8,12 @@
 #include <system_error>
 #include <utility>
 
-#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include "common/files/retry_interrupted.hpp"
 #include "common/text_buffer.hpp"
+#include "tooling/process/system_pipe.hpp"
 
 namespace kinovane {
 
@@ -34,7 +34,7 @@ class Stream {
         if (count < 0)
             throw std::system_error(errno, std::generic_category(), "read");
         text_.commit(static_cast<std::size_t>(count));
-        enlargePipe();
+        enlargeOnce();
         if (count == 0)
             pipe_ = -1;
     }
@@ -42,21 +42,18 @@ class Stream {
     std::string take() { return std::move(text_).join(); }
 
   private:
-    // With a larger pipe, a program that writes much has to wait less often. If the system refuses, the pipe
-    // works as before.
-    void enlargePipe() noexcept {
-#ifdef F_SETPIPE_SZ
+    // With a larger pipe, a program that writes much has to wait less often.
+    void enlargeOnce() noexcept {
         constexpr std::size_t largePipe = std::size_t{1} << 20U;
         if (!enlarged_ && text_.size() >= largePipe) {
-            ::fcntl(pipe_, F_SETPIPE_SZ, static_cast<int>(largePipe));
+            enlargePipe(pipe_, static_cast<int>(largePipe));
             enlarged_ = true;
         }
-#endif
     }
 
     int pipe_;
     TextBuffer text_;
-    [[maybe_unused]] bool enlarged_ = false;
+    bool enlarged_ = false;
 };
 
 } // namespace

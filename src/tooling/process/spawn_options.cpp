@@ -8,6 +8,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "tooling/process/child_descriptors.hpp"
+
 namespace kinovane {
 
 namespace {
@@ -34,15 +36,7 @@ void SpawnFileActions::connect(const Descriptor& input, int output, int errors) 
                 ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
     duplicate(output, STDOUT_FILENO);
     duplicate(errors, STDERR_FILENO);
-#ifdef __APPLE__
-    // POSIX_SPAWN_CLOEXEC_DEFAULT closes all others.
-    for (const int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-        require("posix_spawn_file_actions_addinherit_np",
-                ::posix_spawn_file_actions_addinherit_np(&actions_, number));
-#else
-    require("posix_spawn_file_actions_addclosefrom_np",
-            ::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
-#endif
+    keepStandardDescriptorsOnly(actions_);
 }
 
 void SpawnFileActions::changeDirectory(int directory) {
@@ -66,10 +60,7 @@ void SpawnAttributes::set(bool leadsGroup) {
     sigfillset(&all);
     require("posix_spawnattr_setsigmask", ::posix_spawnattr_setsigmask(&attributes_, &none));
     require("posix_spawnattr_setsigdefault", ::posix_spawnattr_setsigdefault(&attributes_, &all));
-    int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
-#ifdef __APPLE__
-    flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
-#endif
+    int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | childDescriptorFlag;
     if (leadsGroup) {
         require("posix_spawnattr_setpgroup", ::posix_spawnattr_setpgroup(&attributes_, 0));
         flags |= POSIX_SPAWN_SETPGROUP;

@@ -2,7 +2,6 @@
 
 #include "handoff/link_kind.hpp"
 
-#ifdef __linux__
 #include <cerrno>
 
 #include <fcntl.h>
@@ -14,11 +13,8 @@
 
 #include "common/files/standard_descriptors.hpp"
 #include "handoff/open_directory.hpp"
-#endif
 
 namespace kinovane {
-
-#ifdef __linux__
 
 namespace {
 
@@ -37,7 +33,6 @@ LinkKind kindOfLink(int directory, const char* name, std::string_view target) {
         return LinkKind::unknown;
     if (fileSystem.f_type != PROC_SUPER_MAGIC)
         return LinkKind::text;
-#ifdef SYS_openat2
     open_how how{};
     how.flags = O_PATH | O_CLOEXEC;
     how.resolve = RESOLVE_NO_MAGICLINKS;
@@ -48,17 +43,8 @@ LinkKind kindOfLink(int directory, const char* name, std::string_view target) {
         return LinkKind::magic;
     if (errno == EMFILE || errno == ENFILE || errno == ENOMEM)
         return LinkKind::unknown;
-#endif
     // Older kernels do not have the call, and a sandbox may forbid it.
     return kindByText(target);
 }
-
-#else
-
-LinkKind kindOfLink(int /*directory*/, const char* /*name*/, std::string_view /*target*/) {
-    return LinkKind::text;
-}
-
-#endif
 
 } // namespace kinovane

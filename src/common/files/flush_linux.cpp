@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "common/files/flush.hpp"
+
+#include <unistd.h>
+
+#include "common/files/retry_interrupted.hpp"
+
+namespace kinovane {
+
+int flushToDisk(int descriptor) noexcept {
+    return retryInterrupted([&] { return ::fsync(descriptor); });
+}
+
+} // namespace kinovane

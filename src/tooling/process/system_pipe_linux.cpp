@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#include "tooling/process/system_pipe.hpp"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace kinovane {
+
+int openSystemPipe(std::array<int, 2>& ends) noexcept { return ::pipe2(ends.data(), O_CLOEXEC); }
+
+void enlargePipe(int pipe, int bytes) noexcept { ::fcntl(pipe, F_SETPIPE_SZ, bytes); }
+
+} // namespace kinovane

@@ -1,0 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+extern "C" char*** _NSGetEnviron();

@@ -169,7 +169,7 @@ struct ArtifactOutcome;
 struct KINOVANE_EXPORT HandoffBuildOptions {
     /// How many files are read at once; 0 counts as 1, and more than 64 as 64. With 1, `build` examines the
     /// artifacts strictly in order and opens nothing after the first failure. With more, it reports the same
-    /// error as with 1.
+    /// error as with 1. When the process may not open enough files for all of them, fewer go on.
     unsigned workers = 1;
 
     /// Called at intervals from any of the reading threads, but never from two at once. Both counts never

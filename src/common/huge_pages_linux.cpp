@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "common/huge_pages.hpp"
-
 #include <cstdint>
 
 #include <sys/mman.h>
+
+#include "common/huge_pages.hpp"
 
 namespace kinovane {
 

@@ -30,6 +30,14 @@ bool isExportedKind(std::string_view kind) {
     return exported.contains(kind);
 }
 
+std::vector<const FilmArtifact*> exportedArtifacts(const FilmProject& project) {
+    std::vector<const FilmArtifact*> exported;
+    for (const FilmArtifact& artifact : project.artifacts)
+        if (isExportedKind(artifact.kind))
+            exported.push_back(&artifact);
+    return exported;
+}
+
 std::span<const std::string_view> VistrelHandoffBuilder::exportedKinds() noexcept { return kinds; }
 
 } // namespace kinovane

@@ -2,6 +2,7 @@
 
 #include <kinovane/handoff.hpp>
 
+#include "handoff/exported_kinds.hpp"
 #include "handoff/verification.hpp"
 
 namespace kinovane {

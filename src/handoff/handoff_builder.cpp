@@ -11,6 +11,7 @@
 #include "common/files/location.hpp"
 #include "common/files/regular_file.hpp"
 #include "handoff/asset_identity.hpp"
+#include "handoff/exported_kinds.hpp"
 #include "handoff/file_digest.hpp"
 #include "handoff/handoff_document.hpp"
 #include "handoff/milliseconds.hpp"

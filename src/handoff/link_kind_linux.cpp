@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "handoff/link_kind.hpp"
-
 #include <cerrno>
 
 #include <fcntl.h>
@@ -12,6 +10,7 @@
 #include <unistd.h>
 
 #include "common/files/standard_descriptors.hpp"
+#include "handoff/link_kind.hpp"
 #include "handoff/open_directory.hpp"
 
 namespace kinovane {

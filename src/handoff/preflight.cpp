@@ -15,7 +15,6 @@
 #include "handoff/handoff_tables.hpp"
 #include "handoff/milliseconds.hpp"
 #include "handoff/timeline.hpp"
-#include "handoff/verification.hpp"
 #include "workspace/film_project_tables.hpp"
 #include "workspace/production_plan_tables.hpp"
 

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <limits>
 #include <mutex>
-#include <numeric>
 #include <optional>
 #include <system_error>
 #include <thread>
@@ -15,8 +14,8 @@
 
 #include "handoff/artifact_examiner.hpp"
 #include "handoff/artifact_outcome.hpp"
+#include "handoff/artifact_queue.hpp"
 #include "handoff/asset_identity.hpp"
-#include "handoff/exported_kinds.hpp"
 #include "handoff/project_directory.hpp"
 #include "handoff/verification_progress.hpp"
 
@@ -27,9 +26,13 @@ namespace {
 /// Every worker has its own buffer, and more workers than this never read faster.
 constexpr std::size_t maximumWorkers = 64;
 
+bool lacksDescriptors(std::error_code error) {
+    return error == std::errc::too_many_files_open || error == std::errc::too_many_files_open_in_system;
+}
+
 constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 
-/// One verification, shared by its workers. Each worker examines the next artifact until the list is done.
+/// One verification, shared by its workers. Each worker examines the next artifact until none is left.
 /// In a build, which gives no `outcomes`, the first bad artifact is the failure of the verification, and ends
 /// it unless the options ask for all of them. Otherwise every artifact is examined, and `outcomes`, which has
 /// one element for each, receives the results.
@@ -41,15 +44,7 @@ class Verification {
           progress_(artifacts, options.onProgress),
           workers_(std::clamp<std::size_t>(options.workers, 1,
                                            std::clamp<std::size_t>(artifacts.size(), 1, maximumWorkers))),
-          order_(artifacts.size()) {
-        std::iota(order_.begin(), order_.end(), std::size_t{0});
-        // Several workers begin with the largest files. Otherwise the last worker would still be busy with
-        // one when the others are done. A single worker keeps the order of the list.
-        if (workers_ > 1)
-            std::sort(order_.begin(), order_.end(), [&](std::size_t left, std::size_t right) {
-                return std::pair(artifacts_[right]->bytes, left) < std::pair(artifacts_[left]->bytes, right);
-            });
-    }
+          queue_(artifacts, workers_ > 1) {}
 
     void run() {
         progress_.begin();
@@ -81,10 +76,12 @@ class Verification {
     // When the system has no more threads, the work is done with fewer.
     void startOthers(Workers& others) {
         try {
-            while (others.threads.size() + 1 < workers_)
+            while (others.threads.size() + 1 < workers_) {
+                queue_.addWorker();
                 others.threads.emplace_back([this] { work(); });
+            }
         } catch (const std::system_error&) {
-            return;
+            queue_.removeWorker(); // The one that could not be started.
         }
     }
 
@@ -95,11 +92,11 @@ class Verification {
             ArtifactExaminer examiner(directory_, workers_ == 1);
             for (;;) {
                 throwIfStopped();
-                const std::size_t turn = next_++;
-                if (turn >= order_.size())
+                const auto turn = queue_.next();
+                if (!turn)
                     return;
-                if (const std::size_t index = order_[turn]; index < firstBad_)
-                    examine(examiner, index);
+                if (turn->index < firstBad_ && !examine(examiner, *turn) && !queue_.giveBack(turn->index))
+                    return;
             }
         } catch (const Interruption& interruption) {
             interrupt(interruption.cause);
@@ -111,7 +108,9 @@ class Verification {
     bool isBuild() const noexcept { return outcomes_ == nullptr; }
     bool stopsAtFirstFailure() const noexcept { return isBuild() && !options_.examineAll; }
 
-    void examine(ArtifactExaminer& examiner, std::size_t index) {
+    /// Returns false if there were no descriptors to examine it, which other workers may hold.
+    bool examine(ArtifactExaminer& examiner, const ArtifactQueue::Turn& turn) {
+        const std::size_t index = turn.index;
         const FilmArtifact& artifact = *artifacts_[index];
         ProgressReport::File file(progress_, artifact);
         std::exception_ptr failure;
@@ -140,6 +139,10 @@ class Verification {
             // refused without opening anything.
             if (!isBuild())
                 throw Interruption{std::move(failure)};
+        } catch (const std::filesystem::filesystem_error& error) {
+            if (!turn.alone && lacksDescriptors(error.code()))
+                return false;
+            failure = std::current_exception();
         } catch (...) {
             failure = std::current_exception();
         }
@@ -157,6 +160,7 @@ class Verification {
         });
         if (!failure || !stopsAtFirstFailure())
             report([&] { file.done(); });
+        return true;
     }
 
     void tellOutcome(const ArtifactOutcome& outcome) {
@@ -212,8 +216,7 @@ class Verification {
                                                    ///< the artifacts that it examined.
     ProgressReport progress_;
     std::size_t workers_;
-    std::vector<std::size_t> order_; ///< In which the artifacts are examined.
-    std::atomic<std::size_t> next_ = 0;
+    ArtifactQueue queue_;
     std::atomic<std::size_t> firstBad_ = none; ///< Index of the first bad artifact, if that ends the work.
     std::atomic<bool> interrupted_ = false;
     std::mutex outcomeMutex_; ///< Held during `onOutcome`.
@@ -224,14 +227,6 @@ class Verification {
 };
 
 } // namespace
-
-std::vector<const FilmArtifact*> exportedArtifacts(const FilmProject& project) {
-    std::vector<const FilmArtifact*> exported;
-    for (const FilmArtifact& artifact : project.artifacts)
-        if (isExportedKind(artifact.kind))
-            exported.push_back(&artifact);
-    return exported;
-}
 
 void requireSound(const std::filesystem::path& root, const std::vector<const FilmArtifact*>& artifacts,
                   const HandoffBuildOptions& options) {

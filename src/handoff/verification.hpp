@@ -9,9 +9,6 @@
 
 namespace kinovane {
 
-/// The artifacts of a project that go into a handoff.
-std::vector<const FilmArtifact*> exportedArtifacts(const FilmProject& project);
-
 /// Requires that every one of these artifacts is sound and has a path that JSON can hold. Throws the failure
 /// of the first one in the list that is not (VistrelHandoffError, JSONEncodingError, or
 /// std::filesystem::filesystem_error); whatever the progress callback throws; and std::system_error

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "common/files/directory_access.hpp"
-
 #include <fcntl.h>
 #include <linux/openat2.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+
+#include "common/files/directory_access.hpp"
 
 namespace kinovane {
 

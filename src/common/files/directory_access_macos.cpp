@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "common/files/directory_access.hpp"
-
 #include <fcntl.h>
+
+#include "common/files/directory_access.hpp"
 
 namespace kinovane {
 

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "common/files/flush.hpp"
-
 #include <unistd.h>
 
+#include "common/files/flush.hpp"
 #include "common/files/retry_interrupted.hpp"
 
 namespace kinovane {

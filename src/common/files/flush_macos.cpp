@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "common/files/flush.hpp"
-
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "common/files/flush.hpp"
 #include "common/files/retry_interrupted.hpp"
 
 namespace kinovane {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "tooling/process/child_descriptors.hpp"
-
 #include <system_error>
 
 #include <unistd.h>
+
+#include "tooling/process/child_descriptors.hpp"
 
 namespace kinovane {
 

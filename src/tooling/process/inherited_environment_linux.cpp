@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "tooling/process/inherited_environment.hpp"
-
 #include <unistd.h>
+
+#include "tooling/process/inherited_environment.hpp"
 
 namespace kinovane {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "tooling/process/inherited_environment.hpp"
-
 #include <crt_externs.h>
+
+#include "tooling/process/inherited_environment.hpp"
 
 namespace kinovane {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include "tooling/process/system_pipe.hpp"
-
 #include <fcntl.h>
 #include <unistd.h>
+
+#include "tooling/process/system_pipe.hpp"
 
 namespace kinovane {
 

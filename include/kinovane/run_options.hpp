@@ -65,6 +65,12 @@ struct KINOVANE_EXPORT RunOptions {
     /// ProcessResult. The program may wait while the function runs, once the pipe is full. An exception from
     /// it stops the run as a requested stop does, and arrives through the task.
     std::function<void(OutputStream stream, std::string_view chunk)> onOutput = {};
+
+    /// Appends /opt/homebrew/bin, /usr/local/bin, /usr/bin and /bin to the child's PATH, each unless it is
+    /// there. Programs are looked up in these directories as well as in those of PATH; but a program that is
+    /// found there, and that the desktop's short PATH does not reach, would not find its own interpreter and
+    /// tools. A PATH in `environment` is extended likewise. One that is absent or empty becomes this list.
+    bool extendPath = false;
 };
 
 /// Why a run was ended by the library: `code()` is std::errc::operation_canceled after a requested stop and

@@ -18,8 +18,9 @@ namespace kinovane {
 /// May be used from several threads at once.
 class ArtifactQueue {
   public:
-    /// The calling thread is the first worker. One worker gets the artifacts in the order of the list, several
-    /// get the largest first: otherwise one would still be busy with a large file when the others are done.
+    /// The calling thread is the first worker. One worker gets the artifacts in the order of the list,
+    /// several get the largest first: otherwise one would still be busy with a large file when the others are
+    /// done.
     ArtifactQueue(const std::vector<const FilmArtifact*>& artifacts, bool severalWorkers);
 
     /// To be called before another worker is started.

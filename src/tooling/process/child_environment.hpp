@@ -2,15 +2,15 @@
 
 #pragma once
 
-#include <map>
-#include <string>
+#include <kinovane/run_options.hpp>
 
 #include "tooling/process/c_string_array.hpp"
 
 namespace kinovane {
 
-/// The environment of a child process: that of this process, in which `additions` replace the variables of
-/// the same names. Each name occurs once.
-CStringArray mergedEnvironment(const std::map<std::string, std::string>& additions);
+/// The environment of a child process: that of this process, in which the variables of `options.environment`
+/// replace those of the same names, with an extended PATH if `options` ask for it. Each of these names occurs
+/// once.
+CStringArray childEnvironment(const RunOptions& options);
 
 } // namespace kinovane

@@ -94,7 +94,7 @@ void ChildProcess::start(const std::string& executable, const std::vector<std::s
     argv.add(executable);
     for (const std::string& argument : arguments)
         argv.add(argument);
-    CStringArray envp = mergedEnvironment(options.environment);
+    CStringArray envp = childEnvironment(options);
 
     auto [output, errors] = openOutputPipes();
     const Descriptor input =

@@ -70,7 +70,7 @@ fs::path ExecutableLookup::find() const {
                     return *std::move(found);
             rest.remove_prefix(std::min(end + 1, rest.size()));
         }
-        for (const char* const directory : {"/opt/homebrew/bin", "/usr/local/bin", "/usr/bin", "/bin"})
+        for (const char* const directory : fixedSearchDirectories)
             if (auto found = executableAt(fs::path(directory) / name_))
                 return *std::move(found);
     }

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <array>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -9,6 +10,9 @@
 #include "common/files/location.hpp"
 
 namespace kinovane {
+
+/// The directories in which programs are looked up after those of PATH.
+inline constexpr std::array fixedSearchDirectories{"/opt/homebrew/bin", "/usr/local/bin", "/usr/bin", "/bin"};
 
 /// A search for a program, with the rules of FilmToolClient::resolveExecutable. PATH and the working
 /// directory are those at the time of construction. The user database and the file system are read by `find`.

@@ -4,9 +4,11 @@
 
 #include "support/standard_descriptors.hpp"
 
+#include <array>
 #include <filesystem>
 #include <span>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -55,6 +57,37 @@ TEST_P(StandardDescriptors, DoNotDamageAManifest) {
     const std::vector<std::string> names = namesIn(directory.path());
     EXPECT_EQ(names.size(), rounds);
     for (const std::string& name : names)
+        EXPECT_TRUE(contentOf(directory / name) == content) << name;
+}
+
+// While one thread reserves the standard descriptors, another one finds them in use, and may open its file
+// once they are released.
+TEST_P(StandardDescriptors, DoNotDamageManifestsOfSeveralThreads) {
+    constexpr std::size_t threads = 4;
+    VistrelHandoff handoff;
+    handoff.project.synopsis = std::string(2'000, 'k');
+    const std::string content = encodeJSON(handoff, JSONFormat::pretty);
+    const std::string digest = VistrelHandoffBuilder::sha256(std::as_bytes(std::span(content)));
+    EXPECT_EQ(withClosed(GetParam(),
+                         [&] {
+                             std::array<std::string, threads> differences;
+                             std::vector<std::jthread> writers;
+                             for (std::size_t number = 0; number < threads; ++number)
+                                 writers.emplace_back([&, number] {
+                                     const fs::path manifest = directory / std::to_string(number);
+                                     for (std::size_t round = 0; round < 2 * rounds; ++round)
+                                         if (VistrelHandoffBuilder::write(handoff, manifest) != digest)
+                                             differences[number] = "another digest";
+                                 });
+                             writers.clear();
+                             std::string all;
+                             for (const std::string& difference : differences)
+                                 all += difference;
+                             return all;
+                         }),
+              "");
+    EXPECT_EQ(namesIn(directory.path()), (std::vector<std::string>{"0", "1", "2", "3"}));
+    for (const std::string& name : namesIn(directory.path()))
         EXPECT_TRUE(contentOf(directory / name) == content) << name;
 }
 

@@ -9,6 +9,8 @@
 #include <random>
 #include <string>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -113,10 +115,11 @@ void AtomicFile::examineOldFile() {
 void AtomicFile::createTemporaryFile() {
     // Until its content is complete and its mode is set, only the owner may open a replacement.
     const mode_t mode = oldMode_ ? *oldMode_ & ownerOnly : mode_t{0666};
-    // Not openAboveStandard, which may call `openat` twice and so create two files.
+    // Not openAboveStandard, which may call `openat` several times and so create several files.
     const ReservedStandardDescriptors reserved;
     if (reserved.error() != 0)
         fail("cannot create a temporary file beside", target_, reserved.error());
+    std::vector<Descriptor> low; // These numbers stay in use until a higher one is found, as there.
     std::random_device random;
     for (int attempt = 0; attempt < maximumAttempts; ++attempt) {
         // Assigned before the file is created: if the allocation failed afterwards, the file would be left.
@@ -125,10 +128,14 @@ void AtomicFile::createTemporaryFile() {
         constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
         file_ = Descriptor(retryInterrupted(
             [&] { return ::openat(directory_.get(), temporaryName_.c_str(), flags, mode); }));
-        if (file_)
+        if (file_ && !isStandard(file_.get()))
             return;
-        if (errno != EEXIST)
+        if (!file_ && errno != EEXIST)
             break;
+        if (file_) {
+            ::unlinkat(directory_.get(), temporaryName_.c_str(), 0);
+            low.push_back(std::move(file_));
+        }
     }
     fail("cannot create a temporary file beside", target_, errno);
 }

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cerrno>
+#include <utility>
 
 #include <unistd.h>
 
@@ -22,7 +23,8 @@ constexpr bool isStandard(int number) noexcept {
 
 /// Occupies those of the numbers 0, 1 and 2 that are closed, so that the system gives out none of them. The
 /// occupying descriptors can be neither read nor written, and are closed by the destructor. Keep it only
-/// around the call that opens a descriptor.
+/// around the call that opens a descriptor. That call may still return such a number, if another thread
+/// occupied it when this object was made, and has released it since.
 class ReservedStandardDescriptors {
   public:
     ReservedStandardDescriptors() noexcept;
@@ -38,8 +40,8 @@ class ReservedStandardDescriptors {
 };
 
 /// The descriptor that `open` returns, which is never 0, 1 or 2. `open` returns a number, or -1 and sets
-/// errno. It may be called twice, so it must not create or rename anything; for such a call, hold
-/// ReservedStandardDescriptors instead. On failure the descriptor is invalid and errno holds the reason.
+/// errno. It may be called several times, so it must not create or rename anything. On failure the descriptor
+/// is invalid and errno holds the reason.
 template <class Open>
 Descriptor openAboveStandard(Open open) {
     Descriptor descriptor(retryInterrupted(open));
@@ -51,6 +53,15 @@ Descriptor openAboveStandard(Open open) {
     if (reserved.error() != 0) {
         errno = reserved.error();
         return {};
+    }
+    // Reserved numbers are not enough: another thread may have reserved them at that moment, and released
+    // them before the next call of `open`. A descriptor that got one of them keeps it until the end.
+    std::array<Descriptor, 2> low;
+    for (Descriptor& held : low) {
+        Descriptor next(retryInterrupted(open));
+        if (!isStandard(next.get()))
+            return next;
+        held = std::move(next);
     }
     return Descriptor(retryInterrupted(open));
 }

@@ -18,7 +18,8 @@ cmake -S "$application" -B "$work/application" -G Ninja -DCMAKE_PREFIX_PATH="$pr
 cmake --build "$work/application"
 run "$work/application/application"
 
-export PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name kinovane-core.pc)")
+PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name kinovane-core.pc)")
+export PKG_CONFIG_PATH
 packageVersion=$(pkg-config --modversion kinovane-core)
 if [ "$packageVersion" != "$version" ]; then
     echo "the version of the pkg-config file is $packageVersion instead of $version"

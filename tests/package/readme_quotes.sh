@@ -48,6 +48,7 @@ check_block() {
 
 # check_files DOCUMENT: links, and paths in `…` that have a folder and end in an extension. These are relative to the
 # repository, or to one of the folders below.
+# shellcheck disable=SC2016 # these are the quotes of Markdown
 check_files() {
     local file folder
     while read -r file; do
@@ -64,6 +65,7 @@ check_files() {
     done < <(grep -oE '\]\([A-Za-z0-9_/.-]+\)' "$1" | sed -E 's/^..(.*).$/\1/' | sort -u)
 }
 
+# shellcheck disable=SC2094 # nothing below writes to a document
 for document in README.md ARCHITECTURE.md CONTRIBUTING.md docs/*.md docs/decisions/*.md; do
     check_files "$document"
     number=0 start=0 source='' quote=''

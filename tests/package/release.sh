@@ -49,7 +49,9 @@ refuses 1 'scripts/release: CHANGELOG.md has no section for 1.3.0' --no-test 1.3
 git reset -q --hard HEAD~1
 
 scripts/release --no-test 1.2.0 >/dev/null
-(cd build/release-1.2.0 && sha256sum --quiet -c kinovane-core-1.2.0.tar.gz.sha256)
+checksum=(sha256sum)
+command -v sha256sum >/dev/null || checksum=(shasum -a 256) # macOS
+(cd build/release-1.2.0 && "${checksum[@]}" -c kinovane-core-1.2.0.tar.gz.sha256 >/dev/null)
 tar -tzf build/release-1.2.0/kinovane-core-1.2.0.tar.gz | grep -qx 'kinovane-core-1.2.0/CMakeLists.txt'
 message=$(git tag --list --format='%(contents)' v1.2.0)
 expected=$(printf 'KinovaneCore 1.2.0\n\n### Added\n\n- A feature.')

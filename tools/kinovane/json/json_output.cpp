@@ -6,7 +6,9 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
+#include <string>
 
 #include <boost/json/basic_parser_impl.hpp>
 
@@ -186,9 +188,9 @@ class ExactHandler {
         stack_.push_uint64(value);
         return true;
     }
-    bool on_double(double value, View text, Error& /*error*/) {
-        std::from_chars(text.data(), text.data() + text.size(), value);
-        stack_.push_double(value);
+    bool on_double(double /*value*/, View text, Error& /*error*/) {
+        // Some standard libraries have no std::from_chars for reals. This program stays in the C locale.
+        stack_.push_double(std::strtod(std::string(text).c_str(), nullptr));
         return true;
     }
     bool on_bool(bool value, Error& /*error*/) {

@@ -3,6 +3,7 @@
 // The C library's functions for processes, pipes and threads, as those for files. Not among them: sigaction,
 // which sanitizers use for themselves and which fails for a wrong signal number only.
 
+#include <atomic>
 #include <cstdarg>
 
 #include <fcntl.h>
@@ -24,7 +25,12 @@ extern "C" {
 
 // Like the C library's own, it takes as many values as any call can have, whether they were given or not.
 [[gnu::no_sanitize_address]] long syscall(long number, ...) noexcept {
-    static const auto next = nextOf<decltype(::syscall)>("syscall");
+    // Not initialised like a local variable: libc++ calls this function while it guards such an
+    // initialisation.
+    static constinit std::atomic<decltype(::syscall)*> found = nullptr;
+    if (found == nullptr)
+        found = nextOf<decltype(::syscall)>("syscall");
+    decltype(::syscall)* const next = found;
     std::va_list rest;
     va_start(rest, number);
     long values[6]; // NOLINT(*-avoid-c-arrays)

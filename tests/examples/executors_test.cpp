@@ -24,6 +24,7 @@
 #include <kinovane/tooling.hpp>
 
 #include "examples/toolkit_loops.hpp"
+#include "support/joining_thread.hpp"
 #include "support/recorder.hpp"
 #include "support/sample_film.hpp"
 #include "support/variable.hpp"
@@ -75,7 +76,7 @@ TEST(ToolkitExecutor, RunsJobsOneAfterTheOther) {
         SCOPED_TRACE(row.name);
         const std::unique_ptr<ToolkitLoop> loop = row.makeLoop();
         std::vector<int> numbers;
-        const std::jthread thread([&, post = loop->executor()] {
+        const JoiningThread thread([&, post = loop->executor()] {
             for (int number = 0; number < count; ++number)
                 post([&, number] { numbers.push_back(number); });
             post([&] { loop->quit(); });
@@ -111,7 +112,7 @@ TEST(ToolkitExecutor, DestroysWaitingHandlersOnTheThreadThatDestroysTheLoop) {
         SCOPED_TRACE(row.name);
         std::unique_ptr<ToolkitLoop> loop = row.makeLoop();
         std::promise<ThreadID> destroyed;
-        std::jthread([&] {
+        JoiningThread([&] {
             Task<int>::ready(1).then(loop->executor(),
                                      [destruction = Destruction(destroyed)](Task<int> /*finished*/) {
                                          ADD_FAILURE() << "the handler was called";

@@ -11,6 +11,7 @@
 #include <kinovane/handoff.hpp>
 
 #include "handoff/ordinary_user.hpp"
+#include "support/repeating_thread.hpp"
 #include "support/sample_film.hpp"
 
 namespace kinovane::test {
@@ -120,10 +121,8 @@ TEST(HandoffWrite, ShowsReadersAWholeFile) {
     second.exportedAt = "later";
     second.shots.clear();
     VistrelHandoffBuilder::write(first, file);
-    std::jthread writer([&](const std::stop_token& stop) {
-        for (bool turn = true; !stop.stop_requested(); turn = !turn)
-            VistrelHandoffBuilder::write(turn ? second : first, file);
-    });
+    const RepeatingThread writer(
+        [&](std::size_t turn) { VistrelHandoffBuilder::write(turn % 2 == 0 ? second : first, file); });
     for (int round = 0; round < 200; ++round) {
         const auto read = decodeJSON<VistrelHandoff>(contentOf(file));
         ASSERT_TRUE(read == first || read == second);

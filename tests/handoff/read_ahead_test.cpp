@@ -63,6 +63,7 @@ TEST(ReadAhead, CanBeDestroyedAtAnyPoint) {
     EXPECT_EQ(settledCounts(before), before);
 }
 
+#ifdef __linux__
 TEST(ReadAhead, ThrowsTheErrorOfReading) {
     // A regular file whose first byte cannot be read: nothing lies at address 0.
     RegularFile file("/proc/self/mem");
@@ -76,6 +77,7 @@ TEST(ReadAhead, ThrowsTheErrorOfReading) {
         EXPECT_EQ(error.path1(), "/proc/self/mem");
     }
 }
+#endif
 
 TEST(FileDigest, IsTheSameWithAndWithoutReadingAhead) {
     const TemporaryDirectory directory;

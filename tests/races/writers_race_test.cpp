@@ -16,6 +16,7 @@
 
 #include "races/manifest_versions.hpp"
 #include "races/writer_process.hpp"
+#include "support/joining_thread.hpp"
 #include "support/temporary_directory.hpp"
 
 namespace kinovane::test {
@@ -80,7 +81,7 @@ class WritersRace : public testing::Test {
 
 TEST_F(WritersRace, OfThreadsLeavesAWholeManifest) {
     std::atomic<std::size_t> running = versions;
-    std::vector<std::jthread> writers;
+    std::vector<JoiningThread> writers;
     for (std::size_t version = 0; version < versions; ++version)
         writers.emplace_back([&, version] {
             write(version);
@@ -96,7 +97,7 @@ TEST_F(WritersRace, OfProcessesLeavesAWholeManifest) {
     for (std::size_t version = 0; version < versions; ++version)
         writers.emplace_back(target, writesPerWriter, std::vector{version});
     std::atomic<bool> allExited = false;
-    std::jthread waiting([&] {
+    JoiningThread waiting([&] {
         for (WriterProcess& writer : writers)
             EXPECT_EQ(writer.wait(), 0);
         allExited = true;

@@ -2,6 +2,7 @@
 
 #include "support/child_counts.hpp"
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -10,6 +11,10 @@
 #include <thread>
 
 #include <unistd.h>
+#ifdef __APPLE__
+#include <libproc.h>
+#include <mach/mach.h>
+#endif
 
 #include "support/sanitizers.hpp"
 
@@ -25,6 +30,33 @@ std::size_t entriesIn(const fs::path& directory) {
     return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
 }
 
+#ifdef __APPLE__
+
+std::size_t countDescriptors() { return entriesIn("/dev/fd"); }
+
+std::size_t countThreads() {
+    thread_act_array_t threads = nullptr;
+    mach_msg_type_number_t count = 0;
+    if (::task_threads(mach_task_self(), &threads, &count) != KERN_SUCCESS)
+        return 0;
+    for (mach_msg_type_number_t thread = 0; thread < count; ++thread)
+        ::mach_port_deallocate(mach_task_self(), threads[thread]);
+    ::vm_deallocate(mach_task_self(), reinterpret_cast<vm_address_t>(threads), count * sizeof *threads);
+    return count;
+}
+
+std::size_t countChildren() {
+    std::array<pid_t, 1024> children{};
+    const int count = ::proc_listchildpids(::getpid(), children.data(), sizeof children);
+    return count > 0 ? static_cast<std::size_t>(count) : 0;
+}
+
+#else
+
+std::size_t countDescriptors() { return entriesIn("/proc/self/fd"); }
+
+std::size_t countThreads() { return entriesIn("/proc/self/task"); }
+
 std::size_t countChildren() {
     std::size_t children = 0;
     for (const fs::directory_entry& thread : fs::directory_iterator("/proc/self/task")) {
@@ -34,6 +66,8 @@ std::size_t countChildren() {
     }
     return children;
 }
+
+#endif
 
 /// Starts the thread of the thread sanitizer, which comes with the first other thread, so that it is always
 /// counted.
@@ -51,7 +85,7 @@ void startSanitizersThread() {
 
 ProcessCounts countProcess() {
     startSanitizersThread();
-    return {entriesIn("/proc/self/fd"), entriesIn("/proc/self/task"), countChildren()};
+    return {countDescriptors(), countThreads(), countChildren()};
 }
 
 ProcessCounts settledCounts(const ProcessCounts& expected, std::chrono::milliseconds timeout) {

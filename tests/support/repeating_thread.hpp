@@ -5,7 +5,6 @@
 #include <atomic>
 #include <cstddef>
 #include <functional>
-#include <stop_token>
 #include <thread>
 #include <utility>
 
@@ -16,13 +15,19 @@ class RepeatingThread {
   public:
     /// `action` is called with the number of turns before it.
     explicit RepeatingThread(std::function<void(std::size_t turn)> action)
-        : thread_([this, action = std::move(action)](const std::stop_token& stop) {
-              while (!stop.stop_requested()) {
+        : thread_([this, action = std::move(action)] {
+              while (!stopped_) {
                   action(turns_);
                   ++turns_;
                   turns_.notify_all();
               }
           }) {}
+    RepeatingThread(const RepeatingThread&) = delete;
+    RepeatingThread& operator=(const RepeatingThread&) = delete;
+    ~RepeatingThread() {
+        stopped_ = true;
+        thread_.join();
+    }
 
     /// The number of finished turns.
     std::size_t turns() const { return turns_; }
@@ -32,7 +37,8 @@ class RepeatingThread {
 
   private:
     std::atomic<std::size_t> turns_ = 0;
-    std::jthread thread_;
+    std::atomic<bool> stopped_ = false;
+    std::thread thread_; // Last, because it uses the others.
 };
 
 } // namespace kinovane::test

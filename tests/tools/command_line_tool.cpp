@@ -14,6 +14,8 @@
 
 #include "support/temporary_directory.hpp"
 
+extern char** environ; // NOLINT(readability-redundant-declaration): not every C library's header declares it
+
 namespace kinovane::test {
 
 namespace {

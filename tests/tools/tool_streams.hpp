@@ -13,22 +13,10 @@
 #include <unistd.h>
 
 #include "common/files/descriptor.hpp"
+#include "support/pipe.hpp"
 #include "tools/command_line_tool.hpp"
 
 namespace kinovane::test {
-
-/// A pipe whose ends are closed in child processes.
-struct Pipe {
-    Pipe() {
-        int ends[2]{}; // NOLINT(*-avoid-c-arrays)
-        if (::pipe2(ends, O_CLOEXEC) != 0)
-            throw std::system_error(errno, std::generic_category(), "pipe");
-        readEnd = Descriptor(ends[0]);
-        writeEnd = Descriptor(ends[1]);
-    }
-    Descriptor readEnd;
-    Descriptor writeEnd;
-};
 
 /// A run of the command-line tool whose progress a test follows while it goes on.
 class RunningTool {

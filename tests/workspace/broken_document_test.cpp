@@ -105,7 +105,7 @@ void makeSocket(const fs::path& location) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     location.native().copy(address.sun_path, sizeof address.sun_path - 1);
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
     EXPECT_EQ(::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
     ::close(socket);
 }

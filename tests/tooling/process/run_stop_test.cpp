@@ -11,6 +11,7 @@
 #include <kinovane/run_options.hpp>
 
 #include "support/child_counts.hpp"
+#include "support/joining_thread.hpp"
 #include "support/temporary_directory.hpp"
 #include "tooling/process/controlled_outcome.hpp"
 
@@ -110,7 +111,7 @@ TEST(RunStop, RacesWithTheStart) {
     for (int round = 0; round < 200; ++round) {
         StopSource source;
         std::latch together(threads + 1);
-        std::vector<std::jthread> stoppers;
+        std::vector<JoiningThread> stoppers;
         for (int thread = 0; thread < threads; ++thread)
             stoppers.emplace_back([&] {
                 together.arrive_and_wait();
@@ -133,9 +134,9 @@ TEST(RunStop, RacesWithAProgramThatEndsByItself) {
         StopSource source;
         Task<ProcessResult> task =
             FilmToolClient("/bin/true").run({}, {}, {.stop = source.token(), .gracePeriod = 0ms});
-        std::jthread first;
+        JoiningThread first;
         if (round % 2 == 0)
-            first = std::jthread([&] { source.requestStop(); });
+            first = JoiningThread([&] { source.requestStop(); });
         for (int spin = 0; spin < round % 2000; ++spin)
             std::this_thread::yield();
         source.requestStop();

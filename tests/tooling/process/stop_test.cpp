@@ -2,9 +2,13 @@
 
 #include <atomic>
 #include <optional>
-#include <stop_token>
 #include <thread>
 #include <vector>
+#include <version>
+
+#ifdef __cpp_lib_jthread
+#include <stop_token>
+#endif
 
 #include <gtest/gtest.h>
 
@@ -23,7 +27,6 @@ TEST(StopToken, NeverAsksByDefault) {
     const StopToken token;
     EXPECT_FALSE(token.stopRequested());
     EXPECT_FALSE(token.stopPossible());
-    EXPECT_FALSE(StopToken(std::stop_token()).stopPossible());
 }
 
 TEST(StopToken, AsksOnceItsSourceDoes) {
@@ -37,7 +40,9 @@ TEST(StopToken, AsksOnceItsSourceDoes) {
     EXPECT_TRUE(StopSource(source).stopRequested());
 }
 
+#ifdef __cpp_lib_jthread
 TEST(StopToken, FollowsATokenOfTheStandardLibrary) {
+    EXPECT_FALSE(StopToken(std::stop_token()).stopPossible());
     std::optional<std::stop_source> source(std::in_place);
     const StopToken token = source->get_token();
     const StopToken copy = token;
@@ -48,6 +53,7 @@ TEST(StopToken, FollowsATokenOfTheStandardLibrary) {
     source.reset();
     EXPECT_TRUE(token.stopRequested());
 }
+#endif
 
 TEST(StopToken, OutlivesItsSource) {
     StopToken token;

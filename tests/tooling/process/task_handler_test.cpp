@@ -15,6 +15,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/joining_thread.hpp"
 #include "tooling/process/coroutine.hpp"
 #include "tooling/process/operation.hpp"
 #include "tooling/process/resting_counts.hpp"
@@ -237,7 +238,7 @@ TEST(TaskHandler, RunsOnceHoweverOftenItsJobRuns) {
     const Job job = loop.next();
     constexpr int threads = 4;
     std::latch together(threads);
-    std::vector<std::jthread> runners;
+    std::vector<JoiningThread> runners;
     for (int thread = 0; thread < threads; ++thread)
         runners.emplace_back([&together, job] {
             together.arrive_and_wait();

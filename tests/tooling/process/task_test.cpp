@@ -11,6 +11,7 @@
 
 #include <kinovane/tooling.hpp>
 
+#include "support/joining_thread.hpp"
 #include "tooling/process/coroutine.hpp"
 #include "tooling/process/operation.hpp"
 #include "tooling/process/test_program.hpp"
@@ -57,7 +58,7 @@ struct Consumer {
 const std::vector<Consumer> consumers{
     {"get",
      [](Task<std::string> task, const std::function<void()>& begun) {
-         const std::jthread other(begun);
+         const JoiningThread other(begun);
          return textOf(std::move(task));
      }},
     {"co_await",

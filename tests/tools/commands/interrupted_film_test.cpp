@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "common/files/descriptor.hpp"
+#include "support/pipe.hpp"
 #include "support/sample_film.hpp"
 #include "support/temporary_directory.hpp"
 #include "support/variable.hpp"
@@ -26,17 +27,14 @@ Outcome interrupted(const std::vector<std::string>& arguments, int signal, const
     const TemporaryDirectory directory;
     const std::string results = (directory / "out").string();
     const Descriptor out(::open(results.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    std::array<int, 2> ends{};
-    EXPECT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
-    const Descriptor readEnd(ends[0]);
-    Descriptor writeEnd(ends[1]);
-    const pid_t child = startCommandLineTool(arguments, out.get(), writeEnd.get());
-    writeEnd = Descriptor();
+    Pipe errors;
+    const pid_t child = startCommandLineTool(arguments, out.get(), errors.writeEnd.get());
+    errors.writeEnd = Descriptor();
 
     Outcome outcome;
     bool sent = false;
     std::array<char, 4096> chunk{};
-    for (ssize_t count = 0; (count = ::read(readEnd.get(), chunk.data(), chunk.size())) > 0;) {
+    for (ssize_t count = 0; (count = ::read(errors.readEnd.get(), chunk.data(), chunk.size())) > 0;) {
         outcome.err.append(chunk.data(), static_cast<std::size_t>(count));
         if (!sent && outcome.err.find(text) != std::string::npos) {
             ::kill(child, signal);

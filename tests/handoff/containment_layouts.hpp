@@ -71,7 +71,10 @@ struct Layout {
     LayoutOutcome expected;
     LayoutDigest digest;
     std::function<void(LayoutFiles&)> make = [](LayoutFiles&) {};
+    bool procfs = false; ///< Cannot be made where there is no /proc/self.
 };
+
+inline constexpr bool needsProcfs = true;
 
 /// All kinds of paths, links and files. To be examined without root privileges, which ignore permissions.
 const std::vector<Layout>& containmentLayouts();

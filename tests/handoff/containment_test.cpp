@@ -78,7 +78,10 @@ LayoutDigest digestOfFile(const std::filesystem::path& file) {
 
 TEST(Containment, IsDecidedForEveryLayout) {
     ASSERT_GE(containmentLayouts().size(), 90U);
+    const bool hasProcfs = std::filesystem::exists("/proc/self");
     for (const Layout& layout : containmentLayouts()) {
+        if (layout.procfs && !hasProcfs)
+            continue;
         SCOPED_TRACE(layout.sentence);
         LayoutFiles files;
         layout.make(files);

@@ -83,26 +83,29 @@ std::vector<Layout> rootLayouts() {
         {"the project's directory with dots", "a.png", accepted, content,
          [](LayoutFiles& files) { files.root = files.area / "film/./../film/."; }},
         {"the project given as an open directory of this process", "a.png", accepted, content,
-         [](LayoutFiles& files) { files.root = files.opened("film"); }},
+         [](LayoutFiles& files) { files.root = files.opened("film"); }, needsProcfs},
         {"the project given as an open directory, with a link back to its real location", "l", accepted,
          content,
          [](LayoutFiles& files) {
              files.link("film/l", files.area / "film/a.png");
              files.root = files.opened("film");
-         }},
+         },
+         needsProcfs},
         {"the project given as an open directory, with a link back through it", "l", unsafe, content,
          [](LayoutFiles& files) {
              files.root = files.opened("film");
              files.link("film/l", files.root / "a.png");
-         }},
+         },
+         needsProcfs},
         {"the project given through the root directory of this process", "l", accepted, content,
          [](LayoutFiles& files) {
              files.link("film/l", files.area / "film/a.png");
              files.root = "/proc/self/root" + (files.area / "film").native();
-         }},
+         },
+         needsProcfs},
         {"the whole file system, and a file behind the root directory of this process",
          "proc/self/root/etc/passwd", unsafe, digestOf("/etc/passwd"),
-         [](LayoutFiles& files) { files.root = "/"; }},
+         [](LayoutFiles& files) { files.root = "/"; }, needsProcfs},
         {"the project's directory does not exist", "a.png", missing, noSuchFile,
          [](LayoutFiles& files) { files.root = files.area / "nothing"; }},
         {"the project's directory is a file", "a.png", missing, notADirectory,

@@ -99,13 +99,13 @@ std::vector<Layout> linkLayouts() {
         {"a link to a device", "l", unsafe, notARegularFile,
          [](LayoutFiles& files) { files.link("film/l", "/dev/zero"); }},
         {"a link to a file of procfs", "l", unsafe, digestOf("/proc/self/comm"),
-         [](LayoutFiles& files) { files.link("film/l", "/proc/self/comm"); }},
+         [](LayoutFiles& files) { files.link("film/l", "/proc/self/comm"); }, needsProcfs},
         {"a link to an open file of this process", "l", unsafe, content,
-         [](LayoutFiles& files) { files.link("film/l", files.opened("outside/a.png")); }},
+         [](LayoutFiles& files) { files.link("film/l", files.opened("outside/a.png")); }, needsProcfs},
         {"a link to an open file of this process that lies inside", "l", unsafe, content,
-         [](LayoutFiles& files) { files.link("film/l", files.opened("film/a.png")); }},
+         [](LayoutFiles& files) { files.link("film/l", files.opened("film/a.png")); }, needsProcfs},
         {"a file below an open directory of this process that is the project", "l/a.png", unsafe, content,
-         [](LayoutFiles& files) { files.link("film/l", files.opened("film")); }},
+         [](LayoutFiles& files) { files.link("film/l", files.opened("film")); }, needsProcfs},
         {"an open file that was removed, while another file has the name that procfs gives it", "l", unsafe,
          content,
          [](LayoutFiles& files) {
@@ -113,15 +113,18 @@ std::vector<Layout> linkLayouts() {
              files.link("film/l", files.opened("film/b.png"));
              std::filesystem::remove(files.area / "film/b.png");
              files.file("film/b.png (deleted)");
-         }},
+         },
+         needsProcfs},
         {"a link through the root directory of this process", "l", unsafe, content,
          [](LayoutFiles& files) {
              files.link("film/l", "/proc/self/root" + (files.area / "film/a.png").native());
-         }},
+         },
+         needsProcfs},
         {"an ordinary link of procfs, and back in", "l", accepted, content,
          [](LayoutFiles& files) {
              files.link("film/l", "/proc/self/../.." + (files.area / "film/a.png").native());
-         }},
+         },
+         needsProcfs},
         {"a link to the root directory", "l", unsafe, isADirectory,
          [](LayoutFiles& files) { files.link("film/l", "/"); }},
         {"a link to a directory outside that may not be searched", "l/a.png", unsafe, permissionDenied,

@@ -8,7 +8,8 @@
 
 namespace kinovane::test {
 
-/// A thread that is joined when it is destroyed, like std::jthread, which some standard libraries do not have.
+/// A thread that is joined when it is destroyed, like std::jthread, which some standard libraries do not
+/// have.
 class JoiningThread {
   public:
     JoiningThread() = default;

@@ -16,7 +16,7 @@ namespace kinovane::test {
 struct Pipe {
     Pipe() {
         int ends[2]{}; // NOLINT(*-avoid-c-arrays)
-#ifdef __APPLE__ // It has no pipe2.
+#ifdef __APPLE__       // It has no pipe2.
         const bool made = ::pipe(ends) == 0 && ::fcntl(ends[0], F_SETFD, FD_CLOEXEC) == 0 &&
                           ::fcntl(ends[1], F_SETFD, FD_CLOEXEC) == 0;
 #else

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
-# Three components: Runtime (the shared library), Development (what an application needs to find and link the library:
-# headers, a CMake package, a pkg-config file, the static library or the link to the shared one) and Tools (the
-# command-line tool).
+# Four components: Runtime (the shared library), Development (what an application needs to find and link the library:
+# headers, a CMake package, a pkg-config file, the static library or the link to the shared one), Tools (the command-line
+# tool) and testkit (what the tests of an application need as well: the simulators and the headers of kinovane/testing).
 include(CMakePackageConfigHelpers)
 
 install(TARGETS KinovaneCore EXPORT KinovaneCoreTargets
@@ -9,13 +9,24 @@ install(TARGETS KinovaneCore EXPORT KinovaneCoreTargets
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/kinovane ${PROJECT_BINARY_DIR}/include/kinovane
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development FILES_MATCHING PATTERN "*.hpp")
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development FILES_MATCHING PATTERN "*.hpp"
+    PATTERN testing EXCLUDE)
 if(TARGET kinovane)
     install(TARGETS kinovane RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Tools)
 endif()
 
 set(packageDirectory ${CMAKE_INSTALL_LIBDIR}/cmake/KinovaneCore)
 install(EXPORT KinovaneCoreTargets NAMESPACE KinovaneCore:: DESTINATION ${packageDirectory} COMPONENT Development)
+if(KINOVANE_BUILD_SIMULATORS)
+    set(simulators film pi quexrun vistrel)
+    list(TRANSFORM simulators PREPEND kinovane_simulator_)
+    install(TARGETS ${simulators} kinovane_testkit EXPORT KinovaneCoreTestkitTargets
+        RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/kinovane-core COMPONENT testkit)
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/kinovane/testing
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kinovane COMPONENT testkit FILES_MATCHING PATTERN "*.hpp")
+    install(EXPORT KinovaneCoreTestkitTargets NAMESPACE KinovaneCore:: DESTINATION ${packageDirectory}
+        COMPONENT testkit)
+endif()
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/KinovaneCoreConfig.cmake.in
     ${PROJECT_BINARY_DIR}/KinovaneCoreConfig.cmake INSTALL_DESTINATION ${packageDirectory})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/KinovaneCoreConfigVersion.cmake

@@ -2,9 +2,9 @@
 # SPDX-License-Identifier: Apache-2.0
 # Installs each component by itself and compares the files; then starts the installed command-line tool from a prefix
 # other than the one it was installed to:
-#   install_components.sh SOURCE BUILD WORK VERSION LIBDIR REAL_NAME SONAME LINK_NAME
+#   install_components.sh SOURCE BUILD WORK VERSION LIBDIR LIBEXECDIR REAL_NAME SONAME LINK_NAME
 set -euo pipefail
-source=$1 build=$2 work=$3 version=$4 libdir=$5 realName=$6 soname=$7 linkName=$8
+source=$1 build=$2 work=$3 version=$4 libdir=$5 libexecdir=$6 realName=$7 soname=$8 linkName=$9
 rm -rf "$work"
 mkdir -p "$work"
 
@@ -40,6 +40,12 @@ for page in '' -{status,inspect,shots,artifacts,open,verify,publish,copy,plan,ap
 done
 expect Tools bin/kinovane "${manuals[@]}" share/bash-completion/completions/kinovane \
     share/zsh/site-functions/_kinovane share/fish/vendor_completions.d/kinovane.fish
+testHeaders=()
+for header in "$source"/include/kinovane/testing/*.hpp; do
+    testHeaders+=("include/kinovane/testing/$(basename "$header")")
+done
+expect testkit "$libexecdir"/kinovane-core/{film,pi,quexrun,vistrel} "${testHeaders[@]}" \
+    "${package}TestkitTargets.cmake" "${package}TestkitTargets-CONFIG.cmake"
 
 cmake --install "$build" --prefix "$work/before" --component Runtime >/dev/null
 cmake --install "$build" --prefix "$work/before" --component Tools >/dev/null

@@ -24,8 +24,8 @@ if(KINOVANE_BUILD_SIMULATORS)
         RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/kinovane-core COMPONENT testkit)
     install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/kinovane/testing
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kinovane COMPONENT testkit FILES_MATCHING PATTERN "*.hpp")
-    install(EXPORT KinovaneCoreTestkitTargets NAMESPACE KinovaneCore:: DESTINATION ${packageDirectory}
-        COMPONENT testkit)
+    install(EXPORT KinovaneCoreTestkitTargets NAMESPACE KinovaneCore:: FILE KinovaneCore-testkit.cmake
+        DESTINATION ${packageDirectory} COMPONENT testkit)
 endif()
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/KinovaneCoreConfig.cmake.in
     ${PROJECT_BINARY_DIR}/KinovaneCoreConfig.cmake INSTALL_DESTINATION ${packageDirectory})

@@ -16,7 +16,7 @@ expect() {
     shift
     expected=$(printf '%s\n' "$@" | LC_ALL=C sort)
     cmake --install "$build" --prefix "$work/$component" --component "$component" >/dev/null
-    actual=$(cd "$work/$component" && find . ! -type d | sed 's,^\./,,; s,Targets-[a-z]*\.cmake,Targets-CONFIG.cmake,' | LC_ALL=C sort)
+    actual=$(cd "$work/$component" && find . ! -type d | sed 's,^\./,,; s,\(Targets\|-testkit\)-[a-z]*\.cmake,\1-CONFIG.cmake,' | LC_ALL=C sort)
     if [ "$actual" != "$expected" ]; then
         echo "the files of $component differ:"
         diff <(echo "$expected") <(echo "$actual") || true
@@ -45,7 +45,7 @@ for header in "$source"/include/kinovane/testing/*.hpp; do
     testHeaders+=("include/kinovane/testing/$(basename "$header")")
 done
 expect testkit "$libexecdir"/kinovane-core/{film,pi,quexrun,vistrel} "${testHeaders[@]}" \
-    "${package}TestkitTargets.cmake" "${package}TestkitTargets-CONFIG.cmake"
+    "$package-testkit.cmake" "$package-testkit-CONFIG.cmake"
 
 cmake --install "$build" --prefix "$work/before" --component Runtime >/dev/null
 cmake --install "$build" --prefix "$work/before" --component Tools >/dev/null

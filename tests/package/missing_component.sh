@@ -46,11 +46,11 @@ accepts() {
     fi
 }
 
-missing='The component "testkit" of KinovaneCore is not installed.'
+missing="The component 'testkit' of KinovaneCore is not installed."
 accepts 'found: 1, testkit: ' 1.0 REQUIRED
 accepts 'found: 1, testkit: FALSE' 1.0 REQUIRED OPTIONAL_COMPONENTS testkit
 refuses "$missing" 1.0 REQUIRED COMPONENTS testkit
-refuses 'KinovaneCore has no component "player"; its only component is "testkit".' 1.0 REQUIRED COMPONENTS player
+refuses "KinovaneCore has no component 'player'; its only component is testkit." 1.0 REQUIRED COMPONENTS player
 
 cmake --install "$build" --prefix "$work/prefix" --component testkit >/dev/null
 accepts 'found: 1, testkit: TRUE' 1.0 REQUIRED COMPONENTS testkit

@@ -27,6 +27,18 @@ int print(const std::string& text);
 /// Writes a line to standard error; the given exit status.
 int complain(const std::string& text, int status);
 
+/// Writes the line, as the beginning of 8 MiB that are still valid JSON, to standard output and 8 MiB of a
+/// log to standard error, in turn: a reader of only one of the two never finishes. The exit status 0.
+int flood(const std::string& reply);
+
+/// Waits until another process has opened the pipe that the environment variable names for writing, and
+/// closed it. So a test decides, without a clock, when this program continues. The exit status if there is no
+/// pipe.
+std::optional<int> waitForRelease(const char* variable);
+
+/// The same for a program that SIGTERM does not end.
+std::optional<int> waitStubbornly(const char* variable);
+
 /// Ends the process by SIGKILL.
 [[noreturn]] void dieByKill();
 

@@ -2,18 +2,11 @@
 
 #include "misbehaviour.hpp"
 
-#include <cstdlib>
-#include <iostream>
 #include <map>
 #include <string>
 #include <utility>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "common/program.hpp"
-#include "common/refusal.hpp"
 #include "documents.hpp"
 
 namespace simulator::film {
@@ -61,20 +54,6 @@ json::object replyOfWrongType(std::string_view command) {
     return reply;
 }
 
-/// Waits until another process opens the pipe for writing. So a test decides, without a clock, when this
-/// program continues.
-std::optional<int> waitForRelease() {
-    const char* name = std::getenv("FILM_RELEASE");
-    struct stat status{};
-    if (name == nullptr || ::stat(name, &status) != 0 || !S_ISFIFO(status.st_mode))
-        return complain("FILM_RELEASE does not name a pipe to wait for", misused);
-    const int descriptor = ::open(name, O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0)
-        refuseForSystem("open", name, lastSystemError());
-    ::close(descriptor);
-    return std::nullopt;
-}
-
 } // namespace
 
 std::vector<Misbehaviour> misbehaviours(const Command& command, bool& cutOff) {
@@ -84,10 +63,12 @@ std::vector<Misbehaviour> misbehaviours(const Command& command, bool& cutOff) {
         {"wrong-type", [&] { return print(json::serialize(replyOfWrongType(command.word))); }},
         {"noise",
          [&] { return print("[info] opening the film\n" + json::serialize(sampleReply(command.word))); }},
+        {"flood", [&] { return flood(json::serialize(sampleReply(command.word))); }},
         {"exit-4", [] { return failed; }},
         {"complain",
          [] { return complain("The projector has lost a reel. Try again after the intermission.", failed); }},
-        {"slow", waitForRelease},
+        {"slow", [] { return waitForRelease("FILM_RELEASE"); }},
+        {"stubborn", [] { return waitStubbornly("FILM_RELEASE"); }},
         {"killed", []() -> int { dieByKill(); }},
         {"cut-off",
          [&]() -> std::optional<int> {

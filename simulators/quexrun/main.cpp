@@ -44,14 +44,17 @@ int printWrongType() {
 }
 
 int perform(const Command&, Arguments) {
-    static const std::array<Misbehaviour, 7> misbehaviours{
+    static const std::array<Misbehaviour, 10> misbehaviours{
         {{"not-json", [] { return print("Four models are known."); }},
          {"missing-key", printWithoutKey},
          {"wrong-type", printWrongType},
          {"noise", [] { return print("[info] looking for models\n" + json::serialize(builtInStatus())); }},
+         {"flood", [] { return flood(json::serialize(builtInStatus())); }},
          {"exit-5", [] { return 5; }},
          {"complain",
           [] { return complain("The agent runtime is being updated. Try again in a moment.", 5); }},
+         {"slow", [] { return waitForRelease("QUEXRUN_RELEASE"); }},
+         {"stubborn", [] { return waitStubbornly("QUEXRUN_RELEASE"); }},
          {"killed", []() -> int { dieByKill(); }}}};
     const auto status = misbehave("QUEXRUN_MISBEHAVE", misbehaviours);
     return status ? *status : printStatus();

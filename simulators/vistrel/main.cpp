@@ -2,6 +2,7 @@
 
 #include <array>
 #include <iostream>
+#include <optional>
 #include <string>
 
 #include "asset_files.hpp"
@@ -28,38 +29,34 @@ constexpr const char* camelCaseReceipt =
     R"({"ok":true,"projectId":"vistrel_sample","episodeId":"vistrel_sample_episode_1","importedScenes":2,)"
     R"("importedShots":3,"importedAssets":5,"projectUrl":"vistrel://projects/vistrel_sample"})";
 
-/// Writes far more than a pipe holds to both streams in turn: a reader of only one of them never finishes.
-int flood() {
-    constexpr std::size_t chunkSize = std::size_t{64} << 10U;
-    constexpr std::size_t chunks = 128;
-    const std::string padding(chunkSize, ' ');
-    std::string log;
-    while (log.size() < chunkSize)
-        log += "[debug] examining the film again\n";
-    log.resize(chunkSize - 1);
-    log += '\n';
-    std::cout << sampleReceipt(true);
-    for (std::size_t chunk = 0; chunk < chunks; ++chunk) {
-        std::cout << padding << std::flush;
-        std::cerr << log << std::flush;
-    }
-    return print("");
+constexpr int failed = 3;
+
+const char* const reason = "The library is being backed up. Try again in a moment.";
+
+/// An importer that accepts a film in the dry run, and then fails.
+std::optional<int> refuseImport(const Command& command) {
+    return command.optionalValue("dry-run") ? std::nullopt : std::optional(complain(reason, failed));
 }
 
-std::span<const Misbehaviour> misbehaviours() {
-    static const std::array<Misbehaviour, 7> all{
-        {{"not-json", [] { return print("The film has been imported."); }},
-         {"camel-case", [] { return print(camelCaseReceipt); }},
-         {"not-ok", [] { return print(sampleReceipt(false)); }},
-         {"exit-3", [] { return 3; }},
-         {"noise", [] { return print("[info] opening the library\n" + sampleReceipt(true)); }},
-         {"flood", flood},
-         {"killed", []() -> int { dieByKill(); }}}};
-    return all;
+/// The values of VISTREL_MISBEHAVE.
+std::array<Misbehaviour, 13> misbehaviours(const Command& command) {
+    return {{{"not-json", [] { return print("The film has been imported."); }},
+             {"missing-key", [] { return print(R"({"ok":true})"); }},
+             {"wrong-type", [] { return print(R"({"ok":"yes","project_id":"vistrel_sample"})"); }},
+             {"camel-case", [] { return print(camelCaseReceipt); }},
+             {"not-ok", [] { return print(sampleReceipt(false)); }},
+             {"noise", [] { return print("[info] opening the library\n" + sampleReceipt(true)); }},
+             {"flood", [] { return flood(sampleReceipt(true)); }},
+             {"exit-3", [] { return failed; }},
+             {"complain", [] { return complain(reason, failed); }},
+             {"refuse-import", [&command] { return refuseImport(command); }},
+             {"slow", [] { return waitForRelease("VISTREL_RELEASE"); }},
+             {"stubborn", [] { return waitStubbornly("VISTREL_RELEASE"); }},
+             {"killed", []() -> int { dieByKill(); }}}};
 }
 
 int perform(const Command& command, Arguments) {
-    if (const auto status = misbehave("VISTREL_MISBEHAVE", misbehaviours()))
+    if (const auto status = misbehave("VISTREL_MISBEHAVE", misbehaviours(command)))
         return *status;
     const std::string text = readManifestFile(command.value("manifest"));
     const json::object manifest = parseManifest(text);

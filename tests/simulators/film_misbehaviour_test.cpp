@@ -80,7 +80,7 @@ TEST_F(FilmMisbehaviour, ReportsFailures) {
     const std::string onlyRun = "FILM_MISBEHAVE: only \"run\" can be cut off\n";
     const std::string unknown =
         "FILM_MISBEHAVE: \"nap\" is unknown; known are not-json missing-key wrong-type "
-        "noise exit-4 complain slow killed cut-off\n";
+        "noise flood exit-4 complain slow stubborn killed cut-off\n";
     const std::vector<Row> rows{
         {"exit-4", 4, "", "Film command exited 4."},
         {"complain", 4, reason, reason},

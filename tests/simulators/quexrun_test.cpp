@@ -86,7 +86,7 @@ TEST_F(QuexRun, ReportsFailures) {
     };
     const std::string reason = "The agent runtime is being updated. Try again in a moment.\n";
     const std::string unknown = "QUEXRUN_MISBEHAVE: \"nap\" is unknown; known are not-json missing-key "
-                                "wrong-type noise exit-5 complain killed\n";
+                                "wrong-type noise flood exit-5 complain slow stubborn killed\n";
     const std::vector<Row> rows{
         {"exit-5", 5, "", "Film command exited 5."},
         {"complain", 5, reason, reason},

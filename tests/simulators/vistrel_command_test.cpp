@@ -63,8 +63,8 @@ TEST(VistrelCommand, ReportsAnUnknownMisbehaviour) {
         FAIL() << "it succeeded";
     } catch (const FilmToolError& error) {
         EXPECT_EQ(error.errorDescription(),
-                  "VISTREL_MISBEHAVE: \"nap\" is unknown; known are not-json camel-case "
-                  "not-ok exit-3 noise flood killed\n");
+                  "VISTREL_MISBEHAVE: \"nap\" is unknown; known are not-json missing-key wrong-type "
+                  "camel-case not-ok noise flood exit-3 complain refuse-import slow stubborn killed\n");
         EXPECT_EQ(std::get<FilmToolError::commandFailed>(error.value()).result.exitCode, 2);
     }
 }

@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <kinovane/agent_runtime.hpp>
 #include <kinovane/handoff.hpp>
 #include <kinovane/preflight.hpp>
 #include <kinovane/testing/environment_variable.hpp>
@@ -157,12 +156,6 @@ TEST(DamagedFilm, LacksTheProductionPlan) {
     const std::vector<PreflightFinding> findings = VistrelHandoffBuilder::preflight(film);
     ASSERT_FALSE(findings.empty());
     EXPECT_EQ(findings.front().code, PreflightCode::productionPlanMissing);
-}
-
-TEST(Simulator, IsFoundAndRuns) {
-    EXPECT_FALSE(QuexRunAgentClient(quexrunSimulator()).status().get().models.empty());
-    EXPECT_EQ(FilmToolClient(piSimulator()).run({"--version"}).get().stdout, "pi 0.0.0-simulator\n");
-    EXPECT_EQ(FilmToolClient::resolveExecutable(vistrelSimulator()), vistrelSimulator());
 }
 
 } // namespace

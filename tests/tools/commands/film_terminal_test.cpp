@@ -98,7 +98,8 @@ TEST(FilmTerminal, ShowsForHowLongTheToolHasBeenWorking) {
     const WaitingFilm film;
     TerminalRun run(film.folder, film.release);
     run.readUntil(firstLine);
-    const Descriptor release(::open(film.release.c_str(), O_WRONLY | O_CLOEXEC));
+    // The tool continues once the pipe is closed again.
+    Descriptor(::open(film.release.c_str(), O_WRONLY | O_CLOEXEC));
     const Outcome outcome = run.finish();
     EXPECT_EQ(outcome.status, 0);
     EXPECT_TRUE(outcome.out.starts_with(film.step() + firstLine)) << outcome;

@@ -37,6 +37,11 @@ cmake --install "$work/build" --prefix "$work/prefix" >/dev/null
 installed=$(find "$work/prefix" ! -type d 2>/dev/null || true)
 [ -z "$installed" ] || fail "installed without being asked for: $installed"
 
+# The application's tests run a simulator from the build tree.
+configure -DKINOVANE_BUILD_SIMULATORS=ON
+cmake --build "$work/build" --target pi
+[ "$(cat "$work/build/pi.txt")" = 'pi 0.0.0-simulator' ] || fail "the simulator printed '$(cat "$work/build/pi.txt")'"
+
 configure -DKINOVANE_INSTALL=ON
 cmake --build "$work/build"
 "$source/tests/package/run_application.sh" "$source" "$version" "$work/build/application"

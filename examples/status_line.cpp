@@ -49,7 +49,7 @@ void testWithSimulator(const FilmToolClient& simulator, const std::filesystem::p
     expect(statusLine(simulator.status(run)), "Lamp: plan");
 
     RunOptions failing;
-    failing.environment["FILM_MISBEHAVE"] = "exit-4"; // simulators/film/README.md lists the values.
+    failing.environment["FILM_MISBEHAVE"] = "exit-4"; // docs/guide/testing.md lists the values.
     expect(statusLine(simulator.status(run, failing)), "Film command exited 4.");
 }
 

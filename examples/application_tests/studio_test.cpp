@@ -17,6 +17,7 @@ using namespace kinovane::testing;
 
 namespace {
 
+//! [fixture]
 /// The application with the simulators instead of the real programs. Each test has a folder of its own.
 struct StudioTest : testing::Test {
     // Variables of the developer's shell must not change what the simulators do.
@@ -31,17 +32,18 @@ struct StudioTest : testing::Test {
 
     bool libraryIsEmpty() const { return !std::filesystem::exists(directory / "library"); }
 };
+//! [fixture]
 
 TEST_F(StudioTest, ShowsTitleAndShots) {
     EXPECT_EQ(studio.open(finishedFilm(directory / "film")), "The Last Train, 3 shots");
 }
 
-// [documents]
+//! [documents]
 TEST_F(StudioTest, ExplainsADocumentThatIsHalfWritten) {
     const std::string text = studio.open(filmWithHalfWrittenProject(directory / "film"));
     EXPECT_TRUE(text.starts_with("The film project could not be read: film-project.json: line ")) << text;
 }
-// [documents]
+//! [documents]
 
 TEST_F(StudioTest, NamesTheGateThatAProductionWaitsFor) {
     const std::filesystem::path run = filmInProduction(directory / "film");
@@ -49,7 +51,7 @@ TEST_F(StudioTest, NamesTheGateThatAProductionWaitsFor) {
     EXPECT_EQ(studio.advance(run).get(), "Waiting for your approval: delivery");
 }
 
-// [stop]
+//! [stop]
 TEST_F(StudioTest, StopsARun) {
     const std::filesystem::path run = plannedFilm(directory / "film");
     ReleasePipe pipe;
@@ -61,7 +63,7 @@ TEST_F(StudioTest, StopsARun) {
     studio.stop();
     EXPECT_EQ(text.get(), "film: stopped at the user's request");
 }
-// [stop]
+//! [stop]
 
 TEST_F(StudioTest, StopsAProgramThatIgnoresTheRequest) {
     const std::filesystem::path run = plannedFilm(directory / "film");
@@ -76,7 +78,7 @@ TEST_F(StudioTest, StopsAProgramThatIgnoresTheRequest) {
     EXPECT_EQ(text.get(), "film: stopped at the user's request");
 }
 
-// [failures]
+//! [failures]
 TEST_F(StudioTest, ShowsWhyTheFilmToolFailed) {
     struct Row {
         const char* misbehaviour;
@@ -94,7 +96,7 @@ TEST_F(StudioTest, ShowsWhyTheFilmToolFailed) {
         EXPECT_EQ(studio.advance(run).get(), row.expected);
     }
 }
-// [failures]
+//! [failures]
 
 TEST_F(StudioTest, ShowsThatAProgramIsMissing) {
     Studio incomplete(Programs{.film = (directory / "film").string()});
@@ -102,7 +104,7 @@ TEST_F(StudioTest, ShowsThatAProgramIsMissing) {
               "Required executable not found: " + (directory / "film").string());
 }
 
-// [publish]
+//! [publish]
 TEST_F(StudioTest, PublishesWithRisingProgress) {
     std::vector<int> percent;
     const std::string text = studio
@@ -114,9 +116,9 @@ TEST_F(StudioTest, PublishesWithRisingProgress) {
     EXPECT_EQ(percent.back(), 100);
     EXPECT_FALSE(libraryIsEmpty());
 }
-// [publish]
+//! [publish]
 
-// [damage]
+//! [damage]
 TEST_F(StudioTest, DoesNotPublishADamagedFilm) {
     struct Row {
         const char* sentence;
@@ -140,9 +142,9 @@ TEST_F(StudioTest, DoesNotPublishADamagedFilm) {
         EXPECT_TRUE(libraryIsEmpty());
     }
 }
-// [damage]
+//! [damage]
 
-// [refusals]
+//! [refusals]
 TEST_F(StudioTest, ShowsWhyVistrelDidNotImport) {
     struct Row {
         const char* misbehaviour;
@@ -164,9 +166,9 @@ TEST_F(StudioTest, ShowsWhyVistrelDidNotImport) {
         EXPECT_TRUE(libraryIsEmpty());
     }
 }
-// [refusals]
+//! [refusals]
 
-// [models]
+//! [models]
 TEST_F(StudioTest, ChoosesTheLargestModelThatCanBeStarted) { EXPECT_EQ(studio.model(), "Heron 32B"); }
 
 TEST_F(StudioTest, ShowsThatNoModelIsInstalled) {
@@ -175,6 +177,6 @@ TEST_F(StudioTest, ShowsThatNoModelIsInstalled) {
     const EnvironmentVariable none("QUEXRUN_STATUS_FILE", file.string());
     EXPECT_EQ(studio.model(), "No model is installed");
 }
-// [models]
+//! [models]
 
 } // namespace

@@ -60,6 +60,10 @@ examples a.cpp <boost/asio/post.hpp>
 examples a.cpp <QObject>
 examples a.cpp <QtCore/QObject>
 examples a.cpp <glib.h>
+include/kinovane/testing a.hpp <gtest/gtest.h>
+include/kinovane/testing a.hpp "common/utf8.hpp"
+examples/application_tests a.cpp <boost/json.hpp>
+tests/testkit a.cpp "support/sample_film.hpp"
 examples/desk a.cpp <boost/asio/post.hpp>
 examples/desk a.cpp <QtCore/QObject>
 examples/executors a.cpp <boost/json.hpp>

@@ -17,6 +17,7 @@ namespace kinovane::testing {
 /// Where an operation takes RunOptions, RunOptions::environment needs no such care.
 class EnvironmentVariable {
   public:
+    /// `name` must not be empty or hold "=": the system then changes nothing.
     EnvironmentVariable(std::string name, const std::optional<std::string>& value) : name_(std::move(name)) {
         if (const char* former = ::getenv(name_.c_str()))
             former_ = former;

@@ -38,6 +38,7 @@ class ReleasePipe {
     ReleasePipe& operator=(const ReleasePipe&) = delete;
     ~ReleasePipe() { release(); }
 
+    /// The absolute path, as a value for the environment.
     std::string path() const { return path_.string(); }
 
     /// Returns when a simulator waits for the pipe. Blocks for ever if none does: the operation must have

@@ -14,10 +14,10 @@
 namespace kinovane::testing {
 
 /// A new, empty directory below the system's directory for temporary files. The destructor removes it with
-/// its contents, also where a test has removed permissions. The constructor throws
-/// std::filesystem::filesystem_error if the directory cannot be created.
+/// its contents, also where a test has removed permissions.
 class TemporaryDirectory {
   public:
+    /// Throws std::filesystem::filesystem_error if the directory cannot be created.
     TemporaryDirectory() {
         // Canonical, so that a test can compare paths with those that the library returns.
         std::string name =
@@ -42,6 +42,7 @@ class TemporaryDirectory {
 
     /// Absolute, without symbolic links.
     const std::filesystem::path& path() const noexcept { return path_; }
+    /// The path of an entry, which need not exist.
     std::filesystem::path operator/(std::string_view name) const { return path_ / name; }
 
   private:

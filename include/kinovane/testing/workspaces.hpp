@@ -33,7 +33,9 @@
 /// application's environment have no influence.
 namespace kinovane::testing {
 
+/// The title of every film.
 inline constexpr std::string_view filmTitle = "The Last Train";
+/// The planned duration of every film, in seconds.
 inline constexpr std::int64_t filmSeconds = 12;
 /// The creation time, and that of every later change.
 inline constexpr std::string_view filmTime = "2026-03-01T14:05:09Z";

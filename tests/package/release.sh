@@ -13,7 +13,7 @@ mkdir -p "$work/project/scripts" "$work/project/debian"
 cp "$source/scripts/release" "$work/project/scripts"
 cd "$work/project"
 git init -q
-echo build/ >.gitignore
+printf 'build/\nbuild.names\n' >.gitignore
 cat >CMakeLists.txt <<'END'
 cmake_minimum_required(VERSION 3.25)
 project(KinovaneCore VERSION 1.2.0 LANGUAGES CXX
@@ -40,15 +40,21 @@ cat >CHANGELOG.md <<'END'
 - Older.
 END
 printf '#!/bin/sh\nexit 1\n' >scripts/test
-# Compares the library with the file interface.
+# Compares the functions of the library with a record that has one name on each line.
 cat >scripts/abi <<'END'
 #!/bin/sh
-if ! nm -D --defined-only "$1" | grep -q " $(cat interface)$"; then
+nm -D --defined-only "$1" | sed -n 's/.* T //p' | sort >build.names
+record=${2:-abi/libKinovaneCore.so.1.abi.xz}
+if comm -13 build.names "$record" | grep -q .; then
     echo 'scripts/abi: a difference' >&2
+    exit 1
+elif comm -23 build.names "$record" | grep -q .; then
+    echo 'scripts/abi: the binary interface has additions that are not recorded' >&2
     exit 1
 fi
 END
-echo _Z3onev >interface
+mkdir abi
+echo _Z3onev >abi/libKinovaneCore.so.1.abi.xz
 chmod +x scripts/test scripts/abi
 commit() { git add -A && git commit -qm "$1"; }
 commit first
@@ -168,6 +174,33 @@ if [ "$actual" != 'scripts/release: the tag v1.2.0 exists already' ]; then
     echo "$actual"
     failed=1
 fi
+
+# A later release of the same SOVERSION: a break that was recorded, and then an addition. release_next FUNCTIONS…
+release_next() {
+    local name
+    git reset -q --hard v1.2.0
+    change_version
+    replace '## Unreleased' '## Unreleased\n## 1.3.0 - 2026-02-28\n- Another.' CHANGELOG.md
+    : >library.cpp
+    : >abi/libKinovaneCore.so.1.abi.xz
+    for name in "$@"; do
+        echo "int $name() { return 1; }" >>library.cpp
+        echo "_Z3${name}v" >>abi/libKinovaneCore.so.1.abi.xz
+    done
+    commit 1.3.0
+    scripts/release --no-test 1.3.0 2>&1
+}
+actual=$(release_next two) || true
+expected="scripts/abi: a difference"$'\n'"$prefix the binary interface breaks programs that were linked with v1.2.0"
+if [ "$actual" != "$expected" ] || [ -n "$(git tag --list v1.3.0)" ]; then
+    echo "expected: $expected"
+    echo "actual:   $actual"
+    failed=1
+fi
+actual=$(release_next one two) || true
+[ -n "$(git tag --list v1.3.0)" ] || { echo "an addition was refused: $actual" && failed=1; }
+git tag -d v1.3.0 >/dev/null || true
+git reset -q --hard v1.2.0
 
 # The same commit makes the same archive.
 mv build/release-1.2.0 build/before

@@ -4,7 +4,8 @@
 # repository which the documentation names exists:
 #   readme_quotes.sh SOURCE
 # The line before a block names the file: <!-- from examples/NAME.cpp -->. The block has to be there line by line, except
-# that the indentation of the whole block may be smaller.
+# that the indentation of the whole block may be smaller. With <!-- from examples/NAME.cpp [REGION] --> it has to be all
+# that is there between two lines "//! [REGION]".
 set -euo pipefail
 cd "$1"
 
@@ -21,25 +22,40 @@ in_file() {
     return 1
 }
 
+# is_region QUOTE FILE REGION: whether the quote is the whole region, which is neither empty nor open.
+is_region() {
+    local text
+    text=$(awk -v "marker=//! [$3]" '
+        { line = $0; sub(/^ +/, "", line) }
+        line == marker { inside = !inside; next }
+        inside && $0 != "" { match($0, /^ */); if (!seen++ || RLENGTH < indent) indent = RLENGTH }
+        inside { lines[++count] = $0 }
+        END { for (i = 1; !inside && i <= count; ++i) print substr(lines[i], indent + 1) }' "$2")
+    [ -n "$text" ] && [ "$1" = "$text" ]
+}
+
 # is_compiled FILE: whether the CMakeLists.txt beside it makes a program of this source.
 is_compiled() {
-    if [[ $1 =~ ^examples/([a-z_]+)\.cpp$ ]]; then
-        grep -qE "^foreach.*[ ]${BASH_REMATCH[1]}[ )]" examples/CMakeLists.txt
-    else
-        [[ $1 =~ ^examples/executors/([a-z_]+)_main_loop\.cpp$ ]] &&
-            grep -qE "^ *executor_example\(${BASH_REMATCH[1]} " examples/executors/CMakeLists.txt
-    fi
+    local name
+    [[ $1 =~ ^examples/([a-z_]+/)*([a-z_]+)\.cpp$ ]] && [ -f "$1" ] || return 1
+    name=${BASH_REMATCH[2]}
+    grep -qE "^ *(foreach|executor_example|add_executable)\(.*\b(${name%_main_loop}|$name\.cpp|$name)\b" \
+        "$(dirname "$1")/CMakeLists.txt"
 }
 
 # check_block DOCUMENT LINE SOURCE QUOTE
 check_block() {
+    local file=${3%% *} region=''
+    [[ $3 =~ ' ['(.*)']'$ ]] && region=${BASH_REMATCH[1]}
     blocks=$((blocks + 1))
     if [ -z "$3" ]; then
         echo "$1:$2: no comment before this block names the example that it is quoted from"
-    elif ! is_compiled "$3"; then
-        echo "$1:$2: $3 is not a compiled example"
-    elif ! in_file "$4" "$3"; then
-        echo "$1:$2: this is not in $3"
+    elif ! is_compiled "$file"; then
+        echo "$1:$2: $file is not a compiled example"
+    elif [ -n "$region" ] && ! is_region "$4" "$file" "$region"; then
+        echo "$1:$2: this is not the region [$region] of $file"
+    elif [ -z "$region" ] && ! in_file "$4" "$file"; then
+        echo "$1:$2: this is not in $file"
     else
         return 0
     fi
@@ -62,11 +78,11 @@ check_files() {
         [ -e "$(dirname "$1")/$file" ] && continue
         echo "$1: this link leads nowhere: $file"
         failed=1
-    done < <(grep -oE '\]\([A-Za-z0-9_/.-]+\)' "$1" | sed -E 's/^..(.*).$/\1/' | sort -u)
+    done < <(grep -oE '\]\([A-Za-z0-9_/.-]+(#[a-z0-9-]+)?\)' "$1" | sed -E 's/^..([^#]*).*\)$/\1/; s/\)$//' | sort -u)
 }
 
 # shellcheck disable=SC2094 # nothing below writes to a document
-for document in README.md ARCHITECTURE.md CONTRIBUTING.md docs/*.md docs/decisions/*.md; do
+for document in README.md ARCHITECTURE.md CONTRIBUTING.md docs/*.md docs/decisions/*.md docs/guide/*.md; do
     check_files "$document"
     number=0 start=0 source='' quote=''
     while IFS= read -r line || [ -n "$line" ]; do

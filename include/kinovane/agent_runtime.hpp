@@ -16,23 +16,23 @@
 /// The status of the local agent runtime (the command-line program quexrun), and the choice of a model.
 namespace kinovane {
 
-/// A model that the runtime knows.
+/// A model that the runtime knows, `models[]` of the reply to `agent status --json`.
 struct KINOVANE_EXPORT QuexRunAgentModel {
-    std::string id;
-    std::string displayName;
-    bool installed = false;
+    std::string id;                              ///< The identifier of the model.
+    std::string displayName;                     ///< The name for display.
+    bool installed = false;                      ///< Whether the model's files are there.
     std::int64_t recommendedUnifiedMemoryGB = 0; ///< In gigabytes.
-    std::string servingEngine;
-    bool startableByQuexRun = false; ///< Whether the runtime can start this model itself.
+    std::string servingEngine;                   ///< The engine that serves the model, as text.
+    bool startableByQuexRun = false;             ///< Whether the runtime can start this model itself.
 
     bool operator==(const QuexRunAgentModel&) const = default;
 };
 
-/// The runtime's copy of the coding agent pi.
+/// The runtime's copy of the coding agent pi, `pi` of the reply to `agent status --json`.
 struct KINOVANE_EXPORT QuexRunAgentPi {
-    bool installed = false;
-    std::optional<std::string> path;
-    std::optional<std::string> version;
+    bool installed = false;             ///< Whether the runtime has a copy.
+    std::optional<std::string> path;    ///< The path of the program, where it is known.
+    std::optional<std::string> version; ///< The version as text, where it is known.
 
     bool operator==(const QuexRunAgentPi&) const = default;
 };
@@ -40,7 +40,7 @@ struct KINOVANE_EXPORT QuexRunAgentPi {
 /// The runtime's reply to `agent status --json`.
 struct KINOVANE_EXPORT QuexRunAgentStatus {
     std::vector<QuexRunAgentModel> models; ///< In the runtime's order.
-    QuexRunAgentPi pi;
+    QuexRunAgentPi pi;                     ///< The coding agent.
 
     /// Among the models that are installed and that the runtime can start, returns the one with the largest
     /// recommended memory, and the first of several with the same. Absent if there is none. The memory of
@@ -57,6 +57,7 @@ class KINOVANE_EXPORT QuexRunAgentClient {
     /// `executable` is a name or a path. Every call looks it up as FilmToolClient::resolveExecutable does.
     explicit QuexRunAgentClient(std::string executable);
 
+    /// The name or path, as it was given.
     const std::string& executable() const noexcept;
 
     /// Runs `agent status --json`. The task fails with FilmToolError, as those of FilmToolClient

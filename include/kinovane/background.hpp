@@ -114,7 +114,7 @@ auto whenAll(std::vector<Task<T>> tasks) {
         [tasks = std::move(tasks)]() mutable { return detail::resultsOf(std::move(tasks)); });
 }
 
-/// The same for tasks of different results, none of them void: a Task<std::tuple<…>>.
+/// The same for tasks of different results, none of them void: a task of a std::tuple.
 template <class... Results>
     requires(sizeof...(Results) > 0 && (!std::is_void_v<Results> && ...))
 Task<std::tuple<Results...>> whenAll(Task<Results>... tasks) {

@@ -35,6 +35,7 @@ inline constexpr bool isCaseOf<Value, std::variant<Cases...>> =
 template <class Cases>
 class KINOVANE_EXPORT CaseError : public std::exception, public Cases {
   public:
+    /// The variant of the cases.
     using Case = typename Cases::Case;
 
     /// Converts from any of the cases, and from the variant.
@@ -53,6 +54,7 @@ class KINOVANE_EXPORT CaseError : public std::exception, public Cases {
     /// The message for users, in English. The same text as `what`.
     std::string errorDescription() const { return state_->description; }
 
+    /// The same text as `errorDescription`.
     const char* what() const noexcept override { return state_->description.c_str(); }
 
     friend bool operator==(const CaseError& left, const CaseError& right) {

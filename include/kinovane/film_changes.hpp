@@ -20,16 +20,16 @@ namespace kinovane {
 template <class Record>
 struct FilmRecordChange {
     std::string id; ///< What the two records have in common; see the list that holds the change.
-    std::optional<Record> before;
-    std::optional<Record> after;
+    std::optional<Record> before; ///< Absent if the record is new.
+    std::optional<Record> after;  ///< Absent if the record is gone.
 
     bool operator==(const FilmRecordChange&) const = default;
 };
 
 /// A text that changed.
 struct KINOVANE_EXPORT FilmTextChange {
-    std::string before;
-    std::string after;
+    std::string before; ///< In the first snapshot.
+    std::string after;  ///< In the second snapshot.
 
     bool operator==(const FilmTextChange&) const = default;
 };

@@ -24,7 +24,7 @@ struct KINOVANE_EXPORT FilmShot {
     /// Start and length in milliseconds, rounded as in the handoff. Absent when the value does not fit 64
     /// bits of milliseconds; no later shot has a start then.
     std::optional<std::int64_t> startMilliseconds;
-    std::optional<std::int64_t> durationMilliseconds;
+    std::optional<std::int64_t> durationMilliseconds; ///< In the same way.
 
     /// From film-project.json: the last entry for this shot.
     std::optional<FilmShotState> state;
@@ -33,7 +33,7 @@ struct KINOVANE_EXPORT FilmShot {
     /// "frames/<id>.png" and "clips/<id>.mp4"; the last one recorded of several. Nothing is known about their
     /// files: see FilmWorkspaceSnapshot::artifactURL and VistrelHandoffBuilder::audit.
     std::optional<FilmArtifact> keyframe;
-    std::optional<FilmArtifact> clip;
+    std::optional<FilmArtifact> clip; ///< In the same way.
 
     /// The cast members of the shot, in the order of FilmProductionShot::characters. An id that the plan's
     /// cast does not have is left out; of several members with one id the first counts.

@@ -31,9 +31,9 @@ namespace kinovane {
 // -----------------------------------------------------------------------------------------------------------
 // Manifest: the document "quexrun/film-vistrel-handoff.v1". All times are whole milliseconds.
 
-/// The project that a handoff was made from.
+/// The project that a handoff was made from, `source` of the handoff manifest.
 struct KINOVANE_EXPORT VistrelHandoffSource {
-    std::string projectId;
+    std::string projectId;              ///< The identifier of the project.
     std::string projectRoot;            ///< The project's directory, as given to `build`.
     std::string runManifest;            ///< Always "run.json" when built by this library.
     std::string projectContractVersion; ///< The contract version of film-project.json.
@@ -42,53 +42,53 @@ struct KINOVANE_EXPORT VistrelHandoffSource {
     bool operator==(const VistrelHandoffSource&) const = default;
 };
 
-/// General facts about the film.
+/// General facts about the film, `project` of the handoff manifest.
 struct KINOVANE_EXPORT VistrelHandoffProject {
-    std::string title;
-    std::string idea;
-    std::optional<std::string> logline;  ///< From the treatment.
-    std::optional<std::string> synopsis; ///< From the treatment.
-    std::optional<std::string> theme;    ///< From the treatment.
-    std::int64_t durationMilliseconds = 0;
-    std::int64_t fps = 0;
-    std::string aspectRatio;            ///< Such as "16:9".
-    std::optional<std::int64_t> width;  ///< Pixels.
-    std::optional<std::int64_t> height; ///< Pixels.
+    std::string title;                     ///< The title of the film.
+    std::string idea;                      ///< The user's idea for the film.
+    std::optional<std::string> logline;    ///< From the treatment.
+    std::optional<std::string> synopsis;   ///< From the treatment.
+    std::optional<std::string> theme;      ///< From the treatment.
+    std::int64_t durationMilliseconds = 0; ///< The planned running time, in milliseconds.
+    std::int64_t fps = 0;                  ///< Frames per second.
+    std::string aspectRatio;               ///< Such as "16:9".
+    std::optional<std::int64_t> width;     ///< Pixels.
+    std::optional<std::int64_t> height;    ///< Pixels.
 
     bool operator==(const VistrelHandoffProject&) const = default;
 };
 
-/// One shot on the film's timeline.
+/// One shot on the film's timeline, `shots[]` of the handoff manifest.
 struct KINOVANE_EXPORT VistrelHandoffShot {
-    std::string id;
-    std::int64_t order = 0; ///< Position in the film, from 0.
-    std::string purpose;
-    std::string prompt;
-    std::string framePrompt;
-    std::int64_t timelineStartMilliseconds = 0; ///< The sum of the durations of all earlier shots.
-    std::int64_t durationMilliseconds = 0;
-    std::vector<std::string> characterIds;
-    std::string locationId;
-    std::string transition;
-    std::int64_t take = 0;
+    std::string id;                             ///< The id of the planned shot.
+    std::int64_t order = 0;                     ///< Position in the film, from 0.
+    std::string purpose;                        ///< What the shot contributes to the story.
+    std::string prompt;                         ///< The prompt for the moving clip.
+    std::string framePrompt;                    ///< The prompt for the still key frame.
+    std::int64_t timelineStartMilliseconds = 0; ///< The sum of all earlier durations.
+    std::int64_t durationMilliseconds = 0;      ///< The length of the shot, in milliseconds.
+    std::vector<std::string> characterIds;      ///< Ids of FilmCastMember records.
+    std::string locationId;                     ///< The id of a FilmLocation.
+    std::string transition;                     ///< The transition into the next shot.
+    std::int64_t take = 0;                      ///< The number of the current take.
     std::int64_t seed = 0;                      ///< The selected seed, or the planned one.
     std::optional<std::string> keyframeAssetId; ///< The asset "frames/" + id + ".png".
     std::optional<std::string> clipAssetId;     ///< The asset "clips/" + id + ".mp4".
-    std::vector<FilmDialogueLine> dialogue;
-    std::vector<FilmSoundEffect> soundEffects;
+    std::vector<FilmDialogueLine> dialogue;     ///< The spoken lines.
+    std::vector<FilmSoundEffect> soundEffects;  ///< The sound effects.
 
     bool operator==(const VistrelHandoffShot&) const = default;
 };
 
-/// One exported media file.
+/// One exported media file, `assets[]` of the handoff manifest.
 struct KINOVANE_EXPORT VistrelHandoffAsset {
-    std::string id; ///< "film_asset_" and 20 hexadecimal digits; depends on path and digest only.
-    std::string kind;
+    std::string id;           ///< "film_asset_" and 20 hexadecimal digits; depends on path and digest only.
+    std::string kind;         ///< One of VistrelHandoffBuilder::exportedKinds.
     std::string relativePath; ///< Relative to the project's directory.
     std::string sha256;       ///< "sha256:" and 64 lowercase hexadecimal digits.
-    std::int64_t bytes = 0;   ///< As the project records it.
-    std::string contentType;
-    std::string source;
+    std::int64_t bytes = 0;   ///< The size in bytes, as the project records it.
+    std::string contentType;  ///< The media type, such as "video/mp4".
+    std::string source;       ///< What produced the file, as the project records it.
 
     bool operator==(const VistrelHandoffAsset&) const = default;
 };
@@ -99,13 +99,13 @@ struct KINOVANE_EXPORT VistrelHandoff {
     std::string contractVersion;
     std::string
         exportedAt; ///< UTC, such as "2026-03-01T14:05:09Z", unless the caller of `build` gave a text.
-    VistrelHandoffSource source;
-    VistrelHandoffProject project;
-    std::vector<FilmCastMember> cast;
-    std::vector<FilmLocation> locations;
+    VistrelHandoffSource source;             ///< The project that it was made from.
+    VistrelHandoffProject project;           ///< General facts about the film.
+    std::vector<FilmCastMember> cast;        ///< The characters of the plan.
+    std::vector<FilmLocation> locations;     ///< The sets of the plan.
     std::vector<VistrelHandoffShot> shots;   ///< In film order.
     std::vector<VistrelHandoffAsset> assets; ///< In the order of the project's artifacts.
-    FilmProof proof;
+    FilmProof proof;                         ///< Which production steps were complete.
 
     bool operator==(const VistrelHandoff&) const = default;
 };
@@ -119,17 +119,17 @@ struct KINOVANE_EXPORT VistrelHandoffErrorCases {
     /// byte, leads out of the project's directory through a symbolic link, or leads through a link of procfs
     /// to an open file or a process's directory, such as /proc/self/fd/0 or /proc/self/cwd.
     struct unsafeArtifactPath {
-        std::string path;
+        std::string path; ///< As the project records it.
         bool operator==(const unsafeArtifactPath&) const = default;
     };
     /// No file exists at the path, or the path is longer than the system accepts (PATH_MAX).
     struct missingArtifact {
-        std::string path;
+        std::string path; ///< As the project records it.
         bool operator==(const missingArtifact&) const = default;
     };
     /// The file does not have the recorded digest.
     struct hashMismatch {
-        std::string path;
+        std::string path;     ///< As the project records it.
         std::string expected; ///< The recorded digest.
         std::string actual;   ///< The file's digest.
         bool operator==(const hashMismatch&) const = default;
@@ -138,7 +138,9 @@ struct KINOVANE_EXPORT VistrelHandoffErrorCases {
     struct productionPlanMissing {
         bool operator==(const productionPlanMissing&) const = default;
     };
+    /// One of the cases above.
     using Case = std::variant<unsafeArtifactPath, missingArtifact, hashMismatch, productionPlanMissing>;
+    /// The message of CaseError::errorDescription.
     static std::string describe(const Case& value);
 };
 
@@ -156,9 +158,9 @@ class KINOVANE_EXPORT VistrelHandoffError final : public CaseError<VistrelHandof
 
 /// The progress of a verification.
 struct KINOVANE_EXPORT VerificationProgress {
-    std::size_t filesDone = 0;
-    std::size_t filesTotal = 0;
-    std::uint64_t bytesDone = 0;
+    std::size_t filesDone = 0;    ///< How many files were examined.
+    std::size_t filesTotal = 0;   ///< How many files are examined in all.
+    std::uint64_t bytesDone = 0;  ///< How many bytes were read.
     std::uint64_t bytesTotal = 0; ///< The sum of the recorded sizes; no file is opened to compute it.
     std::string path;             ///< The recorded path of the artifact that was read last.
 };
@@ -196,7 +198,7 @@ struct KINOVANE_EXPORT HandoffBuildOptions {
 
 /// The result of examining one artifact.
 struct KINOVANE_EXPORT ArtifactOutcome {
-    FilmArtifact artifact;
+    FilmArtifact artifact;                      ///< What was examined, as the project records it.
     std::optional<VistrelHandoffError> refusal; ///< Why it cannot be part of a handoff.
     std::error_code failure;                    ///< Why its file could not be read.
 
@@ -289,13 +291,13 @@ KINOVANE_EXPORT std::string sha256(std::span<const std::byte> bytes);
 
 /// The importer's reply. Its JSON keys are snake case: "project_id", "episode_id", …
 struct KINOVANE_EXPORT VistrelImportReceipt {
-    bool ok = false; ///< False when the importer refused; the client returns it like any other reply.
-    std::string projectId;
-    std::optional<std::string> episodeId;
-    std::optional<std::int64_t> importedScenes; ///< In a dry run, the number that would be imported.
-    std::optional<std::int64_t> importedShots;
-    std::optional<std::int64_t> importedAssets;
-    std::optional<std::string> projectURL;
+    bool ok = false;       ///< False when the importer refused; the client returns it like any other reply.
+    std::string projectId; ///< Key "project_id": Vistrel's project.
+    std::optional<std::string> episodeId;       ///< Key "episode_id": Vistrel's episode.
+    std::optional<std::int64_t> importedScenes; ///< Key "imported_scenes": a count, also in a dry run.
+    std::optional<std::int64_t> importedShots;  ///< Key "imported_shots": a count.
+    std::optional<std::int64_t> importedAssets; ///< Key "imported_assets": a count.
+    std::optional<std::string> projectURL;      ///< Key "project_url": where to open the project.
 
     bool operator==(const VistrelImportReceipt&) const = default;
 };
@@ -307,6 +309,7 @@ class KINOVANE_EXPORT VistrelClient {
     /// `executable` is a name or a path, looked up at each call as by FilmToolClient::resolveExecutable.
     explicit VistrelClient(std::string executable);
 
+    /// The name or path, as it was given.
     const std::string& executable() const noexcept;
 
     /// A dry run: the importer checks the manifest and changes nothing. Fails with FilmToolError.

@@ -36,6 +36,7 @@ concept JSONWritable = jsonForm<Record> == JSONForm::readingAndWriting;
 /// throws.
 class KINOVANE_EXPORT JSONError : public std::exception {
   public:
+    /// For the library.
     JSONError(std::string path, std::string message);
     JSONError(const JSONError&) noexcept;
     JSONError& operator=(const JSONError&) noexcept;

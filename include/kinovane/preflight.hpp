@@ -36,15 +36,16 @@ enum class PreflightCode {
     negativeDuration,    ///< A shot or the film has a duration below zero.
 };
 
+/// Whether a finding prevents the handoff.
 enum class PreflightSeverity { blocking, warning };
 
 /// One finding. An independent value.
 struct KINOVANE_EXPORT PreflightFinding {
-    PreflightCode code = PreflightCode::productionPlanMissing;
-    PreflightSeverity severity = PreflightSeverity::blocking;
-    std::optional<FilmArtifact> artifact; ///< The artifact concerned, where one is.
-    std::optional<std::string> shotId;    ///< The planned shot concerned, where one is.
-    std::string text;                     ///< For the user. May hold text of the documents, unchanged.
+    PreflightCode code = PreflightCode::productionPlanMissing; ///< What was found.
+    PreflightSeverity severity = PreflightSeverity::blocking;  ///< Whether it prevents the handoff.
+    std::optional<FilmArtifact> artifact;                      ///< The artifact concerned, where one is.
+    std::optional<std::string> shotId;                         ///< The planned shot concerned, where one is.
+    std::string text; ///< For the user. May hold text of the documents, unchanged.
 
     bool operator==(const PreflightFinding&) const = default;
 };

@@ -46,7 +46,7 @@ struct KINOVANE_EXPORT FilmToolErrorCases {
     };
     /// The exit status is not 0.
     struct commandFailed {
-        ProcessResult result;
+        ProcessResult result; ///< How the program ended, and its output.
         bool operator==(const commandFailed&) const = default;
     };
     /// The program's reply is not the expected JSON document.
@@ -54,7 +54,9 @@ struct KINOVANE_EXPORT FilmToolErrorCases {
         std::string message; ///< What is wrong in the reply, and where.
         bool operator==(const invalidJSON&) const = default;
     };
+    /// One of the cases above.
     using Case = std::variant<executableNotFound, launchFailed, commandFailed, invalidJSON>;
+    /// The message of CaseError::errorDescription.
     static std::string describe(const Case& value);
 };
 

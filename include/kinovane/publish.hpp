@@ -45,7 +45,9 @@ struct KINOVANE_EXPORT PublishErrorCases {
         std::optional<VistrelImportReceipt> receipt; ///< Where the importer gave one.
         bool operator==(const refused&) const = default;
     };
+    /// One of the cases above.
     using Case = std::variant<blocked, refused>;
+    /// The message of CaseError::errorDescription.
     static std::string describe(const Case& value);
 };
 
@@ -73,8 +75,8 @@ struct KINOVANE_EXPORT PublishOptions {
     /// stopped may have changed Vistrel's library.
     StopToken stop = {};
 
-    std::function<void(PublishStep)> onStep = {}; ///< Called when a step begins.
-    std::function<void(const VerificationProgress&)> onProgress = {};
+    std::function<void(PublishStep)> onStep = {};                     ///< Called when a step begins.
+    std::function<void(const VerificationProgress&)> onProgress = {}; ///< As in HandoffBuildOptions.
 
     std::function<void(const ArtifactOutcome&)> onOutcome = {}; ///< As in HandoffBuildOptions.
     bool examineAll = false;                                    ///< As in HandoffBuildOptions.

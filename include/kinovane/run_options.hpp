@@ -46,6 +46,8 @@ struct KINOVANE_EXPORT RunOptions {
     /// relative locations among the operation's arguments.
     std::filesystem::path workingDirectory = {};
 
+    /// What the child reads. A run with a token, a time limit or `onOutput` is outside the terminal's
+    /// foreground, where reading from the terminal suspends it; `empty` prevents that.
     StandardInput standardInput = StandardInput::inherited;
 
     /// Asks the program to end. See `gracePeriod`.
@@ -82,6 +84,7 @@ struct KINOVANE_EXPORT RunOptions {
 /// signalled and not waited for.
 class KINOVANE_EXPORT RunStopped final : public std::system_error {
   public:
+    /// For the library, and for tests of an application.
     RunStopped(std::errc reason, ProcessResult result);
     RunStopped(const RunStopped&) noexcept = default;
     RunStopped& operator=(const RunStopped&) noexcept = default;

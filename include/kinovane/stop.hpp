@@ -12,7 +12,7 @@
 #include <kinovane/export.hpp>
 
 /// How an application asks a running operation to end early. These types are the library's own because not
-/// every standard library that it supports has <stop_token>; where there is one, a std::stop_token is
+/// every standard library that it supports has `<stop_token>`; where there is one, a std::stop_token is
 /// accepted wherever a StopToken is.
 namespace kinovane {
 
@@ -64,6 +64,7 @@ class KINOVANE_EXPORT StopToken {
     }
 #endif
 
+    /// Whether a stop was requested.
     bool stopRequested() const noexcept { return state_ && state_->requested(); }
 
     /// Whether a stop was requested or may still be.
@@ -103,8 +104,10 @@ class KINOVANE_EXPORT StopSource {
     /// not wait for the operations to end: their tasks tell when they have.
     bool requestStop() noexcept { return state_->request(); }
 
+    /// Whether a stop was requested.
     bool stopRequested() const noexcept { return state_->requested(); }
 
+    /// A token for an operation. It may outlive this source.
     StopToken token() const noexcept { return StopToken(state_); }
 
   private:

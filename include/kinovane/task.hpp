@@ -179,6 +179,7 @@ class TaskAwaiter;
 template <class T>
 class [[nodiscard]] Task {
   public:
+    /// For the library.
     explicit Task(std::shared_ptr<detail::TaskState<T>> state) noexcept : state_(std::move(state)) {}
 
     /// A task that is done and gives this value (none if T is void). With it and `failed` an application
@@ -201,6 +202,7 @@ class [[nodiscard]] Task {
     }
 
     Task(Task&& other) noexcept = default;
+    /// Detaches the operation that this task had, if any.
     Task& operator=(Task&& other) noexcept {
         const Task replaced(std::move(*this)); // Detaches the operation that this task had.
         state_ = std::move(other.state_);
@@ -287,6 +289,7 @@ class [[nodiscard]] Task {
 template <class T>
 class [[nodiscard]] TaskAwaiter {
   public:
+    /// For the library.
     TaskAwaiter(std::shared_ptr<detail::TaskState<T>> state, Executor executor)
         : suspension_(state, detail::moveOut(executor)), state_(std::move(state)) {
         state_->detach();
@@ -297,8 +300,11 @@ class [[nodiscard]] TaskAwaiter {
     TaskAwaiter& operator=(const TaskAwaiter&) = delete;
     ~TaskAwaiter() = default;
 
+    /// Called by `co_await`, like the two functions below.
     bool await_ready() const { return suspension_.ready(); }
+    /// See await_ready.
     bool await_suspend(std::coroutine_handle<> coroutine) { return suspension_.suspend(coroutine); }
+    /// See await_ready.
     T await_resume() { return state_->take(); }
 
   private:

@@ -22,27 +22,27 @@ namespace kinovane {
 /// The film tool's reply to `status`. Unlike the project document, it holds shots, jobs and artifacts as
 /// counts.
 struct KINOVANE_EXPORT FilmStatusResponse {
-    std::string contractVersion; ///< Kept as read; no value is required.
-    std::string runId;
-    std::string projectId;
-    std::string title;
-    std::string status;
-    std::string phase;
-    std::optional<std::string> nextGate; ///< The approval gate that the run waits for, if any.
-    std::vector<std::string> openQuestions;
+    std::string contractVersion;                    ///< Kept as read; no value is required.
+    std::string runId;                              ///< The identifier of the run.
+    std::string projectId;                          ///< The identifier of the project.
+    std::string title;                              ///< The title of the film.
+    std::string status;                             ///< Status word of the run.
+    std::string phase;                              ///< Phase word: how far production has come.
+    std::optional<std::string> nextGate;            ///< The approval gate that the run waits for, if any.
+    std::vector<std::string> openQuestions;         ///< Questions to the user that are still open.
     std::map<std::string, FilmApproval> approvals;  ///< By gate name.
     std::map<std::string, std::int64_t> taskCounts; ///< Number of tasks by state.
     std::int64_t shots = 0;                         ///< Count.
-    std::vector<FilmReviewRequest> reviewRequests;
-    std::int64_t jobs = 0;      ///< Count.
-    std::int64_t artifacts = 0; ///< Count.
-    std::vector<FilmIssue> issues;
-    FilmProof proof;
-    std::string productionMode;
-    std::int64_t takesPerShot = 0;
-    std::string projectDirectory;             ///< A path.
-    std::string runManifest;                  ///< A path.
-    std::optional<std::string> reviewPackage; ///< A path; absent until the review package exists.
+    std::vector<FilmReviewRequest> reviewRequests;  ///< The review notes on shots.
+    std::int64_t jobs = 0;                          ///< Count.
+    std::int64_t artifacts = 0;                     ///< Count.
+    std::vector<FilmIssue> issues;                  ///< The open problems.
+    FilmProof proof;                                ///< Which of the ten production steps are complete.
+    std::string productionMode;                     ///< The production mode, a word of the film tool.
+    std::int64_t takesPerShot = 0;                  ///< How many takes are made of each shot. A count.
+    std::string projectDirectory;                   ///< A path.
+    std::string runManifest;                        ///< A path.
+    std::optional<std::string> reviewPackage;       ///< A path; absent until the review package exists.
 
     bool operator==(const FilmStatusResponse&) const = default;
 };
@@ -52,21 +52,21 @@ struct KINOVANE_EXPORT FilmVistrelExportReceipt {
     bool ok = false;             ///< False if the tool refused. The client does not treat this as an error.
     std::string contractVersion; ///< Of the written handoff.
     std::string manifest;        ///< Path of the written handoff.
-    std::string manifestSha256;
-    std::string projectId;
-    std::int64_t shots = 0;  ///< Count.
-    std::int64_t assets = 0; ///< Count.
-    std::int64_t bytes = 0;  ///< Total size of the exported files.
-    std::optional<std::string> runId;
+    std::string manifestSha256;  ///< The digest of the written handoff, as text.
+    std::string projectId;       ///< The identifier of the project.
+    std::int64_t shots = 0;      ///< Count.
+    std::int64_t assets = 0;     ///< Count.
+    std::int64_t bytes = 0;      ///< Total size of the exported files, in bytes.
+    std::optional<std::string> runId; ///< The identifier of the run, where the tool reports one.
 
     bool operator==(const FilmVistrelExportReceipt&) const = default;
 };
 
 /// The film tool's reply to `agent --print-command`: how to start the coding agent pi on a run.
 struct KINOVANE_EXPORT PiAgentLaunchSpec {
-    std::vector<std::string> command; ///< The program and its arguments.
-    std::string cwd;                  ///< The agent's working directory.
-    std::map<std::string, std::string> environment;
+    std::vector<std::string> command;               ///< The program and its arguments.
+    std::string cwd;                                ///< The agent's working directory.
+    std::map<std::string, std::string> environment; ///< The variables to set for the agent.
 
     bool operator==(const PiAgentLaunchSpec&) const = default;
 };
@@ -87,6 +87,7 @@ class KINOVANE_EXPORT FilmToolClient {
     /// time of the call.
     explicit FilmToolClient(std::string executable);
 
+    /// The name or path, as it was given.
     const std::string& executable() const noexcept;
 
     /// Returns the absolute path of a program.

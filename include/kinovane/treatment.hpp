@@ -21,10 +21,10 @@ namespace kinovane {
 
 /// The whole of treatment.json.
 struct KINOVANE_EXPORT FilmTreatment {
-    std::string title;    ///< Of the film.
-    std::string logline;  ///< The film in one sentence.
-    std::string synopsis; ///< The story.
-    std::string theme;
+    std::string title;              ///< Of the film.
+    std::string logline;            ///< The film in one sentence.
+    std::string synopsis;           ///< The story.
+    std::string theme;              ///< What the story is about.
     std::vector<std::string> beats; ///< The story beats, in order.
     std::string visualLanguage;     ///< The visual style.
     std::string soundLanguage;      ///< The sound style.

@@ -23,19 +23,19 @@ namespace kinovane {
 /// The names of a workspace's documents; all lie in one directory. An application may watch them to learn
 /// when to load again. Only the run manifest may have another name.
 namespace FilmWorkspaceDocument {
-inline constexpr std::string_view runManifest = "run.json";
-inline constexpr std::string_view project = "film-project.json";
-inline constexpr std::string_view productionPlan = "production-plan.json";
-inline constexpr std::string_view treatment = "treatment.json";
+inline constexpr std::string_view runManifest = "run.json";                ///< Has to exist.
+inline constexpr std::string_view project = "film-project.json";           ///< The FilmProject.
+inline constexpr std::string_view productionPlan = "production-plan.json"; ///< The FilmProductionPlan.
+inline constexpr std::string_view treatment = "treatment.json";            ///< The FilmTreatment.
 } // namespace FilmWorkspaceDocument
 
 /// The documents of a workspace at the time of loading. Owns its data and keeps no file open. It is not
 /// updated when the film tool changes the documents; load again for their current state. May be read from
 /// several threads at once.
 struct KINOVANE_EXPORT FilmWorkspaceSnapshot {
-    std::filesystem::path root;        ///< The directory of the run manifest; absolute.
-    std::filesystem::path runManifest; ///< Absolute, without "." and ".." components.
-    FilmProject project;
+    std::filesystem::path root;                       ///< The directory of the run manifest; absolute.
+    std::filesystem::path runManifest;                ///< Absolute, without "." and ".." components.
+    FilmProject project;                              ///< The content of film-project.json.
     std::optional<FilmProductionPlan> productionPlan; ///< Absent when there is no production-plan.json.
     std::optional<FilmTreatment> treatment;           ///< Absent when there is no treatment.json.
 
@@ -81,7 +81,9 @@ struct KINOVANE_EXPORT FilmProjectErrorCases {
         std::string description; ///< The file name and the reason: "treatment.json: title is missing".
         bool operator==(const invalidProject&) const = default;
     };
+    /// One of the cases above.
     using Case = std::variant<missingRunManifest, missingProject, unsupportedContract, invalidProject>;
+    /// The message of CaseError::errorDescription.
     static std::string describe(const Case& value);
 };
 

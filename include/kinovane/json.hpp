@@ -26,9 +26,11 @@ enum class JSONForm { none, reading, readingAndWriting };
 template <class Record>
 inline constexpr JSONForm jsonForm = JSONForm::none;
 
+/// The records that decodeJSON decodes.
 template <class Record>
 concept JSONReadable = jsonForm<Record> != JSONForm::none;
 
+/// The records that encodeJSON encodes.
 template <class Record>
 concept JSONWritable = jsonForm<Record> == JSONForm::readingAndWriting;
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// The search field of every page. search-index.js has the entries: {name, within, page}.
+// The search field of every page. search-index.js has the entries: {name, within, page, guide}.
 "use strict";
 
 const most = 40;
@@ -13,9 +13,10 @@ function rank(entry, words) {
     const text = words.join(" ");
     if (name === text)
         return 0;
-    if (name.startsWith(text))
+    const allInName = words.every(word => name.includes(word));
+    if (name.startsWith(text) || entry.guide && allInName)
         return 1;
-    return words.every(word => name.includes(word)) ? 2 : 3;
+    return allInName ? 2 : 3;
 }
 
 function find(text) {
@@ -24,7 +25,7 @@ function find(text) {
         return [];
     return searchIndex.map(entry => ({entry, rank: rank(entry, words)}))
         .filter(found => found.rank !== undefined)
-        .sort((left, right) => left.rank - right.rank || left.entry.name.length - right.entry.name.length)
+        .sort((left, right) => left.rank - right.rank || right.entry.guide - left.entry.guide || left.entry.name.length - right.entry.name.length)
         .slice(0, most)
         .map(found => found.entry);
 }

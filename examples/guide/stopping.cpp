@@ -40,9 +40,10 @@ class Window {
     Window(FilmToolClient film, EventLoop& loop) : film_(std::move(film)), loop_(loop) {}
 
     void onContinue(const std::filesystem::path& run) {
+        if (running_++ == 0)
+            stop_ = StopSource(); // A source that was asked to stop stays so.
         RunOptions options;
         options.stop = stop_.token();
-        ++running_;
         film_.advance(run, {}, {}, {}, options).then(loop_.executor(), [this](Task<ProcessResult> finished) {
             report(std::move(finished)); // The program has ended: nothing of it is left.
             --running_;
@@ -63,7 +64,7 @@ class Window {
   private:
     FilmToolClient film_;
     EventLoop& loop_;
-    StopSource stop_; // After a stop, assign StopSource() before the next run.
+    StopSource stop_;
     int running_ = 0;
     bool closing_ = false;
 };

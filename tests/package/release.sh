@@ -161,7 +161,8 @@ fi
 checksum=(sha256sum)
 command -v sha256sum >/dev/null || checksum=(shasum -a 256) # macOS
 (cd build/release-1.2.0 && "${checksum[@]}" -c kinovane-core-1.2.0.tar.gz.sha256 >/dev/null)
-tar -tzf build/release-1.2.0/kinovane-core-1.2.0.tar.gz | grep -qx 'kinovane-core-1.2.0/CMakeLists.txt'
+files=$(tar -tzf build/release-1.2.0/kinovane-core-1.2.0.tar.gz)
+grep -qx 'kinovane-core-1.2.0/CMakeLists.txt' <<<"$files"
 message=$(git tag --list --format='%(contents)' v1.2.0)
 expected=$(printf 'KinovaneCore 1.2.0\n\n### Added\n\n- A feature.')
 if [ "$message" != "$expected" ]; then

@@ -80,7 +80,7 @@ commit yes '' ''
 
 # A missing tool.
 mkdir "$work/tools"
-for tool in bash basename cp dirname find git grep mktemp rm sed; do
+for tool in bash basename cp dirname find git grep mktemp rm sed xargs; do
     ln -s "$(command -v "$tool")" "$work/tools/$tool"
 done
 echo "$good" >src/common/f.cpp

@@ -16,7 +16,14 @@ if(TARGET kinovane)
 endif()
 
 set(packageDirectory ${CMAKE_INSTALL_LIBDIR}/cmake/KinovaneCore)
-install(EXPORT KinovaneCoreTargets NAMESPACE KinovaneCore:: DESTINATION ${packageDirectory} COMPONENT Development)
+# A shared and a static library may be installed to one prefix. Each has a file of its own; all others are alike.
+if(BUILD_SHARED_LIBS)
+    set(kind shared)
+else()
+    set(kind static)
+endif()
+install(EXPORT KinovaneCoreTargets NAMESPACE KinovaneCore:: FILE KinovaneCore-${kind}.cmake
+    DESTINATION ${packageDirectory} COMPONENT Development)
 if(KINOVANE_BUILD_SIMULATORS)
     set(simulators film pi quexrun vistrel)
     list(TRANSFORM simulators PREPEND kinovane_simulator_)
@@ -36,15 +43,17 @@ install(FILES
     ${PROJECT_BINARY_DIR}/KinovaneCoreConfigVersion.cmake
     DESTINATION ${packageDirectory} COMPONENT Development)
 
-# A static library brings its own dependencies to the application's link line, and its headers import nothing.
+# A static library brings its own dependencies to the application's link line, and its headers import nothing. Beside a
+# shared library, "pkg-config --static" prints the same. The file of the shared library requires no other package, not
+# even privately, because pkg-config looks for private requirements as well.
 if(BUILD_SHARED_LIBS)
-    set(pkgConfigCFlags "")
-    set(pkgConfigRequires "")
-    set(pkgConfigLibs "")
+    set(pkgConfigDependencies "Cflags.private: -DKINOVANE_STATIC_DEFINE
+Libs: -L\${libdir} -lKinovaneCore
+Libs.private: -lboost_json -lcrypto -pthread")
 else()
-    set(pkgConfigCFlags "-DKINOVANE_STATIC_DEFINE")
-    set(pkgConfigRequires "libcrypto >= 3.0")
-    set(pkgConfigLibs "-lboost_json -pthread")
+    set(pkgConfigDependencies "Requires: libcrypto >= 3.0
+Libs: -L\${libdir} -lKinovaneCore -lboost_json -pthread")
+    set(pkgConfigCFlags " -DKINOVANE_STATIC_DEFINE")
 endif()
 # Relative to where the file itself lies, so that an install tree may be moved.
 file(RELATIVE_PATH prefixFromPkgConfig /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)

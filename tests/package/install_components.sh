@@ -16,7 +16,7 @@ expect() {
     shift
     expected=$(printf '%s\n' "$@" | LC_ALL=C sort)
     cmake --install "$build" --prefix "$work/$component" --component "$component" >/dev/null
-    actual=$(cd "$work/$component" && find . ! -type d | sed 's,^\./,,; s,\(Targets\|-testkit\)-[a-z]*\.cmake,\1-CONFIG.cmake,' | LC_ALL=C sort)
+    actual=$(cd "$work/$component" && find . ! -type d | sed 's,^\./,,; s,-\(shared\|testkit\)-[a-z]*\.cmake,-\1-CONFIG.cmake,' | LC_ALL=C sort)
     if [ "$actual" != "$expected" ]; then
         echo "the files of $component differ:"
         diff <(echo "$expected") <(echo "$actual") || true
@@ -32,7 +32,7 @@ package=$libdir/cmake/KinovaneCore/KinovaneCore
 
 expect Runtime "$libdir/$realName" "$libdir/$soname"
 expect Development "$libdir/$linkName" "${headers[@]}" "$libdir/pkgconfig/kinovane-core.pc" \
-    "${package}Config.cmake" "${package}ConfigVersion.cmake" "${package}Targets.cmake" "${package}Targets-CONFIG.cmake"
+    "${package}Config.cmake" "${package}ConfigVersion.cmake" "${package}-shared.cmake" "${package}-shared-CONFIG.cmake"
 manuals=()
 for page in '' -{status,inspect,shots,artifacts,open,verify,publish,copy,plan,approve,advance,review,reroll,recover,export} \
     -{doctor,help,completion,manual}; do

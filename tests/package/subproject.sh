@@ -30,18 +30,23 @@ done <<'ROWS'
 SHARED_LIBRARY -DBUILD_SHARED_LIBS=ON
 STATIC_LIBRARY -DBUILD_SHARED_LIBS=OFF
 STATIC_LIBRARY
+SHARED_LIBRARY -DBUILD_SHARED_LIBS=ON -DKINOVANE_FETCH=ON
 ROWS
 
 # Nothing of the library is installed with the parent project, unless asked for.
-cmake --install "$work/build" --prefix "$work/prefix" >/dev/null
-installed=$(find "$work/prefix" ! -type d 2>/dev/null || true)
-[ -z "$installed" ] || fail "installed without being asked for: $installed"
+for options in -DKINOVANE_FETCH=OFF -DKINOVANE_FETCH=ON; do
+    configure "$options"
+    cmake --install "$work/build" --prefix "$work/prefix" >/dev/null
+    installed=$(cd "$work/prefix" && find . ! -type d)
+    [ "$installed" = ./share/parent/CMakeLists.txt ] || fail "$options installs $installed"
+    rm -rf "$work/prefix"
+done
 
 # The application's tests run a simulator from the build tree.
 configure -DKINOVANE_BUILD_SIMULATORS=ON
 cmake --build "$work/build" --target pi
 [ "$(cat "$work/build/pi.txt")" = 'pi 0.0.0-simulator' ] || fail "the simulator printed '$(cat "$work/build/pi.txt")'"
 
-configure -DKINOVANE_INSTALL=ON
+configure -DKINOVANE_INSTALL=ON -DKINOVANE_FETCH=ON
 cmake --build "$work/build"
 "$source/tests/package/run_application.sh" "$source" "$version" "$work/build/application"

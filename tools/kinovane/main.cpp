@@ -25,6 +25,7 @@ struct Perform {
     ExitStatus operator()(const PublishRequest& request) const { return publish(request, session); }
     ExitStatus operator()(const ShotsRequest& request) const { return shots(request, session); }
     ExitStatus operator()(const ArtifactsRequest& request) const { return artifacts(request, session); }
+    ExitStatus operator()(const StoryboardRequest& request) const { return storyboard(request, session); }
     ExitStatus operator()(const OpenRequest& request) const { return open(request, session); }
     ExitStatus operator()(const PlanRequest& request) const { return plan(request, session); }
     ExitStatus operator()(const ApproveRequest& request) const { return approve(request, session); }

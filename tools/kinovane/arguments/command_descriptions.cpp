@@ -10,6 +10,7 @@
 #include <CLI/CLI.hpp>
 
 #include "arguments/help_footers.hpp"
+#include "arguments/storyboard_description.hpp"
 
 namespace kinovane::tool {
 
@@ -112,6 +113,11 @@ class Description {
                "The id of a shot, or \"poster\" (default: the best cut)");
         film(open, requests_.open.film);
         open.add_flag("--print", requests_.open.print, "Print the path, and open nothing");
+
+        CLI::App& storyboard =
+            add("storyboard", "Write a page that shows the film in a browser", group, storyboardFooter);
+        describeStoryboard(storyboard, requests_.storyboard);
+        workers(storyboard, requests_.storyboard.workers);
     }
 
     void addChecking() {

@@ -15,6 +15,7 @@
 #include "commands/publish.hpp"
 #include "commands/shots.hpp"
 #include "commands/status.hpp"
+#include "commands/storyboard.hpp"
 #include "commands/verify.hpp"
 #include "session/common_options.hpp"
 
@@ -25,10 +26,10 @@ struct Notice {
     std::string text;
 };
 
-using Command =
-    std::variant<Notice, StatusRequest, InspectRequest, VerifyRequest, CopyRequest, PublishRequest,
-                 ShotsRequest, ArtifactsRequest, OpenRequest, PlanRequest, ApproveRequest, AdvanceRequest,
-                 RerollRequest, ReviewRequest, RecoverRequest, ExportRequest, DoctorRequest>;
+using Command = std::variant<Notice, StatusRequest, InspectRequest, VerifyRequest, CopyRequest,
+                             PublishRequest, ShotsRequest, ArtifactsRequest, OpenRequest, PlanRequest,
+                             ApproveRequest, AdvanceRequest, RerollRequest, ReviewRequest, RecoverRequest,
+                             ExportRequest, DoctorRequest, StoryboardRequest>;
 
 /// Parses the arguments. Throws UsageError. `options` is set as far as the arguments were understood, also
 /// when UsageError is thrown, so that the error can be reported in the form that the user wants. `columns` is

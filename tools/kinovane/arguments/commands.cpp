@@ -49,10 +49,11 @@ void addCommonOptions(CLI::App& app, CommonOptions& options) {
 
 Command Requests::select(const std::string& name) const {
     const std::map<std::string, Command> requests{
-        {"status", status}, {"inspect", inspect}, {"shots", shots},       {"artifacts", artifacts},
-        {"open", open},     {"verify", verify},   {"publish", publish},   {"copy", copy},
-        {"plan", plan},     {"approve", approve}, {"advance", advance},   {"review", review},
-        {"reroll", reroll}, {"recover", recover}, {"export", exportFilm}, {"doctor", doctor},
+        {"status", status}, {"inspect", inspect}, {"shots", shots},           {"artifacts", artifacts},
+        {"open", open},     {"verify", verify},   {"publish", publish},       {"copy", copy},
+        {"plan", plan},     {"approve", approve}, {"advance", advance},       {"review", review},
+        {"reroll", reroll}, {"recover", recover}, {"storyboard", storyboard}, {"export", exportFilm},
+        {"doctor", doctor},
     };
     return requests.at(name);
 }

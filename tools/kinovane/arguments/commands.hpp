@@ -22,6 +22,7 @@ struct Requests {
     CopyRequest copy;
     PublishRequest publish;
     ShotsRequest shots;
+    StoryboardRequest storyboard;
     ArtifactsRequest artifacts;
     OpenRequest open;
     PlanRequest plan;

@@ -58,6 +58,16 @@ inline constexpr const char* openFooter = R"(Examples:
   kinovane open poster --print    the path of the poster
 )";
 
+inline constexpr const char* storyboardFooter = R"(Examples:
+  kinovane storyboard my-film --output my-film.html --open
+  kinovane storyboard my-film --output my-film.html --verify
+  kinovane storyboard handoff.json --output film.html --embed-limit 0
+
+SIZE is a number of bytes, or ends in kB, MB or GB. Key frames are embedded first. Linked
+files are found as long as the page and the film stay where they are.
+With --verify the command ends as "kinovane verify --all" does, after the page is written.
+)";
+
 inline constexpr const char* filmToolFooter =
     R"(The film tool's output is shown as it arrives. Ctrl-C stops the tool and what it started.
 Afterwards the command shows what changed in the film.

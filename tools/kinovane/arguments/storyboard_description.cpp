@@ -31,8 +31,9 @@ std::optional<std::uint64_t> bytesOf(std::string_view size) {
 
 void describeStoryboard(CLI::App& command, StoryboardRequest& request) {
     command
-        .add_option("FILM", request.film,
-                    "The film's folder, the run.json in it, or a handoff manifest (default: the current folder)")
+        .add_option(
+            "FILM", request.film,
+            "The film's folder, the run.json in it, or a handoff manifest (default: the current folder)")
         ->type_name("");
     command.add_option("--output", request.output, "Where to store the page")->type_name("PAGE")->required();
     command.add_flag("--open", request.open, "Open the page in the browser");

@@ -59,7 +59,7 @@ struct Result {
             text += styled(Style::bad, countText(damaged(), "file is", "files are") +
                                            " damaged or missing; the page lists them first.") +
                     "\n";
-        else if (request.verify)
+        else if (request.verify && !files.empty())
             text += styled(Style::good, "All files are sound.") + "\n";
         return text;
     }
@@ -115,9 +115,8 @@ ExitStatus storyboard(const StoryboardRequest& request, const Session& session) 
     const Storyboard storyboard = source.handoff ? storyboardOf(*source.handoff) : storyboardOf(*source.film);
     const std::vector<AssetFile> files = filesOf(storyboard, source, request, session);
     const PageMedia media =
-        source.film
-            ? PageMedia(storyboard, files, source.film->root, request.output, request.embedLimit)
-            : PageMedia(storyboard);
+        source.film ? PageMedia(storyboard, files, source.film->root, request.output, request.embedLimit)
+                    : PageMedia(storyboard);
     const std::string page =
         storyboardPage({storyboard, files, media, request.verify, source.film.has_value()});
     writeFile(request.output, page);

@@ -16,7 +16,7 @@ std::optional<std::filesystem::path> pathInside(const std::filesystem::path& roo
 
 /// The bytes of a regular file whose path `pathInside` returned; absent when it has more than `most` bytes or
 /// cannot be read. No link is followed any more, so that a link which was made meanwhile leads nowhere.
-std::optional<std::string> contentInside(const std::filesystem::path& root,
-                                         const std::filesystem::path& file, std::uint64_t most);
+std::optional<std::string> contentInside(const std::filesystem::path& root, const std::filesystem::path& file,
+                                         std::uint64_t most);
 
 } // namespace kinovane::tool

@@ -120,9 +120,9 @@ Html& Html::operator<<(const Url& url) {
 
 Html& Html::operator<<(double number) {
     std::array<char, 400> digits{}; // The largest number has 309 digits before the point.
-    html_.append(digits.data(), std::to_chars(digits.begin(), digits.end(), number, std::chars_format::fixed,
-                                              digitsAfterPoint)
-                                    .ptr);
+    html_.append(
+        digits.data(),
+        std::to_chars(digits.begin(), digits.end(), number, std::chars_format::fixed, digitsAfterPoint).ptr);
     return *this;
 }
 

@@ -62,8 +62,8 @@ std::string storyboardPage(const PageContent& content) {
     script << pageScript;
 
     Html page;
-    page << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n" << policy(style, script)
-         << R"(<meta name="viewport" content="width=device-width, initial-scale=1">)"
+    page << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+         << policy(style, script) << R"(<meta name="viewport" content="width=device-width, initial-scale=1">)"
          << R"(<meta name="color-scheme" content="light dark"><meta name="referrer" content="no-referrer">)"
          << R"(<link rel="icon" href="data:,"><title>)" << Text(content.storyboard.title)
          << " – storyboard</title>\n<style>" << style << "</style>\n</head>\n<body>\n"

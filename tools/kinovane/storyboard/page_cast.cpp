@@ -39,7 +39,8 @@ Html locationsSection(const PageContent& content) {
     Html html;
     if (content.storyboard.locations.empty())
         return html;
-    html << R"(<section aria-labelledby="locations"><h2 id="locations">Locations</h2><ul class="cards wide">)";
+    html
+        << R"(<section aria-labelledby="locations"><h2 id="locations">Locations</h2><ul class="cards wide">)";
     for (const FilmLocation& location : content.storyboard.locations)
         html << cardHead(content, "location-master", location.id, location.name)
              << fact("Looks", location.visual) << fact("Ambience", location.ambience)

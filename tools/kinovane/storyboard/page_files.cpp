@@ -71,12 +71,13 @@ Html row(const PageContent& content, std::size_t index) {
 
 } // namespace
 
-Html stateBadge(const AssetFile& file) {
+Html stateBadge(const AssetFile& file, Markup what) {
     Html html;
     if (!file.state)
         return html;
-    html << (file.isDamaged() ? Markup(R"(<span class="badge bad">)") : Markup(R"(<span class="badge good">)"))
-         << Text(nameOf(*file.state)) << "</span>";
+    html << (file.isDamaged() ? Markup(R"(<span class="badge bad">)")
+                              : Markup(R"(<span class="badge good">)"))
+         << what << Text(nameOf(*file.state)) << "</span>";
     return html;
 }
 

@@ -12,6 +12,8 @@ namespace kinovane::tool {
 
 namespace {
 
+constexpr double leastDifference = 0.05; // Seconds. The lengths of shots are rounded to whole milliseconds.
+
 std::string sizeOf(const Storyboard& storyboard) {
     if (!storyboard.width || !storyboard.height)
         return "not set";
@@ -24,7 +26,7 @@ std::string durationOf(const Storyboard& storyboard) {
         return "not planned yet";
     std::string text = durationText(*storyboard.durationSeconds);
     const double shots = TimelineLayout(storyboard).total / 1000;
-    if (!storyboard.shots.empty() && std::abs(shots - *storyboard.durationSeconds) >= 0.001)
+    if (!storyboard.shots.empty() && std::abs(shots - *storyboard.durationSeconds) >= leastDifference)
         text += " planned, shots " + durationText(shots);
     return text;
 }
@@ -102,10 +104,9 @@ Html damageSection(const PageContent& content) {
     if (damaged == 0) {
         if (content.isVerified && !content.files.empty())
             html << R"(<p class="notice good">)"
-                 << Text(content.files.size() == 1
-                             ? "The file was verified, and is sound."
-                             : "All " + std::to_string(content.files.size()) +
-                                   " files were verified, and are sound.")
+                 << Text(content.files.size() == 1 ? "The file was verified, and is sound."
+                                                   : "All " + std::to_string(content.files.size()) +
+                                                         " files were verified, and are sound.")
                  << "</p>\n";
         return html;
     }

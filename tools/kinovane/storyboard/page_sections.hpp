@@ -32,7 +32,7 @@ Html fact(Markup term, std::string_view text);
 /// frame".
 Html absence(const PageContent& content, std::optional<std::size_t> asset, Markup what);
 
-/// The state of an asset's file as a coloured word; nothing when there is none to tell.
-Html stateBadge(const AssetFile& file);
+/// The state of an asset's file as a coloured word after `what`; nothing when there is none to tell.
+Html stateBadge(const AssetFile& file, Markup what = "");
 
 } // namespace kinovane::tool

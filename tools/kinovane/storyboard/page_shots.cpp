@@ -30,10 +30,10 @@ Html media(const PageContent& content, const StoryboardShot& shot) {
     else
         html << absence(content, shot.clip, "clip");
     html << R"(<p class="badges">)";
-    if (shot.keyframe && content.media.picture(shot.keyframe) != nullptr)
-        html << stateBadge(content.files[*shot.keyframe]);
-    if (shot.clip && content.media.clip(shot.clip) != nullptr)
-        html << stateBadge(content.files[*shot.clip]);
+    if (content.media.picture(shot.keyframe) != nullptr)
+        html << stateBadge(content.files[*shot.keyframe], "key frame ");
+    if (content.media.clip(shot.clip) != nullptr)
+        html << stateBadge(content.files[*shot.clip], "clip ");
     return html << "</p></div>";
 }
 
@@ -61,12 +61,11 @@ Html dialogue(const StoryboardShot& shot) {
         return html;
     html << R"(<h4>Dialogue</h4><ul class="sounds">)";
     for (const FilmDialogueLine& line : shot.dialogue) {
-        html << R"(<li><span class="time">)" << Text(durationText(line.startSeconds))
-             << R"(</span> <span dir="auto"><b>)" << Text(line.speaker) << "</b> " << Text(line.text)
-             << "</span>";
+        html << R"(<li><span class="time">+)" << Text(durationText(line.startSeconds))
+             << R"(</span><span dir="auto"><b>)" << Text(line.speaker) << "</b> " << Text(line.text);
         if (!line.delivery.empty())
-            html << R"( <i dir="auto">)" << Text(line.delivery) << "</i>";
-        html << "</li>";
+            html << " <i><bdi>" << Text(line.delivery) << "</bdi></i>";
+        html << "</span></li>";
     }
     return html << "</ul>";
 }
@@ -85,18 +84,18 @@ Html effects(const StoryboardShot& shot) {
         return html;
     html << R"(<h4>Sound effects</h4><ul class="sounds">)";
     for (const FilmSoundEffect& effect : shot.soundEffects)
-        html << R"(<li><span class="time">)" << Text(durationText(effect.startSeconds))
-             << R"(</span> <span dir="auto">)" << Text(effect.prompt) << "</span> <i>"
+        html << R"(<li><span class="time">+)" << Text(durationText(effect.startSeconds))
+             << R"(</span><span dir="auto">)" << Text(effect.prompt) << " <i><bdi>"
              << Text(durationText(effect.durationSeconds)) << ", " << Text(levelText(effect.levelDb))
-             << "</i></li>";
+             << "</bdi></i></span></li>";
     return html << "</ul>";
 }
 
 Html card(const PageContent& content, std::size_t index) {
     const StoryboardShot& shot = content.storyboard.shots[index];
     Html html;
-    html << R"(<article class="shot" id="shot-)" << index << R"(" aria-labelledby="name-)" << index
-         << R"(">)" << media(content, shot) << R"(<div class="words"><h3 id="name-)" << index
+    html << R"(<article class="shot" id="shot-)" << index << R"(" aria-labelledby="name-)" << index << R"(">)"
+         << media(content, shot) << R"(<div class="words"><h3 id="name-)" << index
          << R"("><span class="number">)" << index + 1 << "</span> <bdi>" << Text(shown(shot.id))
          << R"(</bdi></h3><p class="when"><span>)" << Text(timeText(shot.startMilliseconds))
          << "</span><span>" << Text(timeText(shot.durationMilliseconds)) << " long</span><span>take "
@@ -106,8 +105,8 @@ Html card(const PageContent& content, std::size_t index) {
     html << "</p>";
     if (!shot.purpose.empty())
         html << R"(<p class="purpose" dir="auto">)" << Text(shot.purpose) << "</p>";
-    html << R"(<dl class="details">)" << fact("Frame", shot.framePrompt) << fact("Movement", shot.prompt)
-         << namesFact("Characters", shot.characters);
+    html << R"(<dl class="details">)" << fact("Frame prompt", shot.framePrompt)
+         << fact("Clip prompt", shot.prompt) << namesFact("Characters", shot.characters);
     if (!shot.location.id.empty())
         html << namesFact("Location", {shot.location});
     return html << fact("Transition", shot.transition) << "</dl>" << dialogue(shot) << effects(shot)

@@ -40,13 +40,19 @@ void addItemRules(Html& rules, const TimelineLayout& layout, const std::vector<T
     }
 }
 
-Html shotLink(const StoryboardShot& shot, std::size_t index) {
+Html shotLink(const PageContent& content, std::size_t index) {
+    const StoryboardShot& shot = content.storyboard.shots[index];
+    const auto isDamaged = [&](std::optional<std::size_t> asset) {
+        return asset && content.files[*asset].isDamaged();
+    };
     Html html;
     const std::string length = durationText(millisecondsOf(shot.durationMilliseconds) / 1000);
-    html << R"(<li id="t)" << index << R"("><a href="#shot-)" << index << R"(" title=")" << Text(shot.id)
-         << ", " << Text(length) << R"("><span class="number">)" << index + 1
-         << R"(</span> <bdi class="name">)" << Text(shot.id) << R"(</bdi><span class="length">)"
-         << Text(length) << "</span></a></li>";
+    html << R"(<li id="t)" << index << R"(" class=")"
+         << (content.media.picture(shot.keyframe) == nullptr ? Markup("no-frame ") : Markup(""))
+         << (isDamaged(shot.keyframe) || isDamaged(shot.clip) ? Markup("is-damaged") : Markup(""))
+         << R"("><a href="#shot-)" << index << R"(" title=")" << Text(shot.id) << ", " << Text(length)
+         << R"("><span class="number">)" << index + 1 << R"(</span> <bdi class="name">)" << Text(shot.id)
+         << R"(</bdi><span class="length">)" << Text(length) << "</span></a></li>";
     return html;
 }
 
@@ -92,7 +98,7 @@ Html timelineRules(const Storyboard& storyboard, const TimelineLayout& layout) {
     rules << "#track{min-width:" << layout.width << "px}\n#lines{--rows:" << layout.lineRows
           << "}\n#effects{--rows:" << layout.effectRows << "}\n";
     for (std::size_t level = 0; level < layout.levelWidths.size(); ++level)
-        rules << "@container track (min-width:" << layout.levelWidths[level] << "px){.m" << level
+        rules << "@container track (min-width:" << layout.levelWidths[level] << "px){.marks .m" << level
               << "{display:block}}\n";
     for (std::size_t index = 0; index < layout.marks.size(); ++index)
         rules << "#m" << index << "{left:" << layout.percent(layout.marks[index].time) << "%}\n";
@@ -127,7 +133,7 @@ Html timelineSection(const PageContent& content, const TimelineLayout& layout) {
     html << R"(</div><ol class="lane shots" aria-label="Shots">)";
     for (std::size_t index = 0; index < storyboard.shots.size(); ++index)
         if (storyboard.shots[index].startMilliseconds)
-            html << shotLink(storyboard.shots[index], index);
+            html << shotLink(content, index);
     html << "</ol>\n" << lines(storyboard, layout) << effects(storyboard, layout);
     return html << "</div></div></section>\n";
 }

@@ -79,23 +79,22 @@ void addShots(Storyboard& storyboard, const FilmWorkspaceSnapshot& film) {
     for (const FilmShot& shot : shots(film)) {
         const FilmProductionShot& planned = shot.planned;
         const auto& state = shot.state;
-        storyboard.shots.push_back(
-            {.id = planned.id,
-             .purpose = planned.purpose,
-             .prompt = planned.prompt,
-             .framePrompt = planned.framePrompt,
-             .startMilliseconds = shot.startMilliseconds,
-             .durationMilliseconds = shot.durationMilliseconds,
-             .characters = named(planned.characters, cast),
-             .location = named(planned.location, locations),
-             .transition = planned.transition,
-             .status = state && state->status ? *state->status : planned.status,
-             .take = state && state->take ? *state->take : planned.take,
-             .seed = planned.selectedSeed.value_or(planned.seed),
-             .dialogue = withSpeakerNames(planned.dialogue, cast),
-             .soundEffects = planned.soundEffects,
-             .keyframe = positionOf(shot.keyframe, positions),
-             .clip = positionOf(shot.clip, positions)});
+        storyboard.shots.push_back({.id = planned.id,
+                                    .purpose = planned.purpose,
+                                    .prompt = planned.prompt,
+                                    .framePrompt = planned.framePrompt,
+                                    .startMilliseconds = shot.startMilliseconds,
+                                    .durationMilliseconds = shot.durationMilliseconds,
+                                    .characters = named(planned.characters, cast),
+                                    .location = named(planned.location, locations),
+                                    .transition = planned.transition,
+                                    .status = state && state->status ? *state->status : planned.status,
+                                    .take = state && state->take ? *state->take : planned.take,
+                                    .seed = planned.selectedSeed.value_or(planned.seed),
+                                    .dialogue = withSpeakerNames(planned.dialogue, cast),
+                                    .soundEffects = planned.soundEffects,
+                                    .keyframe = positionOf(shot.keyframe, positions),
+                                    .clip = positionOf(shot.clip, positions)});
     }
 }
 

@@ -95,17 +95,18 @@ TimelineLayout::TimelineLayout(const Storyboard& storyboard) : total(totalOf(sto
         levelWidths.push_back(total / step * markDistance);
     for (double number = 0; number * steps.back() <= total; ++number) {
         const double time = number * steps.back();
-        const auto level = std::ranges::find_if(steps, [&](double step) { return std::fmod(time, step) == 0; });
+        const auto level =
+            std::ranges::find_if(steps, [&](double step) { return std::fmod(time, step) == 0; });
         marks.push_back({time, static_cast<unsigned>(level - steps.begin())});
     }
 
     const double letterTime = letterWidth / std::max(width, 1.0) * total;
-    const auto add = [&](std::vector<TimelineItem>& items, std::size_t shot, std::size_t index, double seconds,
-                         double length, const std::string& label) {
+    const auto add = [&](std::vector<TimelineItem>& items, std::size_t shot, std::size_t index,
+                         double seconds, double length, const std::string& label) {
         const double start = std::clamp(startOf(storyboard.shots[shot]) + seconds * 1000, 0.0, total);
         const double letters = static_cast<double>(std::min(label.size(), longestLabel));
-        items.push_back({shot, index, start, std::clamp(length, 0.0, total - start),
-                         start + letters * letterTime, 0});
+        items.push_back(
+            {shot, index, start, std::clamp(length, 0.0, total - start), start + letters * letterTime, 0});
     };
     for (std::size_t shot = 0; shot < storyboard.shots.size(); ++shot) {
         const StoryboardShot& each = storyboard.shots[shot];

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include "arguments/storyboard_description.hpp"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 
 #include <gtest/gtest.h>
-
-#include "arguments/storyboard_description.hpp"
 
 namespace kinovane::tool {
 

@@ -142,7 +142,8 @@ TEST(Storyboard, ShowsTheFilmOfAManifest) {
         {"beside the film", film.copy.root() / "vistrel-handoff.json", "/nowhere", "\"embedded\":19"},
         {"elsewhere", elsewhere / "handoff.json", "", "\"embedded\":19"},
         {"without the film", elsewhere / "handoff.json", "/nowhere", "\"embedded\":0"},
-        {"with a folder of another film", elsewhere / "handoff.json", elsewhere.path().string(), "\"embedded\":0"},
+        {"with a folder of another film", elsewhere / "handoff.json", elsewhere.path().string(),
+         "\"embedded\":0"},
     };
     for (const auto& [sentence, manifest, root, embedded] : rows) {
         film.writeManifest(manifest, root);
@@ -150,7 +151,8 @@ TEST(Storyboard, ShowsTheFilmOfAManifest) {
         EXPECT_EQ(outcome.status, 0) << sentence;
         EXPECT_NE(outcome.out.find(embedded), std::string::npos) << sentence << ": " << outcome.out;
         EXPECT_NE(outcome.out.find(R"("shots":7,"files":59)"), std::string::npos) << outcome.out;
-        EXPECT_NE(film.text().find("Establish the quay, the keeper and the one dark lamp"), std::string::npos);
+        EXPECT_NE(film.text().find("Establish the quay, the keeper and the one dark lamp"),
+                  std::string::npos);
     }
 }
 
@@ -202,7 +204,11 @@ TEST(Storyboard, RefusesAndWritesNothing) {
          3,
          "{out}/cut.json: line 1, column 2: the document ends too early",
          "{out}/cut.json"},
-        {"a manifest without its fields", {}, 3, "{out}/empty.json: contractVersion is missing", "{out}/empty.json"},
+        {"a manifest without its fields",
+         {},
+         3,
+         "{out}/empty.json: contractVersion is missing",
+         "{out}/empty.json"},
         {"the manifest itself",
          {"--output", "{out}/handoff.json"},
          2,

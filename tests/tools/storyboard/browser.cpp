@@ -86,7 +86,8 @@ Browser::Browser() {
     input_ = commands.writeEnd;
     output_ = replies.readEnd;
     const json::object target = call("Target.createTarget", {{"url", "about:blank"}});
-    const json::object attached = call("Target.attachToTarget", {{"targetId", target.at("targetId")}, {"flatten", true}});
+    const json::object attached =
+        call("Target.attachToTarget", {{"targetId", target.at("targetId")}, {"flatten", true}});
     session_ = attached.at("sessionId").as_string();
     for (const char* domain : {"Page.enable", "Network.enable", "Runtime.enable", "Log.enable"})
         call(domain, {});
@@ -119,9 +120,8 @@ void Browser::open(const std::filesystem::path& page, int width) {
 }
 
 json::value Browser::evaluate(std::string_view expression) {
-    const json::object reply = call("Runtime.evaluate", {{"expression", expression},
-                                                         {"awaitPromise", true},
-                                                         {"returnByValue", true}});
+    const json::object reply = call(
+        "Runtime.evaluate", {{"expression", expression}, {"awaitPromise", true}, {"returnByValue", true}});
     if (reply.contains("exceptionDetails"))
         throw std::runtime_error(json::serialize(reply.at("exceptionDetails")));
     const json::object& result = reply.at("result").as_object();

@@ -27,7 +27,8 @@ using tool::TimelineLayout;
 
 constexpr double pixelPart = 1.0 / 32; // A browser places boxes at 64ths of a pixel.
 
-fs::path pageOf(const fs::path& film, const TemporaryDirectory& folder, std::vector<std::string> options = {}) {
+fs::path pageOf(const fs::path& film, const TemporaryDirectory& folder,
+                std::vector<std::string> options = {}) {
     const fs::path page = folder / "page.html";
     options.insert(options.begin(), {"storyboard", film.string(), "--output", page.string()});
     const Outcome outcome = runCommandLineTool(options);
@@ -40,15 +41,16 @@ std::vector<std::pair<double, double>> boxes(Browser& browser, const std::string
     const json::value list = browser.evaluate(
         "(() => { const left = track.getBoundingClientRect().left; return [...document.querySelectorAll('" +
         selector +
-        "')].map(each => { const box = each.getBoundingClientRect(); return [box.left - left, box.width] }) })()");
+        "')].map(each => { const box = each.getBoundingClientRect(); return [box.left - left, box.width] }) "
+        "})()");
     return json::value_to<std::vector<std::pair<double, double>>>(list);
 }
 
 /// What key frames the browser has decoded: their widths in pixels.
 std::vector<int> decodedWidths(Browser& browser) {
-    return json::value_to<std::vector<int>>(
-        browser.evaluate("Promise.all([...document.querySelectorAll('.frame')].map(frame => { frame.loading = "
-                         "'eager'; return frame.decode().then(() => frame.naturalWidth, () => 0) }))"));
+    return json::value_to<std::vector<int>>(browser.evaluate(
+        "Promise.all([...document.querySelectorAll('.frame')].map(frame => { frame.loading = "
+        "'eager'; return frame.decode().then(() => frame.naturalWidth, () => 0) }))"));
 }
 
 bool isOfThePage(const std::string& url) { return url.starts_with("file:///") || url.starts_with("data:"); }
@@ -92,7 +94,8 @@ TEST(StoryboardInABrowser, ShowsTheSampleFilmToScale) {
     const double zoomed = browser.evaluate("track.getBoundingClientRect().width").to_number<double>();
     EXPECT_NEAR(zoomed, width * 1.6, 1);
     EXPECT_NEAR(boxes(browser, "#t6").front().second,
-                static_cast<double>(*storyboard.shots[6].durationMilliseconds) / layout.total * zoomed, pixelPart);
+                static_cast<double>(*storyboard.shots[6].durationMilliseconds) / layout.total * zoomed,
+                pixelPart);
     // The clip of the first shot plays in place of its key frame.
     EXPECT_EQ(browser.evaluate("new Promise(done => { const video = document.querySelector('video'); "
                                "video.muted = true; video.onplaying = () => done(video.videoWidth); "
@@ -127,10 +130,12 @@ TEST(StoryboardInABrowser, LoadsLinkedMediaOfTheFilm) {
 }
 
 TEST(StoryboardInABrowser, RunsNothingOfAHostileFilm) {
-    const std::string attack = R"("'></title></style></script></p><script>pwned = 1</script>)"
-                               R"(<img src=http://example.invalid/ onerror="pwned = 2"><svg onload="pwned = 3">)";
+    const std::string attack =
+        R"("'></title></style></script></p><script>pwned = 1</script>)"
+        R"(<img src=http://example.invalid/ onerror="pwned = 2"><svg onload="pwned = 3">)";
     WorkspaceMaker film;
-    film.add("shot-keyframe", "frames/s1.png", "<svg xmlns='http://www.w3.org/2000/svg' onload='pwned = 4'/>");
+    film.add("shot-keyframe", "frames/s1.png",
+             "<svg xmlns='http://www.w3.org/2000/svg' onload='pwned = 4'/>");
     film.add("shot-clip", "clips/s1.mp4", "<script>pwned = 5</script>");
     film.add("poster", "review/<img src=x onerror=alert(1)>.html", "<script>pwned = 6</script>");
     film.list("javascript:pwned = 7", "javascript:pwned = 8");
@@ -146,9 +151,8 @@ TEST(StoryboardInABrowser, RunsNothingOfAHostileFilm) {
     plan.target.aspectRatio = attack;
     writeDocuments(film);
     const std::string title = json::serialize(json::value(attack));
-    film.directory.write("film-project.json",
-                         replaced(contentOf(film.directory / "film-project.json"), R"("title":"t")",
-                                  R"("title":)" + title));
+    film.directory.write("film-project.json", replaced(contentOf(film.directory / "film-project.json"),
+                                                       R"("title":"t")", R"("title":)" + title));
     const TemporaryDirectory folder;
     Browser browser;
     browser.open(pageOf(film.directory.path(), folder));
@@ -171,7 +175,8 @@ TEST(StoryboardInABrowser, PermitsNoOtherScriptOrRequest) {
     browser.open(page);
     EXPECT_EQ(browser.evaluate("typeof pwned"), "undefined");
     EXPECT_EQ(browser.evaluate("getComputedStyle(document.querySelector('h1')).display"), "block");
-    EXPECT_EQ(browser.problems().size(), 4U) << "the policy reports the script, its handler, style and picture";
+    EXPECT_EQ(browser.problems().size(), 4U)
+        << "the policy reports the script, its handler, style and picture";
 }
 
 } // namespace

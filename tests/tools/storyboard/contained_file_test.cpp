@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include "storyboard/contained_file.hpp"
+
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 #include <sys/stat.h>
 
-#include "storyboard/contained_file.hpp"
+#include <gtest/gtest.h>
+
 #include "support/temporary_directory.hpp"
 
 namespace kinovane::tool {
@@ -52,8 +53,7 @@ TEST(ContainedFile, IsFoundBelowTheFolderOnly) {
         {"a NUL byte", std::string("frames/a.png\0x", 14), ""},
     };
     for (const auto& [sentence, path, expected] : rows)
-        EXPECT_EQ(pathInside(root, path),
-                  expected.empty() ? std::nullopt : std::optional(root / expected))
+        EXPECT_EQ(pathInside(root, path), expected.empty() ? std::nullopt : std::optional(root / expected))
             << sentence;
 }
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include "storyboard/html.hpp"
+
 #include <string>
 
 #include <gtest/gtest.h>
-
-#include "storyboard/html.hpp"
 
 namespace kinovane::tool {
 
@@ -60,9 +60,14 @@ TEST(Url, HoldsDataInBase64) {
     const struct {
         std::string bytes;
         std::string expected;
-    } rows[]{{"", ""},           {"f", "Zg=="},         {"fo", "Zm8="},
-             {"foo", "Zm9v"},    {"foob", "Zm9vYg=="},  {"fooba", "Zm9vYmE="},
-             {"foobar", "Zm9vYmFy"}, {std::string("\0\xff\xfe", 3), "AP/+"}};
+    } rows[]{{"", ""},
+             {"f", "Zg=="},
+             {"fo", "Zm8="},
+             {"foo", "Zm9v"},
+             {"foob", "Zm9vYg=="},
+             {"fooba", "Zm9vYmE="},
+             {"foobar", "Zm9vYmFy"},
+             {std::string("\0\xff\xfe", 3), "AP/+"}};
     for (const auto& [bytes, expected] : rows)
         EXPECT_EQ(base64(bytes), expected);
 }

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include "storyboard/timeline_layout.hpp"
+
 #include <limits>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
-
-#include "storyboard/timeline_layout.hpp"
 
 namespace kinovane::tool {
 

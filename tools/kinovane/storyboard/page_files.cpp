@@ -39,7 +39,8 @@ Html issueList(const std::vector<FilmIssue>& issues) {
         return html << "<p>No issue is open.</p>";
     html << R"(<ul class="findings">)";
     for (const FilmIssue& issue : issues)
-        html << finding(issue.blocking, issue.blocking ? Markup("blocking") : Markup("open"), issue.message);
+        html << finding(issue.blocking, issue.blocking ? Markup("blocking") : Markup("open"),
+                        issue.code + ": " + issue.message);
     return html << "</ul>";
 }
 
@@ -96,11 +97,12 @@ Html filesSection(const PageContent& content) {
     html << R"(<section aria-labelledby="files"><h2 id="files">Files</h2>)";
     if (content.storyboard.assets.empty())
         return html << "<p>No file is recorded.</p></section>\n";
-    html << R"(<table class="files" role="table" aria-labelledby="files"><thead role="rowgroup">)"
-         << R"(<tr role="row"><th role="columnheader" scope="col">File</th>)"
-         << R"(<th role="columnheader" scope="col">Kind</th><th role="columnheader" scope="col">Size</th>)"
-         << R"(<th role="columnheader" scope="col">Digest</th>)"
-         << R"(<th role="columnheader" scope="col">State</th></tr></thead><tbody role="rowgroup">)";
+    html
+        << R"(<table class="files" role="table" aria-labelledby="files"><thead role="rowgroup">)"
+        << R"(<tr role="row"><th role="columnheader" scope="col">File</th>)"
+        << R"(<th role="columnheader" scope="col">Kind</th><th role="columnheader" scope="col" class="size">Size</th>)"
+        << R"(<th role="columnheader" scope="col">Digest</th>)"
+        << R"(<th role="columnheader" scope="col">State</th></tr></thead><tbody role="rowgroup">)";
     for (const std::size_t index : damagedFirst(content.files))
         html << row(content, index);
     return html << "</tbody></table></section>\n";

@@ -79,7 +79,7 @@ Html headerSection(const PageContent& content) {
     if (const Url* poster = content.media.picture(lastAsset(storyboard, "poster")))
         html << R"(<img class="poster" src=")" << *poster << R"(" alt="Poster of )" << Text(storyboard.title)
              << R"(">)";
-    html << R"(<div class="words"><p class="kind">Storyboard</p><h1 dir="auto">)"
+    html << R"(<div class="words"><p class="genre">Storyboard</p><h1 dir="auto">)"
          << Text(storyboard.title.empty() ? "Untitled film" : std::string_view(storyboard.title)) << "</h1>"
          << paragraph(R"(<p class="logline" dir="auto">)", storyboard.logline);
     html << R"(<dl class="facts">)" << fact("Duration", durationOf(storyboard))

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 
+#include <algorithm>
+#include <cmath>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -9,6 +12,7 @@
 
 #include <kinovane/handoff.hpp>
 
+#include "support/ordinary_user.hpp"
 #include "support/sample_film.hpp"
 #include "support/temporary_directory.hpp"
 #include "tools/command_line_tool.hpp"
@@ -252,8 +256,19 @@ TEST(Storyboard, LeavesAnOldPageWholeWhenItCannotBeWritten) {
     film.folder.write("page.html", "old");
     EXPECT_EQ(film.storyboard({"--embed-limit", "1e9"}).status, 2);
     EXPECT_EQ(film.text(), "old");
-    film.copy.remove("run.json");
+    film.copy.remove("film-project.json");
     EXPECT_EQ(film.storyboard().status, 3);
+    EXPECT_EQ(film.text(), "old");
+}
+
+TEST(Storyboard, ReportsAFolderThatCannotBeWritten) {
+    const ShownFilm film;
+    film.folder.write("page.html", "old");
+    constexpr fs::perms readable = fs::perms::owner_all | fs::perms::others_read | fs::perms::others_exec;
+    fs::permissions(film.folder.path(), readable);
+    fs::permissions(film.copy.root().parent_path(), readable);
+    EXPECT_EQ(asOrdinaryUser([&] { return film.storyboard({"--verify"}).err; }),
+              "kinovane: " + film.folder.path().string() + ": Permission denied\n");
     EXPECT_EQ(film.text(), "old");
 }
 

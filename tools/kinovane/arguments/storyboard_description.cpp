@@ -4,6 +4,7 @@
 
 #include <array>
 #include <charconv>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -15,11 +16,11 @@ std::optional<std::uint64_t> bytesOf(std::string_view size) {
     constexpr std::array<std::pair<std::string_view, std::uint64_t>, 5> units{
         {{"", 1}, {"B", 1}, {"kB", 1000}, {"MB", 1'000'000}, {"GB", 1'000'000'000}}};
     std::uint64_t number = 0;
-    const char* end = size.data() + size.size();
-    const auto [rest, error] = std::from_chars(size.data(), end, number);
+    const char* begin = std::to_address(size.begin());
+    const auto [rest, error] = std::from_chars(begin, std::to_address(size.end()), number);
     if (error != std::errc())
         return std::nullopt;
-    size.remove_prefix(static_cast<std::size_t>(rest - size.data()));
+    size.remove_prefix(static_cast<std::size_t>(rest - begin));
     if (size.starts_with(' '))
         size.remove_prefix(1);
     std::uint64_t bytes = 0;

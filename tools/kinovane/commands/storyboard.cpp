@@ -125,7 +125,7 @@ ExitStatus storyboard(const StoryboardRequest& request, const Session& session) 
     console.step(result.summary());
     const fs::path written = fs::absolute(request.output).lexically_normal();
     if (request.open)
-        openWithSystem(written, session.stop);
+        openWithSystem(fs::canonical(written), session.stop); // Its links are relative to this path.
     if (console.options().json)
         console.result(json::value(result.document()));
     else

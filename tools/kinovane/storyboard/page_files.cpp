@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 
-#include <algorithm>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -46,9 +44,11 @@ Html issueList(const std::vector<FilmIssue>& issues) {
 
 /// The positions of the assets: those of damaged files first.
 std::vector<std::size_t> damagedFirst(const std::vector<AssetFile>& files) {
-    std::vector<std::size_t> order(files.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::ranges::stable_partition(order, [&](std::size_t index) { return files[index].isDamaged(); });
+    std::vector<std::size_t> order;
+    for (const bool damaged : {true, false})
+        for (std::size_t index = 0; index < files.size(); ++index)
+            if (files[index].isDamaged() == damaged)
+                order.push_back(index);
     return order;
 }
 

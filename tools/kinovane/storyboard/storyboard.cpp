@@ -3,6 +3,7 @@
 #include "storyboard/storyboard.hpp"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 #include <string_view>
 #include <unordered_map>
@@ -54,9 +55,11 @@ std::optional<std::size_t> positionOf(const std::optional<FilmArtifact>& artifac
     return artifact ? positionOf(artifact->id(), positions) : std::nullopt;
 }
 
-std::vector<FilmIssue> blockingFirst(std::vector<FilmIssue> issues) {
-    std::ranges::stable_partition(issues, &FilmIssue::blocking);
-    return issues;
+std::vector<FilmIssue> blockingFirst(const std::vector<FilmIssue>& issues) {
+    std::vector<FilmIssue> ordered;
+    std::ranges::copy_if(issues, std::back_inserter(ordered), &FilmIssue::blocking);
+    std::ranges::copy_if(issues, std::back_inserter(ordered), std::not_fn(&FilmIssue::blocking));
+    return ordered;
 }
 
 void addPlan(Storyboard& storyboard, const FilmProductionPlan& plan) {

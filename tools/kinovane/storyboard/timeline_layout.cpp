@@ -6,6 +6,8 @@
 #include <array>
 #include <cmath>
 #include <string>
+#include <tuple>
+#include <utility>
 
 namespace kinovane::tool {
 
@@ -63,7 +65,8 @@ std::vector<double> markSteps(double total) {
 
 /// Assigns rows so that labels rarely overlap, and tells each label where the next one begins.
 unsigned arrange(std::vector<TimelineItem>& items, double total) {
-    std::ranges::stable_sort(items, {}, &TimelineItem::start);
+    std::ranges::sort(items, {},
+                      [](const TimelineItem& item) { return std::tuple(item.start, item.shot, item.index); });
     std::vector<double> ends;            // Of the last label of each row.
     std::vector<TimelineItem*> previous; // The last item of each row.
     for (TimelineItem& item : items) {

@@ -67,10 +67,10 @@ struct Result {
     json::object document() const {
         json::array list;
         for (std::size_t index = 0; index < files.size(); ++index)
-            if (files[index].isDamaged())
+            if (const auto& state = files[index].state; state && *state != FileState::sound)
                 list.push_back({{"path", storyboard.assets[index].path},
                                 {"kind", storyboard.assets[index].kind},
-                                {"state", nameOf(*files[index].state)},
+                                {"state", nameOf(*state)},
                                 {"reason", files[index].reason.empty() ? json::value()
                                                                        : json::value(files[index].reason)}});
         return {{"version", 1},
@@ -87,6 +87,12 @@ struct Result {
                 {"opened", request.open}};
     }
 };
+
+Storyboard contentOf(const StoryboardSource& source) {
+    if (source.handoff)
+        return storyboardOf(*source.handoff);
+    return source.film ? storyboardOf(*source.film) : Storyboard();
+}
 
 std::vector<AssetFile> filesOf(const Storyboard& storyboard, const StoryboardSource& source,
                                const StoryboardRequest& request, const Session& session) {
@@ -112,7 +118,7 @@ ExitStatus storyboard(const StoryboardRequest& request, const Session& session) 
         throw CommandError(ExitStatus::workspace,
                            shownPath(source.manifest.string()) +
                                ": the film's folder was not found, so that no file can be verified");
-    const Storyboard storyboard = source.handoff ? storyboardOf(*source.handoff) : storyboardOf(*source.film);
+    const Storyboard storyboard = contentOf(source);
     const std::vector<AssetFile> files = filesOf(storyboard, source, request, session);
     const PageMedia media =
         source.film ? PageMedia(storyboard, files, source.film->root, request.output, request.embedLimit)

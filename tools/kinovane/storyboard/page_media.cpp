@@ -55,7 +55,9 @@ PageMedia::PageMedia(const Storyboard& storyboard, const std::vector<AssetFile>&
         if (!files[index].exists)
             continue;
         const std::optional<fs::path> file = pathInside(folder, storyboard.assets[index].path);
-        const FileType* type = file ? typeOf(*file) : nullptr;
+        if (!file)
+            continue;
+        const FileType* type = typeOf(*file);
         if (type == nullptr)
             continue;
         entry.file = *file;

@@ -30,9 +30,9 @@ Html media(const PageContent& content, const StoryboardShot& shot) {
     else
         html << absence(content, shot.clip, "clip");
     html << R"(<p class="badges">)";
-    if (content.media.picture(shot.keyframe) != nullptr)
+    if (shot.keyframe && content.media.picture(shot.keyframe) != nullptr)
         html << stateBadge(content.files[*shot.keyframe], "key frame ");
-    if (content.media.clip(shot.clip) != nullptr)
+    if (shot.clip && content.media.clip(shot.clip) != nullptr)
         html << stateBadge(content.files[*shot.clip], "clip ");
     return html << "</p></div>";
 }

@@ -18,7 +18,7 @@
 #include <boost/json/value.hpp>
 
 #include "commands/manifest_changes.hpp"
-#include "film/own_files.hpp"
+#include "film/output_file.hpp"
 #include "session/failure.hpp"
 #include "terminal/shown_text.hpp"
 
@@ -29,19 +29,6 @@ namespace fs = std::filesystem;
 namespace {
 
 std::error_code lastError() { return {errno, std::generic_category()}; }
-
-const char* nameOf(fs::file_type type) {
-    switch (type) {
-    case fs::file_type::directory:
-        return "a folder";
-    case fs::file_type::fifo:
-        return "a named pipe";
-    case fs::file_type::socket:
-        return "a socket";
-    default:
-        return "a device";
-    }
-}
 
 /// Whether the file is JSON of any version of the handoff contract.
 bool isHandoffManifest(const fs::path& file) {
@@ -61,36 +48,7 @@ bool isHandoffManifest(const fs::path& file) {
            std::string_view(version->get_string()).starts_with(contract);
 }
 
-/// The absolute path of --output.
-fs::path outputPath(const fs::path& output) {
-    if (output.empty())
-        throw UsageError("--output is empty");
-    fs::path path = fs::absolute(output);
-    if (!path.has_filename())
-        throw UsageError("--output is a folder: " + shownPath(output.string()) +
-                         "\nNext: kinovane publish --output " + shownPath((output / manifestName).string()));
-    return path;
-}
-
-/// Refuses a target that the manifest must not replace. `subject` is what names the target.
-void requireReplaceable(const fs::path& target, const std::string& subject, const FilmWorkspaceSnapshot& film,
-                        bool force) {
-    const std::string shownTarget = shownPath(target.string());
-    if (isOwnFile(film, target))
-        throw UsageError(subject + " would replace one of the film's own files: " + shownTarget);
-    std::error_code ignored; // What cannot be reached is reported when it is written to.
-    const fs::file_type type = fs::status(target, ignored).type();
-    if (type == fs::file_type::not_found || type == fs::file_type::none || type == fs::file_type::unknown)
-        return;
-    if (type == fs::file_type::directory)
-        throw UsageError(subject + " is a folder: " + shownTarget + "\nNext: kinovane publish --output " +
-                         shownPath((target / manifestName).lexically_normal().string()));
-    if (type != fs::file_type::regular)
-        throw UsageError(subject + " is " + nameOf(type) + ", not a file: " + shownTarget);
-    if (!force && !isHandoffManifest(target))
-        throw UsageError(subject + " would replace a file that is no handoff manifest: " + shownTarget +
-                         "\nNext: kinovane publish --force, if the file may be replaced");
-}
+constexpr OutputKind manifestKind{"publish", "handoff manifest", manifestName, isHandoffManifest};
 
 /// The folder in which the first file or folder is created when the target is written.
 fs::path folderToWriteIn(const fs::path& target) {
@@ -127,8 +85,9 @@ PublishTarget::PublishTarget(const PublishRequest& request, const FilmWorkspaceS
     } else if (request.dryRun && !request.manifest) {
         manifest_ = folder_.emplace().path() / manifestName;
     } else {
-        manifest_ = request.manifest ? outputPath(*request.manifest) : usual;
-        requireReplaceable(manifest_, request.manifest ? "--output" : "the manifest", film, request.force);
+        manifest_ = request.manifest ? outputPath(*request.manifest, manifestKind) : usual;
+        requireReplaceable(manifest_, request.manifest ? "--output" : "the manifest", film, request.force,
+                           manifestKind);
         previous_ = readManifest(manifest_);
     }
     if (!previous_)

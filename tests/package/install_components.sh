@@ -34,7 +34,7 @@ expect Runtime "$libdir/$realName" "$libdir/$soname"
 expect Development "$libdir/$linkName" "${headers[@]}" "$libdir/pkgconfig/kinovane-core.pc" \
     "${package}Config.cmake" "${package}ConfigVersion.cmake" "${package}-shared.cmake" "${package}-shared-CONFIG.cmake"
 manuals=()
-for page in '' -{status,inspect,shots,artifacts,open,verify,publish,copy,plan,approve,advance,review,reroll,recover,export} \
+for page in '' -{status,inspect,shots,artifacts,open,verify,publish,copy,timeline,plan,approve,advance,review,reroll,recover,export} \
     -{doctor,help,completion,manual}; do
     manuals+=("share/man/man1/kinovane$page.1")
 done

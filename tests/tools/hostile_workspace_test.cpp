@@ -77,6 +77,8 @@ TEST(HostileWorkspace, PutsNoControlCharacterOnATerminal) {
         {"publish", "--manifest-only", "--verbose"},
         {"publish", "--vistrel", program},
         {"publish", "--output", film / "run.json"},
+        {"timeline", "--format", "otio", "--output", directory / "film\x1b.otio"},
+        {"timeline", "--format", "edl", "--output", film / "run.json"},
         {"approve", "no\x1bgate"},
         {"advance", "--film-tool", program},
         {"recover", "--film-tool", program},

@@ -35,6 +35,7 @@ struct Perform {
     ExitStatus operator()(const RecoverRequest& request) const { return recover(request, session); }
     ExitStatus operator()(const ExportRequest& request) const { return exportFilm(request, session); }
     ExitStatus operator()(const DoctorRequest& request) const { return doctor(request, session); }
+    ExitStatus operator()(const TimelineRequest& request) const { return timeline(request, session); }
 };
 
 ExitStatus run(int argumentCount, const char* const* arguments) {

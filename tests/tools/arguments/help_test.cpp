@@ -14,10 +14,10 @@ namespace kinovane::tool {
 
 namespace {
 
-const std::vector<std::string> commands{"status",     "inspect", "shots",   "artifacts",  "open",
-                                        "storyboard", "verify",  "publish", "copy",       "plan",
-                                        "approve",    "advance", "review",  "reroll",     "recover",
-                                        "export",     "doctor",  "help",    "completion", "manual"};
+const std::vector<std::string> commands{
+    "status",  "inspect", "shots",    "artifacts", "open",    "storyboard", "verify",
+    "publish", "copy",    "timeline", "plan",      "approve", "advance",    "review",
+    "reroll",  "recover", "export",   "doctor",    "help",    "completion", "manual"};
 
 std::string noticeOf(std::vector<const char*> arguments, std::size_t columns = 100) {
     CommonOptions options;

@@ -3,14 +3,15 @@
 #include "arguments/command_descriptions.hpp"
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 #include <thread>
 
 #include <CLI/CLI.hpp>
 
+#include "arguments/argument_checks.hpp"
 #include "arguments/help_footers.hpp"
 #include "arguments/storyboard_description.hpp"
+#include "timeline/frame_rate.hpp"
 
 namespace kinovane::tool {
 
@@ -21,17 +22,6 @@ constexpr unsigned maximumWorkers = 64; // The library uses no more.
 constexpr const char* filmHelp = "The film's folder, or the run.json in it (default: the current folder)";
 
 unsigned defaultWorkers() { return std::clamp(std::thread::hardware_concurrency(), 1U, maximumWorkers); }
-
-/// A CLI11 validator: the error message, or an empty text.
-std::string wholeNumberError(const std::string& text, std::int64_t least, std::int64_t most) {
-    std::int64_t number = 0;
-    const char* end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    if (error == std::errc() && rest == end && number >= least && number <= most)
-        return {};
-    return "\"" + text + "\" is not a whole number from " + std::to_string(least) + " to " +
-           std::to_string(most);
-}
 
 /// Adds the commands to the description, each with its arguments.
 class Description {
@@ -157,6 +147,34 @@ class Description {
         CLI::App& copy = add("copy", "Copy a film to another disk, and verify the copy", group, copyFooter);
         option(copy, "FILM", requests_.copy.film, "", "The film's folder, or the run.json in it")->required();
         option(copy, "TARGET", requests_.copy.target, "", "The folder of the copy")->required();
+
+        addTimeline(group);
+    }
+
+    void addTimeline(const char* group) {
+        CLI::App& timeline =
+            add("timeline", "Write the film as a timeline for an editing program", group, timelineFooter);
+        TimelineRequest& request = requests_.timeline;
+        film(timeline, request.film);
+        option(timeline, "--format", request.format, "FORMAT",
+               "The format: otio (OpenTimelineIO), edl (CMX3600) or fcpxml (1.9)")
+            ->required()
+            ->check([](const std::string& text) { return choiceError(text, {"edl", "fcpxml", "otio"}); });
+        option(timeline, "--output", request.output, "FILE",
+               "Where to store the timeline (- for standard output)")
+            ->required();
+        option(
+            timeline, "--references", request.references, "HOW",
+            "How the timeline refers to the film's files: absolute, or relative to its own folder (default: "
+            "absolute)")
+            ->check([](const std::string& text) { return choiceError(text, {"absolute", "relative"}); });
+        option(timeline, "--frame-rate", request.frameRate, "RATE",
+               "Frames per second, such as 25, 23.976 or 24000/1001 (default: as the film's plan has it)")
+            ->check([](const std::string& text) {
+                return frameRateOf(text) ? std::string()
+                                         : "\"" + text + "\" is not a frame rate from 1 to 1000";
+            });
+        timeline.add_flag("--force", request.force, "Replace a file of another kind");
     }
 
     void addProducing() {
@@ -228,10 +246,7 @@ class Description {
         CLI::App& completion = add("completion", "Print a completion script for a shell", group);
         option(completion, "SHELL", requests_.shell, "", "The shell: bash, zsh or fish")
             ->required()
-            ->check([](const std::string& shell) {
-                const bool known = shell == "bash" || shell == "zsh" || shell == "fish";
-                return known ? std::string() : "\"" + shell + "\" is not one of bash, fish, zsh";
-            });
+            ->check([](const std::string& shell) { return choiceError(shell, {"bash", "fish", "zsh"}); });
 
         CLI::App& manual = add("manual", "Print a manual page in the language of man(7)", group);
         option(manual, "COMMAND", requests_.helpTopic, "", "The command (default: the tool as a whole)");

@@ -16,6 +16,7 @@
 #include "commands/shots.hpp"
 #include "commands/status.hpp"
 #include "commands/storyboard.hpp"
+#include "commands/timeline.hpp"
 #include "commands/verify.hpp"
 #include "session/common_options.hpp"
 
@@ -29,7 +30,7 @@ struct Notice {
 using Command = std::variant<Notice, StatusRequest, InspectRequest, VerifyRequest, CopyRequest,
                              PublishRequest, ShotsRequest, ArtifactsRequest, OpenRequest, PlanRequest,
                              ApproveRequest, AdvanceRequest, RerollRequest, ReviewRequest, RecoverRequest,
-                             ExportRequest, DoctorRequest, StoryboardRequest>;
+                             ExportRequest, DoctorRequest, StoryboardRequest, TimelineRequest>;
 
 /// Parses the arguments. Throws UsageError. `options` is set as far as the arguments were understood, also
 /// when UsageError is thrown, so that the error can be reported in the form that the user wants. `columns` is

@@ -9,6 +9,7 @@
 
 #include <kinovane/version.hpp>
 
+#include "arguments/argument_checks.hpp"
 #include "arguments/command_descriptions.hpp"
 #include "arguments/help_footers.hpp"
 
@@ -20,16 +21,13 @@ namespace {
 template <class Value>
 void addChoice(CLI::App& app, const char* name, Value& value, const char* type, const char* help,
                const std::map<std::string, Value>& choices) {
-    const auto check = [choices](const std::string& word) {
-        std::string words;
-        for (const auto& [choice, ignored] : choices)
-            words += (words.empty() ? "" : ", ") + choice;
-        return choices.contains(word) ? std::string() : "\"" + word + "\" is not one of " + words;
-    };
+    std::vector<std::string> words;
+    for (const auto& [word, ignored] : choices)
+        words.push_back(word);
     app.add_option_function<std::string>(
            name, [&value, choices](const std::string& word) { value = choices.at(word); }, help)
         ->type_name(type)
-        ->check(check);
+        ->check([words](const std::string& word) { return choiceError(word, words); });
 }
 
 void addCommonOptions(CLI::App& app, CommonOptions& options) {
@@ -49,11 +47,11 @@ void addCommonOptions(CLI::App& app, CommonOptions& options) {
 
 Command Requests::select(const std::string& name) const {
     const std::map<std::string, Command> requests{
-        {"status", status}, {"inspect", inspect}, {"shots", shots},           {"artifacts", artifacts},
-        {"open", open},     {"verify", verify},   {"publish", publish},       {"copy", copy},
-        {"plan", plan},     {"approve", approve}, {"advance", advance},       {"review", review},
-        {"reroll", reroll}, {"recover", recover}, {"storyboard", storyboard}, {"export", exportFilm},
-        {"doctor", doctor},
+        {"status", status}, {"inspect", inspect},   {"shots", shots},           {"artifacts", artifacts},
+        {"open", open},     {"verify", verify},     {"publish", publish},       {"copy", copy},
+        {"plan", plan},     {"approve", approve},   {"advance", advance},       {"review", review},
+        {"reroll", reroll}, {"recover", recover},   {"storyboard", storyboard}, {"export", exportFilm},
+        {"doctor", doctor}, {"timeline", timeline},
     };
     return requests.at(name);
 }

@@ -33,6 +33,7 @@ struct Requests {
     RecoverRequest recover;
     ExportRequest exportFilm;
     DoctorRequest doctor;
+    TimelineRequest timeline;
     std::string helpTopic; ///< A command, or empty.
     std::string shell;
 

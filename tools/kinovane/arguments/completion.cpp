@@ -78,7 +78,9 @@ std::string bashFunction(const CLI::App& app) {
     COMPREPLY=()
     case $previous in
         --color) COMPREPLY=($(compgen -W 'auto always never' -- "$current")); return ;;
+        --format) COMPREPLY=($(compgen -W 'edl fcpxml otio' -- "$current")); return ;;
         --progress) COMPREPLY=($(compgen -W 'auto json none' -- "$current")); return ;;
+        --references) COMPREPLY=($(compgen -W 'absolute relative' -- "$current")); return ;;
     esac
     case $command in
 )" + cases +

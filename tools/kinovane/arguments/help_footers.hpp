@@ -48,6 +48,14 @@ Nothing is imported unless every file of the film has the digest that the projec
 records for it, and Vistrel has accepted the manifest in a dry run.
 )";
 
+inline constexpr const char* timelineFooter = R"(Examples:
+  kinovane timeline my-film --format otio --output my-film.otio
+  kinovane timeline my-film --format edl --frame-rate 29.97 --output my-film.edl
+
+Each cut is rounded to the nearest frame from its own time, so that no shot is more than
+half a frame away from its place. An EDL has the picture only; the sounds are comments.
+)";
+
 inline constexpr const char* artifactsFooter = R"(Example:
   kinovane artifacts --kind shot-clip --paths -0 | xargs -0 ls -l
 )";

@@ -93,6 +93,13 @@ TEST(FrameRate, FindsTheNearestFrame) {
         EXPECT_EQ(rate.frameAt(milliseconds), frame) << frameRateText(rate) << " " << milliseconds;
 }
 
+TEST(FrameRate, CountsWholeFrames) {
+    EXPECT_EQ((FrameRate{24, 1}.framesWithin(41)), 0);
+    EXPECT_EQ((FrameRate{24, 1}.framesWithin(42)), 1);
+    EXPECT_EQ((FrameRate{30'000, 1001}.framesWithin(1001)), 30);
+    EXPECT_EQ((FrameRate{30'000, 1001}.framesWithin(1000)), 29);
+}
+
 } // namespace
 
 } // namespace kinovane::tool

@@ -6,6 +6,8 @@
 #include <charconv>
 #include <system_error>
 
+#include "timeline/frame_rate.hpp"
+
 namespace kinovane::tool {
 
 std::string wholeNumberError(const std::string& text, std::int64_t least, std::int64_t most) {
@@ -16,6 +18,10 @@ std::string wholeNumberError(const std::string& text, std::int64_t least, std::i
         return {};
     return "\"" + text + "\" is not a whole number from " + std::to_string(least) + " to " +
            std::to_string(most);
+}
+
+std::string frameRateError(const std::string& text) {
+    return frameRateOf(text) ? std::string() : "\"" + text + "\" is not a frame rate from 1 to 1000";
 }
 
 std::string choiceError(const std::string& text, const std::vector<std::string>& words) {

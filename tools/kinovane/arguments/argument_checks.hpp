@@ -12,6 +12,8 @@ namespace kinovane::tool {
 
 std::string wholeNumberError(const std::string& text, std::int64_t least, std::int64_t most);
 
+std::string frameRateError(const std::string& text);
+
 /// For a value that must be one of several words.
 std::string choiceError(const std::string& text, const std::vector<std::string>& words);
 

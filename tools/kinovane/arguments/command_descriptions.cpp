@@ -11,7 +11,6 @@
 #include "arguments/argument_checks.hpp"
 #include "arguments/help_footers.hpp"
 #include "arguments/storyboard_description.hpp"
-#include "timeline/frame_rate.hpp"
 
 namespace kinovane::tool {
 
@@ -160,20 +159,14 @@ class Description {
                "The format: otio (OpenTimelineIO), edl (CMX3600) or fcpxml (1.9)")
             ->required()
             ->check([](const std::string& text) { return choiceError(text, {"edl", "fcpxml", "otio"}); });
-        option(timeline, "--output", request.output, "FILE",
-               "Where to store the timeline (- for standard output)")
+        option(timeline, "--output", request.output, "FILE", "Where to store it (- for standard output)")
             ->required();
-        option(
-            timeline, "--references", request.references, "HOW",
-            "How the timeline refers to the film's files: absolute, or relative to its own folder (default: "
-            "absolute)")
+        option(timeline, "--references", request.references, "HOW",
+               "How to refer to the film's files: absolute, or relative to the timeline (default: absolute)")
             ->check([](const std::string& text) { return choiceError(text, {"absolute", "relative"}); });
         option(timeline, "--frame-rate", request.frameRate, "RATE",
                "Frames per second, such as 25, 23.976 or 24000/1001 (default: as the film's plan has it)")
-            ->check([](const std::string& text) {
-                return frameRateOf(text) ? std::string()
-                                         : "\"" + text + "\" is not a frame rate from 1 to 1000";
-            });
+            ->check(frameRateError);
         timeline.add_flag("--force", request.force, "Replace a file of another kind");
     }
 

@@ -105,17 +105,20 @@ class SoundCollector {
         return end;
     }
 
-    /// `end` is the time at which the sound ends unless its file tells another length; a limit of that length
-    /// if `isLimit`.
+    /// `end` is the time at which the sound ends. If its file tells its length, the sound is not longer, so
+    /// that no program looks for frames that the file does not have; it is as long as the file unless `end`
+    /// is a limit.
     void add(std::vector<EditSound>& sounds, EditSound sound, std::int64_t end, bool isLimit) {
         if (!sound.media.url)
             return;
-        if (const std::optional<std::int64_t> length = files_.lengthOf(sound.media)) {
-            const std::int64_t recordedEnd = sound.startMilliseconds + std::min(*length, longestTimeline);
-            end = isLimit ? std::min(end, recordedEnd) : recordedEnd;
-        }
-        end = std::min(end, edit_.shots.back().endMilliseconds);
-        sound.length = std::max<std::int64_t>(edit_.rate.frameAt(end) - sound.start, 1);
+        const std::optional<std::int64_t> fileLength = files_.lengthOf(sound.media);
+        const std::int64_t filmEnd = edit_.shots.back().endMilliseconds;
+        end = fileLength && !isLimit ? filmEnd : std::min(end, filmEnd);
+        sound.length = edit_.rate.frameAt(end) - sound.start;
+        if (fileLength)
+            sound.length =
+                std::min(sound.length, edit_.rate.framesWithin(std::min(*fileLength, longestTimeline)));
+        sound.length = std::max<std::int64_t>(sound.length, 1);
         sounds.push_back(std::move(sound));
     }
 

@@ -60,6 +60,10 @@ std::int64_t FrameRate::frameAt(std::int64_t milliseconds) const noexcept {
     return (2 * milliseconds * numerator + divisor) / (2 * divisor);
 }
 
+std::int64_t FrameRate::framesWithin(std::int64_t milliseconds) const noexcept {
+    return milliseconds * numerator / (1000 * denominator);
+}
+
 double FrameRate::millisecondsAt(std::int64_t frame) const noexcept {
     return static_cast<double>(frame * denominator) * 1000 / static_cast<double>(numerator);
 }

@@ -20,6 +20,9 @@ struct FrameRate {
     /// later. The time is at least 0 and at most `longestTimeline`.
     std::int64_t frameAt(std::int64_t milliseconds) const noexcept;
 
+    /// How many whole frames fit into a time of at most `longestTimeline`.
+    std::int64_t framesWithin(std::int64_t milliseconds) const noexcept;
+
     /// The time at which a frame begins.
     double millisecondsAt(std::int64_t frame) const noexcept;
 

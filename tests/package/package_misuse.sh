@@ -71,7 +71,7 @@ accepts 'found: 1 SHARED_LIBRARY, testkit: ' 1.0 REQUIRED COMPONENTS shared
 accepts 'found: 1 SHARED_LIBRARY, testkit: FALSE' 1.0 REQUIRED OPTIONAL_COMPONENTS testkit
 refuses "$(missing testkit)" 1.0 REQUIRED COMPONENTS testkit
 refuses "$(missing static)" 1.0 REQUIRED COMPONENTS static
-refuses "KinovaneCore has no component 'player'; its components are shared, static and testkit." \
+refuses "KinovaneCore has no component 'player', only shared, static and testkit." \
     1.0 REQUIRED COMPONENTS player
 refuses "$(incompatible 2.0)" 2.0 REQUIRED
 refuses "$(incompatible 1.99)" 1.99 REQUIRED

@@ -64,14 +64,15 @@ void printPlanned(const fs::path& runManifest, const Console& console) {
     const FilmCommand command{"Next", "status"};
     const fs::path folder = shortPath(runManifest.parent_path());
     const std::vector<std::string> words = commandLine(command, folder);
+    // The inner array is a value: clang takes a list of one array for a copy of that array.
     if (console.options().json)
-        console.result(json::value(
-            json::object{{"version", 1},
-                         {"outcome", "done"},
-                         {"runManifest", runManifest.string()},
-                         {"next",
-                          {{"reason", "The film is planned."},
-                           {"commands", json::array{json::array(words.begin(), words.end())}}}}}));
+        console.result(json::value(json::object{
+            {"version", 1},
+            {"outcome", "done"},
+            {"runManifest", runManifest.string()},
+            {"next",
+             {{"reason", "The film is planned."},
+              {"commands", json::array{json::value(json::array(words.begin(), words.end()))}}}}}));
     else
         console.result(shownPath(runManifest.string()) +
                        "\nNext: " + styled(Style::heading, shellLine(words)) + "\n");

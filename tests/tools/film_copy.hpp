@@ -47,7 +47,7 @@ class FilmCopy {
 
 /// The output with "{TIME}" in place of the duration and the rate, which depend on the machine.
 inline Outcome withoutTimes(Outcome outcome) {
-    static const std::regex times("in [0-9.]+ m?s(, [0-9.]+ [kMGT]?B/s)?");
+    static const std::regex times("in ([0-9]+ min )?[0-9.]+ m?s(, [0-9.]+ [kMGT]?B/s)?");
     outcome.out = std::regex_replace(outcome.out, times, "in {TIME}");
     outcome.err = std::regex_replace(outcome.err, times, "in {TIME}");
     return outcome;

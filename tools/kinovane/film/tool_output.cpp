@@ -121,7 +121,7 @@ void ToolOutput::erase() {
 
 void ToolOutput::startLine() {
     if (isLineOpen_)
-        console_.message("\n");
+        console_.message(std::string_view("\n"));
     isLineOpen_ = false;
 }
 

@@ -12,6 +12,7 @@
 
 #include "support/child_counts.hpp"
 #include "support/joining_thread.hpp"
+#include "support/rounds.hpp"
 #include "support/temporary_directory.hpp"
 #include "tooling/process/controlled_outcome.hpp"
 
@@ -128,7 +129,7 @@ TEST(RunStop, RacesWithTheStart) {
 // sent to an identifier that was free for another process.
 TEST(RunStop, RacesWithAProgramThatEndsByItself) {
     int stopped = 0;
-    constexpr int rounds = 10000;
+    const int rounds = raceRounds(1000);
     const ProcessCounts before = countProcess();
     for (int round = 0; round < rounds; ++round) {
         StopSource source;
@@ -137,7 +138,7 @@ TEST(RunStop, RacesWithAProgramThatEndsByItself) {
         JoiningThread first;
         if (round % 2 == 0)
             first = JoiningThread([&] { source.requestStop(); });
-        for (int spin = 0; spin < round % 2000; ++spin)
+        for (int spin = 0; spin < round * 2 % 2000; ++spin)
             std::this_thread::yield();
         source.requestStop();
         try {

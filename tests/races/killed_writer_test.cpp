@@ -43,7 +43,6 @@ class KillDelay {
 
 class KilledWriter : public testing::Test {
   protected:
-
     /// Starts a writer and kills it during its second write, which replaces the manifest of the first.
     void killOne() {
         WriterProcess writer(target_, 2, {0, 1});

@@ -6,8 +6,8 @@
 
 namespace kinovane::test {
 
-/// How often a test repeats a race: `usual` times, ten times as often if KINOVANE_LONG_TESTS is set in the environment, as
-/// `scripts/test --all` does.
+/// How often a test repeats a race: `usual` times, ten times as often if KINOVANE_LONG_TESTS is set in the
+/// environment, as `scripts/test --all` does.
 inline int raceRounds(int usual) {
     return std::getenv("KINOVANE_LONG_TESTS") != nullptr ? 10 * usual : usual;
 }

@@ -31,7 +31,7 @@ std::optional<fs::path> targetOf(const TimelineRequest& request, const TimelineF
                                  const FilmWorkspaceSnapshot& film) {
     if (request.output == "-")
         return std::nullopt;
-    const fs::path target = outputPath(request.output, format.output);
+    fs::path target = outputPath(request.output, format.output);
     requireReplaceable(target, "--output", film, request.force, format.output);
     return target;
 }

@@ -19,11 +19,11 @@ namespace kinovane::tool {
 
 /// A recorded file.
 struct EditMedia {
-    std::string path;               ///< As recorded.
-    std::string name;               ///< The last component of the path.
-    std::string contentType;        ///< As recorded.
-    std::string kind;               ///< As recorded.
-    std::optional<std::string> url; ///< Absent when no file in the film's folder is there.
+    std::string path;        ///< As recorded.
+    std::string name;        ///< The last component of the path.
+    std::string contentType; ///< As recorded.
+    std::string kind;        ///< As recorded.
+    std::string url;         ///< Empty when no file in the film's folder is there.
 };
 
 /// A spoken line, on the shot in which it begins.
@@ -44,7 +44,8 @@ struct EditShot {
     std::optional<EditMedia> keyframe;
     std::vector<EditMarker> markers; ///< In the order of their times.
 
-    bool hasClip() const noexcept { return clip && clip->url; }
+    /// The clip; null when it is not recorded, or its file is not there.
+    const EditMedia* presentClip() const noexcept { return clip && !clip->url.empty() ? &*clip : nullptr; }
 };
 
 /// A recorded sound at its place on the timeline, within the film.

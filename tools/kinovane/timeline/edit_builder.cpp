@@ -29,49 +29,50 @@ FrameRate rateOf(const FilmProductionPlan& plan) {
                   " frames per second\nNext: kinovane timeline --frame-rate 24");
 }
 
-/// The end of the shot in milliseconds, if it has a place on a timeline.
-std::int64_t endOf(const FilmShot& shot) {
-    if (!shot.startMilliseconds || !shot.durationMilliseconds ||
-        *shot.durationMilliseconds > longestTimeline ||
-        *shot.startMilliseconds > longestTimeline - *shot.durationMilliseconds)
+/// The shot with its times in milliseconds, if it has a place on a timeline.
+EditShot placed(const FilmShot& shot) {
+    const std::optional<std::int64_t>& start = shot.startMilliseconds;
+    const std::optional<std::int64_t>& length = shot.durationMilliseconds;
+    if (!start || !length || *length > longestTimeline || *start > longestTimeline - *length)
         throw refused("with " + quoted(shot) + " the film is longer than 1000 hours");
-    if (*shot.durationMilliseconds < 0)
+    if (*length < 0)
         throw refused(quoted(shot) + " has a length below zero");
-    return *shot.startMilliseconds + *shot.durationMilliseconds;
+    EditShot place;
+    place.shot = shot;
+    place.startMilliseconds = *start;
+    place.endMilliseconds = *start + *length;
+    return place;
 }
 
-bool hasFrames(const std::vector<FilmShot>& shots, const FrameRate& rate) {
-    return std::ranges::all_of(shots, [&](const FilmShot& shot) {
-        return rate.frameAt(*shot.startMilliseconds) < rate.frameAt(endOf(shot));
+bool hasFrames(const std::vector<EditShot>& shots, const FrameRate& rate) {
+    return std::ranges::all_of(shots, [&](const EditShot& shot) {
+        return rate.frameAt(shot.startMilliseconds) < rate.frameAt(shot.endMilliseconds);
     });
 }
 
-CommandError withoutFrame(const FilmShot& shot, const std::vector<FilmShot>& shots, const FrameRate& rate) {
+CommandError withoutFrame(const EditShot& shot, const std::vector<EditShot>& shots, const FrameRate& rate) {
     std::string next;
     for (const std::int64_t other : {25, 30, 48, 50, 60, 120})
         if (next.empty() && hasFrames(shots, {other, 1}))
             next = "\nNext: kinovane timeline --frame-rate " + std::to_string(other);
-    return refused(quoted(shot) + " lasts " + std::to_string(*shot.durationMilliseconds) +
+    return refused(quoted(shot.shot) + " lasts " +
+                   std::to_string(shot.endMilliseconds - shot.startMilliseconds) +
                    " ms and has no frame of its own at " + frameRateText(rate) + " frames per second" + next);
 }
 
 /// The shots, each from the frame nearest to its start to the frame nearest to its end.
 std::vector<EditShot> cutsOf(const std::vector<FilmShot>& shots, const FrameRate& rate) {
-    std::vector<EditShot> edited;
+    std::vector<EditShot> cuts;
     for (const FilmShot& shot : shots) {
-        EditShot cut;
-        cut.shot = shot;
-        cut.endMilliseconds = endOf(shot);
-        cut.startMilliseconds = *shot.startMilliseconds;
+        EditShot& cut = cuts.emplace_back(placed(shot));
         cut.start = rate.frameAt(cut.startMilliseconds);
         cut.length = rate.frameAt(cut.endMilliseconds) - cut.start;
-        edited.push_back(std::move(cut));
     }
     // Only now is it known that all shots have a place.
-    for (const EditShot& cut : edited)
+    for (const EditShot& cut : cuts)
         if (cut.length < 1)
-            throw withoutFrame(cut.shot, shots, rate);
-    return edited;
+            throw withoutFrame(cut, cuts, rate);
+    return cuts;
 }
 
 /// The position of the shot that shows this frame.
@@ -93,11 +94,11 @@ void addMarkers(Edit& edit, MediaFiles& files) {
                 continue;
             }
             EditShot& marked = edit.shots[shotAt(edit.shots, time->frame)];
-            marked.markers.push_back({time->frame - marked.start, time->milliseconds, line});
+            const std::int64_t start = time->frame - marked.start;
+            marked.markers.insert(std::ranges::upper_bound(marked.markers, start, {}, &EditMarker::start),
+                                  {start, time->milliseconds, line});
         }
     }
-    for (EditShot& shot : edit.shots)
-        std::ranges::stable_sort(shot.markers, {}, &EditMarker::start);
 }
 
 std::vector<EditMedia> subtitlesOf(const FilmWorkspaceSnapshot& film, MediaFiles& files) {

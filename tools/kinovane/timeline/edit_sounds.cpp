@@ -109,7 +109,7 @@ class SoundCollector {
     /// that no program looks for frames that the file does not have; it is as long as the file unless `end`
     /// is a limit.
     void add(std::vector<EditSound>& sounds, EditSound sound, std::int64_t end, bool isLimit) {
-        if (!sound.media.url)
+        if (sound.media.url.empty())
             return;
         const std::optional<std::int64_t> fileLength = files_.lengthOf(sound.media);
         const std::int64_t filmEnd = edit_.shots.back().endMilliseconds;
@@ -119,11 +119,11 @@ class SoundCollector {
             sound.length =
                 std::min(sound.length, edit_.rate.framesWithin(std::min(*fileLength, longestTimeline)));
         sound.length = std::max<std::int64_t>(sound.length, 1);
-        sounds.push_back(std::move(sound));
+        // After those that begin with it, so that they stay in the order of the plan.
+        sounds.insert(std::ranges::upper_bound(sounds, sound.start, {}, &EditSound::start), std::move(sound));
     }
 
     void addTracks(const std::string& name, SoundRole role, std::vector<EditSound> sounds) {
-        std::ranges::stable_sort(sounds, {}, &EditSound::start);
         const std::size_t first = tracks_.size();
         for (EditSound& sound : sounds) {
             std::size_t track = first;

@@ -58,12 +58,12 @@ void requireTimecode(const Edit& edit) {
 /// Names of at most eight letters and digits for the files, made from the shots' ids.
 class Reels {
   public:
-    /// Two shots with one file have one name. The shot has a clip.
-    const std::string& nameOf(const EditShot& shot) {
-        std::string& name = names_[*shot.clip->url];
+    /// Two shots with one clip have one name.
+    const std::string& nameOf(const EditMedia& clip, std::string_view shotId) {
+        std::string& name = names_[clip.url];
         if (!name.empty())
             return name;
-        for (const char character : shot.shot.planned.id)
+        for (const char character : shotId)
             if ((character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z'))
                 name += character;
             else if (character >= 'a' && character <= 'z')
@@ -98,7 +98,7 @@ class EDLWriter {
         for (std::size_t index = 0; index < edit_.shots.size(); ++index)
             addShot(index);
         for (const EditMedia& subtitles : edit_.subtitles)
-            comment("SUBTITLES", subtitles.url.value_or(subtitles.path + " (missing)"));
+            comment("SUBTITLES", subtitles.url.empty() ? subtitles.path + " (missing)" : subtitles.url);
         return text_;
     }
 
@@ -107,9 +107,9 @@ class EDLWriter {
         const EditShot& shot = edit_.shots[index];
         const FilmProductionShot& planned = shot.shot.planned;
         addEvent(index + 1, shot);
-        if (shot.hasClip()) {
-            comment("FROM CLIP NAME", shot.clip->name);
-            comment("SOURCE FILE", *shot.clip->url);
+        if (const EditMedia* clip = shot.presentClip()) {
+            comment("FROM CLIP NAME", clip->name);
+            comment("SOURCE FILE", clip->url);
         }
         comment("SHOT", planned.id + ", TAKE " + std::to_string(planned.take) + ", SEED " +
                             std::to_string(planned.selectedSeed.value_or(planned.seed)));
@@ -122,11 +122,12 @@ class EDLWriter {
             for (const EditSound& sound : track.sounds)
                 if (sound.start >= shot.start && sound.start < shot.start + shot.length)
                     comment("SOUND", timecode(sound.start, edit_.rate) + " " +
-                                         timecode(sound.end(), edit_.rate) + " " + *sound.media.url);
+                                         timecode(sound.end(), edit_.rate) + " " + sound.media.url);
     }
 
     void addEvent(std::size_t number, const EditShot& shot) {
-        const std::string reel = shot.hasClip() ? reels_.nameOf(shot) : black;
+        const EditMedia* clip = shot.presentClip();
+        const std::string reel = clip != nullptr ? reels_.nameOf(*clip, shot.shot.planned.id) : black;
         std::array<char, 64> line{};
         std::snprintf(line.data(), line.size(), "%03zu  %-8s V     C        ", number, reel.c_str());
         text_ += line.data() + timecode(0, edit_.rate) + " " + timecode(shot.length, edit_.rate) + " " +

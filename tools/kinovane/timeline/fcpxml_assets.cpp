@@ -17,15 +17,15 @@ std::string fcpxmlTime(std::int64_t frames, const FrameRate& rate) {
 
 FCPXMLAssets::FCPXMLAssets(const Edit& edit) : edit_(edit) {
     for (const EditShot& shot : edit.shots)
-        if (shot.hasClip())
-            add(*shot.clip, true, shot.length);
+        if (const EditMedia* clip = shot.presentClip())
+            add(*clip, true, shot.length);
     for (const EditTrack& track : edit.tracks)
         for (const EditSound& sound : track.sounds)
             add(sound.media, false, sound.length);
 }
 
 void FCPXMLAssets::add(const EditMedia& media, bool hasVideo, std::int64_t length) {
-    const auto [position, isNew] = positions_.emplace(*media.url, assets_.size());
+    const auto [position, isNew] = positions_.emplace(media.url, assets_.size());
     if (isNew)
         assets_.push_back({&media, "asset" + std::to_string(assets_.size() + 1), hasVideo, 0});
     Asset& asset = assets_[position->second];
@@ -33,7 +33,7 @@ void FCPXMLAssets::add(const EditMedia& media, bool hasVideo, std::int64_t lengt
 }
 
 const std::string& FCPXMLAssets::idOf(const EditMedia& media) const {
-    return assets_[positions_.at(*media.url)].id;
+    return assets_[positions_.at(media.url)].id;
 }
 
 void FCPXMLAssets::write(XMLWriter& xml, const std::string& format) const {
@@ -49,7 +49,7 @@ void FCPXMLAssets::write(XMLWriter& xml, const std::string& format) const {
             attributes.emplace_back("hasAudio", "1");
         }
         xml.begin("asset", attributes);
-        xml.empty("media-rep", {{"kind", "original-media"}, {"src", *asset.media->url}});
+        xml.empty("media-rep", {{"kind", "original-media"}, {"src", asset.media->url}});
         xml.end();
     }
 }

@@ -3,6 +3,7 @@
 #include "timeline/fcpxml_writer.hpp"
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <utility>
 
@@ -54,9 +55,11 @@ class FCPXMLWriter {
 
     void writeResources() {
         XMLWriter::Attributes attributes{{"id", format}, {"frameDuration", time(1)}};
-        if (edit_.width.value_or(0) > 0 && edit_.height.value_or(0) > 0) {
-            attributes.emplace_back("width", std::to_string(*edit_.width));
-            attributes.emplace_back("height", std::to_string(*edit_.height));
+        const std::int64_t width = edit_.width.value_or(0);
+        const std::int64_t height = edit_.height.value_or(0);
+        if (width > 0 && height > 0) {
+            attributes.emplace_back("width", std::to_string(width));
+            attributes.emplace_back("height", std::to_string(height));
         }
         xml_.begin("resources");
         xml_.empty("format", attributes);
@@ -68,21 +71,22 @@ class FCPXMLWriter {
         std::string text;
         for (const EditMedia& subtitles : edit_.subtitles)
             text += (text.empty() ? "" : "\n") +
-                    ("Subtitles: " + subtitles.url.value_or(subtitles.path + " (missing)"));
+                    ("Subtitles: " + (subtitles.url.empty() ? subtitles.path + " (missing)" : subtitles.url));
         return text;
     }
 
     void writeShot(const EditShot& shot) {
+        const EditMedia* clip = shot.presentClip();
         XMLWriter::Attributes attributes;
-        if (shot.hasClip())
-            attributes.emplace_back("ref", assets_.idOf(*shot.clip));
+        if (clip != nullptr)
+            attributes.emplace_back("ref", assets_.idOf(*clip));
         attributes.insert(attributes.end(), {{"name", shot.shot.planned.id},
                                              {"offset", time(shot.start)},
                                              {"start", "0s"},
                                              {"duration", time(shot.length)}});
-        if (shot.hasClip())
+        if (clip != nullptr)
             attributes.emplace_back("format", format);
-        xml_.begin(shot.hasClip() ? "asset-clip" : "gap", attributes);
+        xml_.begin(clip != nullptr ? "asset-clip" : "gap", attributes);
         if (const std::string note = noteOf(shot.shot.planned); !note.empty())
             xml_.text("note", note);
         writeSounds(shot);

@@ -17,9 +17,9 @@ constexpr std::int64_t broadcastDenominator = 1001; // As in 30000/1001, which i
 
 std::optional<std::int64_t> digitsOf(std::string_view text) {
     std::int64_t number = 0;
-    const char* end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || rest != end || text.front() == '-' || number > largestPart)
+    const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || rest != text.data() + text.size() || text.front() == '-' ||
+        number > largestPart)
         return std::nullopt;
     return number;
 }
@@ -34,9 +34,10 @@ std::optional<FrameRate> fraction(std::int64_t numerator, std::int64_t denominat
 /// A number with one to three decimals.
 std::optional<FrameRate> decimalRate(std::string_view whole, std::string_view decimals) {
     const std::optional<std::int64_t> seconds = digitsOf(whole);
-    if (!seconds || decimals.empty() || decimals.size() > 3 || !digitsOf(decimals))
+    const std::optional<std::int64_t> rest = decimals.empty() ? std::nullopt : digitsOf(decimals);
+    if (!seconds || !rest || decimals.size() > 3)
         return std::nullopt;
-    std::int64_t thousandths = *digitsOf(decimals);
+    std::int64_t thousandths = *rest;
     for (std::size_t count = decimals.size(); count < 3; ++count)
         thousandths *= 10;
     thousandths += *seconds * 1000;

@@ -27,7 +27,7 @@ MediaFiles::MediaFiles(const FilmWorkspaceSnapshot& film, const std::optional<fs
 
 EditMedia MediaFiles::media(const FilmArtifact& artifact) {
     EditMedia media{artifact.path, fs::path(artifact.path).filename().string(), artifact.contentType,
-                    artifact.kind, std::nullopt};
+                    artifact.kind, ""};
     FilmArtifact unread = artifact;
     unread.bytes = -1; // Differs from any size, so that the file is not read.
     HandoffBuildOptions options;
@@ -47,7 +47,7 @@ EditMedia MediaFiles::media(const FilmArtifact& artifact) {
 
 std::optional<std::int64_t> MediaFiles::lengthOf(const EditMedia& media) const {
     std::error_code error;
-    const fs::path file = media.url ? fs::canonical(root_ / media.path, error) : fs::path();
+    const fs::path file = media.url.empty() ? fs::path() : fs::canonical(root_ / media.path, error);
     if (file.empty() || error || !isInsideLexically(file, root_))
         return std::nullopt;
     return soundLength(file);

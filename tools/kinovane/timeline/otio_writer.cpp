@@ -29,7 +29,7 @@ json::object mediaFacts(const EditMedia& media) {
     return {{"path", media.path},
             {"kind", media.kind},
             {"contentType", media.contentType},
-            {"url", optionalValue(media.url)}};
+            {"url", media.url.empty() ? json::value() : json::value(media.url)}};
 }
 
 json::value mediaValue(const std::optional<EditMedia>& media) {
@@ -84,14 +84,14 @@ class OTIOWriter {
     }
 
     static json::object reference(const std::optional<EditMedia>& media) {
-        const bool isThere = media && media->url;
+        const bool isThere = media && !media->url.empty();
         json::object reference{{"OTIO_SCHEMA", isThere ? "ExternalReference.1" : "MissingReference.1"},
                                {"metadata", media ? metadata(mediaFacts(*media)) : json::object()},
                                {"name", media ? media->name : ""},
                                {"available_range", nullptr},
                                {"available_image_bounds", nullptr}};
         if (isThere)
-            reference["target_url"] = *media->url;
+            reference["target_url"] = media->url;
         return reference;
     }
 

@@ -52,19 +52,21 @@ std::string millisecondsText(double milliseconds) {
 }
 
 std::size_t clipsMissing(const Edit& edit) {
-    return static_cast<std::size_t>(
-        std::ranges::count_if(edit.shots, [](const EditShot& shot) { return !shot.hasClip(); }));
+    return static_cast<std::size_t>(std::ranges::count_if(
+        edit.shots, [](const EditShot& shot) { return shot.presentClip() == nullptr; }));
 }
 
 json::array shotsJSON(const Edit& edit) {
     json::array shots;
-    for (const EditShot& shot : edit.shots)
+    for (const EditShot& shot : edit.shots) {
+        const EditMedia* clip = shot.presentClip();
         shots.push_back({{"id", shot.shot.planned.id},
                          {"startFrame", shot.start},
                          {"frames", shot.length},
                          {"startMilliseconds", shot.startMilliseconds},
                          {"durationMilliseconds", shot.endMilliseconds - shot.startMilliseconds},
-                         {"clip", shot.hasClip() ? json::value(*shot.clip->url) : nullptr}});
+                         {"clip", clip != nullptr ? json::value(clip->url) : nullptr}});
+    }
     return shots;
 }
 

@@ -2,8 +2,8 @@
 
 #pragma once
 
-// The headers that most sources of the library include, compiled once. A source includes what it uses all the
-// same: the preset `tidy`, and a project that contains this one, compile without precompiled headers.
+// The headers that most sources of the library include, compiled once if KINOVANE_PRECOMPILE_HEADERS is on.
+// A source includes what it uses all the same: most builds do without precompiled headers.
 
 #include <algorithm>
 #include <array>

@@ -2,8 +2,9 @@
 
 #pragma once
 
-// The headers that most sources of the command-line tool include, compiled once. A source includes what it
-// uses all the same: the preset `tidy` compiles without precompiled headers.
+// The headers that most sources of the command-line tool include, compiled once if
+// KINOVANE_PRECOMPILE_HEADERS is on. A source includes what it uses all the same: most builds do without
+// precompiled headers.
 
 #include <algorithm>
 #include <filesystem>

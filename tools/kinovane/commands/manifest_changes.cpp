@@ -2,8 +2,6 @@
 
 #include "commands/manifest_changes.hpp"
 
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <string_view>
 #include <system_error>
@@ -11,6 +9,8 @@
 
 #include <boost/json/array.hpp>
 
+#include "film/file_content.hpp"
+#include "film/handoff_file.hpp"
 #include "terminal/human_text.hpp"
 #include "terminal/shown_text.hpp"
 
@@ -20,8 +20,6 @@ namespace fs = std::filesystem;
 namespace json = boost::json;
 
 namespace {
-
-constexpr std::uintmax_t largestManifest = std::uintmax_t{256} << 20U; // The importer reads no larger one.
 
 /// Compares two lists. Records with the same key are compared in the order in which they occur.
 template <class Record>
@@ -92,10 +90,11 @@ json::object recordsJSON(const RecordChanges& changes) {
 
 std::optional<VistrelHandoff> readManifest(const fs::path& file) {
     std::error_code error;
-    if (!fs::is_regular_file(file, error) || fs::file_size(file, error) > largestManifest || error)
+    if (!fs::is_regular_file(file, error))
         return std::nullopt;
-    std::ifstream stream(file, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    const std::string text = contentOf(file, error, largestManifest);
+    if (error)
+        return std::nullopt;
     try {
         return decodeJSON<VistrelHandoff>(text);
     } catch (const JSONDecodingError&) {

@@ -2,12 +2,10 @@
 
 #include "film/checksum_list.hpp"
 
-#include <cerrno>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <system_error>
 
+#include "film/file_content.hpp"
 #include "session/failure.hpp"
 #include "terminal/shown_text.hpp"
 
@@ -84,22 +82,6 @@ std::optional<Checksum> checksumOf(std::string_view line) {
     return Checksum{std::move(*path), *digest};
 }
 
-std::string contentOf(const fs::path& file) {
-    const auto fail = [&](int error) {
-        throw fs::filesystem_error("cannot read", file, std::error_code(error, std::generic_category()));
-    };
-    std::error_code ignored;
-    if (fs::is_directory(file, ignored))
-        fail(EISDIR);
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream)
-        fail(errno);
-    std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (stream.bad())
-        fail(EIO);
-    return text;
-}
-
 } // namespace
 
 std::string checksumLine(const Checksum& checksum) {
@@ -110,7 +92,10 @@ std::string checksumLine(const Checksum& checksum) {
 
 std::vector<Checksum> readChecksumList(const fs::path& file) {
     std::vector<Checksum> list;
-    const std::string text = contentOf(file);
+    std::error_code error;
+    const std::string text = contentOf(file, error);
+    if (error)
+        throw fs::filesystem_error("cannot read", file, error);
     std::string_view rest = text;
     for (std::size_t number = 1; !rest.empty(); ++number) {
         const std::size_t end = rest.find('\n');

@@ -4,8 +4,6 @@
 
 #include <charconv>
 #include <cstddef>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,6 +15,7 @@
 
 #include <kinovane/user_message.hpp>
 
+#include "film/file_content.hpp"
 #include "session/failure.hpp"
 #include "terminal/shown_text.hpp"
 
@@ -41,10 +40,9 @@ std::optional<std::size_t> artifactNumber(std::string_view text) {
 /// The path that the project document records for an artifact. The document has been refused by the loader,
 /// so nothing else in it is relied on.
 std::optional<std::string> recordedPath(const fs::path& project, std::size_t artifact) {
-    std::ifstream file(project, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::error_code ignored; // An empty text is no document.
     boost::system::error_code error;
-    const boost::json::value document = boost::json::parse(text, error);
+    const boost::json::value document = boost::json::parse(contentOf(project, ignored), error);
     const boost::json::value* path =
         error ? nullptr : document.find_pointer("/artifacts/" + std::to_string(artifact) + "/path", error);
     return path != nullptr && path->is_string() ? std::optional(std::string(path->get_string()))

@@ -3,11 +3,11 @@
 #include "timeline/timeline_format.hpp"
 
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <map>
 #include <string_view>
 
+#include "film/file_content.hpp"
 #include "timeline/edl_writer.hpp"
 #include "timeline/fcpxml_writer.hpp"
 #include "timeline/otio_writer.hpp"
@@ -17,16 +17,6 @@ namespace kinovane::tool {
 namespace fs = std::filesystem;
 
 namespace {
-
-/// The first bytes of a file, in which each format has its mark.
-std::string beginningOf(const fs::path& file) {
-    constexpr std::size_t length = 4096;
-    std::string bytes(length, '\0');
-    std::ifstream stream(file, std::ios::binary);
-    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(stream.gcount()));
-    return bytes;
-}
 
 bool isOTIO(const fs::path& file) {
     const std::string beginning = beginningOf(file);

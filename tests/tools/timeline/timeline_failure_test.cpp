@@ -148,6 +148,7 @@ TEST(TimelineFailure, IsToldForOutputThatMustNotBeReplaced) {
     TimelineFilm film;
     film.workspace.add("shot-clip", "clips/s1.mp4", "clip");
     fs::create_symlink(film.workspace.directory / "clips/s1.mp4", film.out / "link");
+    fs::create_hard_link(film.workspace.directory / "clips/s1.mp4", film.out / "hard-link");
     film.out.write("novel", "my novel");
     const std::string own = "--output would replace one of the film's own files: ";
     const std::string out = film.out.path().string();
@@ -162,6 +163,7 @@ TEST(TimelineFailure, IsToldForOutputThatMustNotBeReplaced) {
          own + film.folder() + "/treatment.json", true},
         {"a recorded file", film.folder() + "/clips/s1.mp4", own + film.folder() + "/clips/s1.mp4", true},
         {"a link to a recorded file", out + "/link", own + out + "/link", true},
+        {"a hard link to a recorded file", out + "/hard-link", own + out + "/hard-link", true},
         {"a folder", out,
          "--output is a folder: " + out + "\nNext: kinovane timeline --output " + out + "/timeline.otio",
          true},

@@ -37,6 +37,7 @@ void describeStoryboard(CLI::App& command, StoryboardRequest& request) {
             "The film's folder, the run.json in it, or a handoff manifest (default: the current folder)")
         ->type_name("");
     command.add_option("--output", request.output, "Where to store the page")->type_name("PAGE")->required();
+    command.add_flag("--force", request.force, "Replace a file of another kind");
     command.add_flag("--open", request.open, "Open the page in the browser");
     command.add_flag("--verify", request.verify, "Examine every recorded file, and show its state");
     command

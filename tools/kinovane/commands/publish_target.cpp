@@ -4,10 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdint>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -18,9 +15,9 @@
 #include <boost/json/value.hpp>
 
 #include "commands/manifest_changes.hpp"
+#include "film/file_content.hpp"
+#include "film/handoff_file.hpp"
 #include "film/output_file.hpp"
-#include "session/failure.hpp"
-#include "terminal/shown_text.hpp"
 
 namespace kinovane::tool {
 
@@ -33,12 +30,10 @@ std::error_code lastError() { return {errno, std::generic_category()}; }
 /// Whether the file is JSON of any version of the handoff contract.
 bool isHandoffManifest(const fs::path& file) {
     constexpr std::string_view contract = "quexrun/film-vistrel-handoff.";
-    constexpr std::uintmax_t largest = std::uintmax_t{256} << 20U; // The importer reads no larger one.
     std::error_code error;
-    if (fs::file_size(file, error) > largest || error)
+    const std::string text = contentOf(file, error, largestManifest);
+    if (error)
         return false;
-    std::ifstream stream(file, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
     boost::system::error_code invalid;
     const boost::json::value document = boost::json::parse(text, invalid);
     if (invalid || !document.is_object())
@@ -52,9 +47,8 @@ constexpr OutputKind manifestKind{"publish", "handoff manifest", manifestName, i
 
 /// The folder in which the first file or folder is created when the target is written.
 fs::path folderToWriteIn(const fs::path& target) {
+    const fs::path folder = folderOf(target);
     std::error_code ignored;
-    const fs::path file = fs::canonical(target, ignored); // A link is followed when it is written to.
-    const fs::path folder = (ignored ? target : file).parent_path();
     // Only a missing folder is created; for any other reason the attempt to write tells what is wrong.
     return fs::status(folder, ignored).type() == fs::file_type::not_found &&
                    ignored == std::errc::no_such_file_or_directory
@@ -86,7 +80,7 @@ PublishTarget::PublishTarget(const PublishRequest& request, const FilmWorkspaceS
         manifest_ = folder_.emplace().path() / manifestName;
     } else {
         manifest_ = request.manifest ? outputPath(*request.manifest, manifestKind) : usual;
-        requireReplaceable(manifest_, request.manifest ? "--output" : "the manifest", film, request.force,
+        requireReplaceable(manifest_, request.manifest ? "--output" : "the manifest", &film, request.force,
                            manifestKind);
         previous_ = readManifest(manifest_);
     }
@@ -97,22 +91,8 @@ PublishTarget::PublishTarget(const PublishRequest& request, const FilmWorkspaceS
 }
 
 void PublishTarget::requireWritable() const {
-    if (isStandardOutput_)
-        return;
-    const fs::path folder = folderToWriteIn(manifest_);
-    std::error_code ignored;
-    if (const auto type = fs::status(folder, ignored).type();
-        type == fs::file_type::not_found && ignored == std::errc::no_such_file_or_directory)
-        throw CommandError(
-            ExitStatus::fileSystem,
-            "the folder of the manifest does not exist: " + shownPath(manifest_.parent_path().string()) +
-                "\nNext: mkdir -p " + shownPath(manifest_.parent_path().string()));
-    std::string name = (folder / ".kinovane-XXXXXX").string();
-    const int descriptor = ::mkstemp(name.data());
-    if (descriptor < 0)
-        throw fs::filesystem_error("cannot write to the folder of the manifest", folder, lastError());
-    ::close(descriptor);
-    ::unlink(name.c_str());
+    if (!isStandardOutput_)
+        tool::requireWritable(manifest_, folderToWriteIn(manifest_), "manifest");
 }
 
 } // namespace kinovane::tool

@@ -12,9 +12,6 @@
 
 namespace kinovane::tool {
 
-/// The name of the manifest in a film's folder.
-inline constexpr const char* manifestName = "vistrel-handoff.json";
-
 /// A new folder for temporary files, removed with its content by the destructor.
 class TemporaryFolder {
   public:

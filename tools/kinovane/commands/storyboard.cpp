@@ -29,6 +29,7 @@ namespace {
 struct Result {
     const StoryboardRequest& request;
     const StoryboardSource& source;
+    const fs::path& page;
     const Storyboard& storyboard;
     const std::vector<AssetFile>& files;
     PageMedia::Counts media;
@@ -76,7 +77,7 @@ struct Result {
         return {{"version", 1},
                 {"film", source.film ? json::value(source.film->root.string()) : json::value()},
                 {"title", storyboard.title},
-                {"page", fs::absolute(request.output).lexically_normal().string()},
+                {"page", page.string()},
                 {"bytes", bytes},
                 {"shots", storyboard.shots.size()},
                 {"files", files.size()},
@@ -109,27 +110,27 @@ std::vector<AssetFile> filesOf(const Storyboard& storyboard, const StoryboardSou
 } // namespace
 
 ExitStatus storyboard(const StoryboardRequest& request, const Session& session) {
-    if (request.output.empty() || request.output == "-")
+    if (request.output == "-")
         throw UsageError("--output is the path of a page, such as storyboard.html");
     const Console& console = session.console;
     const StoryboardSource source = loadStoryboardSource(request.film);
-    requireReplaceable(source, request.output);
+    const fs::path target = pageTarget(source, request.output, request.force);
     if (!source.film && request.verify)
         throw CommandError(ExitStatus::workspace,
                            shownPath(source.manifest.string()) +
                                ": the film's folder was not found, so that no file can be verified");
     const Storyboard storyboard = contentOf(source);
     const std::vector<AssetFile> files = filesOf(storyboard, source, request, session);
-    const PageMedia media =
-        source.film ? PageMedia(storyboard, files, source.film->root, request.output, request.embedLimit)
-                    : PageMedia(storyboard);
+    const PageMedia media = source.film
+                                ? PageMedia(storyboard, files, source.film->root, target, request.embedLimit)
+                                : PageMedia(storyboard);
     const std::string page =
         storyboardPage({storyboard, files, media, request.verify, source.film.has_value()});
-    writeFile(request.output, page);
+    writeFile(target, page);
 
-    const Result result{request, source, storyboard, files, media.counts(), page.size()};
+    const fs::path written = target.lexically_normal();
+    const Result result{request, source, written, storyboard, files, media.counts(), page.size()};
     console.step(result.summary());
-    const fs::path written = fs::absolute(request.output).lexically_normal();
     if (request.open)
         openWithSystem(fs::canonical(written), session.stop); // Its links are relative to this path.
     if (console.options().json)

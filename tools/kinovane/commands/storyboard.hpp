@@ -15,6 +15,7 @@ struct StoryboardRequest {
     std::uint64_t embedLimit = 16'000'000; ///< Bytes.
     bool verify = false;
     bool open = false;
+    bool force = false; ///< Replace a file of another kind.
     unsigned workers = 1;
 };
 

@@ -32,20 +32,19 @@ std::optional<fs::path> targetOf(const TimelineRequest& request, const TimelineF
     if (request.output == "-")
         return std::nullopt;
     fs::path target = outputPath(request.output, format.output);
-    requireReplaceable(target, "--output", film, request.force, format.output);
+    requireReplaceable(target, "--output", &film, request.force, format.output);
     return target;
 }
 
 /// The folder from which relative references lead.
-std::optional<fs::path> folderOf(const TimelineRequest& request, const std::optional<fs::path>& target) {
+std::optional<fs::path> referenceFolder(const TimelineRequest& request,
+                                        const std::optional<fs::path>& target) {
     if (request.references != "relative")
         return std::nullopt;
     if (!target)
         throw UsageError(
             "--references relative needs a file as --output: references are relative to its folder");
-    std::error_code ignored;
-    const fs::path file = fs::canonical(*target, ignored); // A link is followed when it is written to.
-    return (ignored ? *target : file).parent_path();
+    return folderOf(*target);
 }
 
 std::optional<FrameRate> rateOf(const TimelineRequest& request) {
@@ -59,7 +58,7 @@ ExitStatus timeline(const TimelineRequest& request, const Session& session) {
     const TimelineFormat& format = timelineFormat(request.format);
     const FilmWorkspaceSnapshot film = loadFilm(request.film);
     const std::optional<fs::path> target = targetOf(request, format, film);
-    MediaFiles files(film, folderOf(request, target), session.stop);
+    MediaFiles files(film, referenceFolder(request, target), session.stop);
     const Edit edit = editOf(film, rateOf(request), files);
     const std::string document = format.document(edit);
     const TimelineReport report{edit, files.remarks()};

@@ -2,7 +2,11 @@
 
 #include "film/output_file.hpp"
 
+#include <cerrno>
+#include <cstdlib>
 #include <system_error>
+
+#include <unistd.h>
 
 #include "film/own_files.hpp"
 #include "session/failure.hpp"
@@ -43,10 +47,10 @@ fs::path outputPath(const fs::path& output, const OutputKind& kind) {
     return path;
 }
 
-void requireReplaceable(const fs::path& target, const std::string& subject, const FilmWorkspaceSnapshot& film,
+void requireReplaceable(const fs::path& target, const std::string& subject, const FilmWorkspaceSnapshot* film,
                         bool force, const OutputKind& kind) {
     const std::string shownTarget = shownPath(target.string());
-    if (isOwnFile(film, target))
+    if (film != nullptr && isOwnFile(*film, target))
         throw UsageError(subject + " would replace one of the film's own files: " + shownTarget);
     std::error_code ignored; // What cannot be reached is reported when it is written to.
     const fs::file_type type = fs::status(target, ignored).type();
@@ -61,6 +65,28 @@ void requireReplaceable(const fs::path& target, const std::string& subject, cons
         throw UsageError(subject + " would replace a file that is no " + std::string(kind.name) + ": " +
                          shownTarget + "\nNext: kinovane " + std::string(kind.command) +
                          " --force, if the file may be replaced");
+}
+
+fs::path folderOf(const fs::path& target) {
+    std::error_code ignored;
+    const fs::path file = fs::canonical(target, ignored);
+    return (ignored ? target : file).parent_path();
+}
+
+void requireWritable(const fs::path& target, const fs::path& folder, std::string_view name) {
+    std::error_code ignored;
+    if (const auto type = fs::status(folder, ignored).type();
+        type == fs::file_type::not_found && ignored == std::errc::no_such_file_or_directory)
+        throw CommandError(ExitStatus::fileSystem,
+                           "the folder of the " + std::string(name) +
+                               " does not exist: " + shownPath(target.parent_path().string()) +
+                               "\nNext: mkdir -p " + shownPath(target.parent_path().string()));
+    std::string file = (folder / ".kinovane-XXXXXX").string();
+    const int descriptor = ::mkstemp(file.data());
+    if (descriptor < 0)
+        throw fs::filesystem_error("cannot write", folder, std::error_code(errno, std::generic_category()));
+    ::close(descriptor);
+    ::unlink(file.c_str());
 }
 
 } // namespace kinovane::tool

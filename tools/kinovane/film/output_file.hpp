@@ -24,8 +24,19 @@ struct OutputKind {
 std::filesystem::path outputPath(const std::filesystem::path& output, const OutputKind& kind);
 
 /// Throws UsageError for a target that must not be replaced: one of the film's own files, anything that is no
-/// regular file, and, unless forced, a file of another kind. `subject` is what names the target in messages.
+/// regular file, and, unless forced, a file of another kind. `subject` is what names the target in messages;
+/// `film` is null when there is none.
 void requireReplaceable(const std::filesystem::path& target, const std::string& subject,
-                        const FilmWorkspaceSnapshot& film, bool force, const OutputKind& kind);
+                        const FilmWorkspaceSnapshot* film, bool force, const OutputKind& kind);
+
+/// Creates and removes a file where `target` will be stored, so that a folder that cannot be written to is
+/// reported before the work begins. `folder` is the one in which the first file or folder is created; `name`
+/// is that of the output in the message. Throws CommandError (`fileSystem`) when the folder does not exist,
+/// and std::filesystem::filesystem_error.
+void requireWritable(const std::filesystem::path& target, const std::filesystem::path& folder,
+                     std::string_view name);
+
+/// The folder of the file that is written as `target`: a link is followed.
+std::filesystem::path folderOf(const std::filesystem::path& target);
 
 } // namespace kinovane::tool

@@ -9,6 +9,7 @@
 #include <kinovane/handoff.hpp>
 #include <kinovane/version.hpp>
 
+#include "film/file_content.hpp"
 #include "storyboard/page_parts.hpp"
 #include "storyboard/page_sections.hpp"
 
@@ -41,12 +42,20 @@ Html policy(const Html& style, const Html& script) {
                 << "\n";
 }
 
+constexpr Markup doctype = "<!DOCTYPE html>\n";
+constexpr Markup generator = R"(<meta name="generator" content="kinovane storyboard">)";
+
 void addLink(Html& html, const Html& section, Markup target, Markup name) {
     if (!section.empty())
         html << R"(<li><a href="#)" << target << R"(">)" << name << "</a></li>";
 }
 
 } // namespace
+
+bool isStoryboardPage(const std::filesystem::path& file) {
+    const std::string beginning = beginningOf(file);
+    return beginning.starts_with(doctype.text()) && beginning.find(generator.text()) != std::string::npos;
+}
 
 std::string storyboardPage(const PageContent& content) {
     const TimelineLayout layout(content.storyboard);
@@ -62,8 +71,9 @@ std::string storyboardPage(const PageContent& content) {
     script << pageScript;
 
     Html page;
-    page << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-         << policy(style, script) << R"(<meta name="viewport" content="width=device-width, initial-scale=1">)"
+    page << doctype << "<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+         << policy(style, script) << generator << "\n"
+         << R"(<meta name="viewport" content="width=device-width, initial-scale=1">)"
          << R"(<meta name="color-scheme" content="light dark"><meta name="referrer" content="no-referrer">)"
          << R"(<link rel="icon" href="data:,"><title>)" << Text(content.storyboard.title)
          << " – storyboard</title>\n<style>" << style << "</style>\n</head>\n<body>\n"

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,9 @@ struct PageContent {
     bool isVerified = false;
     bool hasFilm = true; ///< Whether the film's folder was found.
 };
+
+/// Whether the file begins as a page of storyboardPage, of this version or another one.
+bool isStoryboardPage(const std::filesystem::path& file);
 
 /// The whole page: one HTML document that loads nothing but the linked files of the film. Its security policy
 /// permits only its own script and style sheet.

@@ -2,18 +2,17 @@
 
 #include "storyboard/storyboard_source.hpp"
 
-#include <cerrno>
-#include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <system_error>
+#include <utility>
 
-#include <unistd.h>
-
+#include "film/file_content.hpp"
 #include "film/film_location.hpp"
+#include "film/handoff_file.hpp"
+#include "film/output_file.hpp"
 #include "film/own_files.hpp"
 #include "session/failure.hpp"
+#include "storyboard/page.hpp"
 #include "storyboard/storyboard.hpp"
 #include "terminal/shown_text.hpp"
 
@@ -23,22 +22,17 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::uintmax_t largestManifest = std::uintmax_t{256} << 20U; // The importer reads no larger one.
-constexpr const char* manifestName = "vistrel-handoff.json";
-
 CommandError unreadable(const fs::path& file, const std::string& reason) {
     return {ExitStatus::workspace, shownPath(fs::absolute(file).lexically_normal().string()) + ": " + reason};
 }
 
 VistrelHandoff readHandoff(const fs::path& file) {
     std::error_code error;
-    if (fs::file_size(file, error) > largestManifest && !error)
+    const std::string text = contentOf(file, error, largestManifest);
+    if (error == std::errc::file_too_large)
         throw unreadable(file, "it is too large for a handoff manifest");
-    errno = 0;
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream)
-        throw unreadable(file, std::generic_category().message(errno));
-    const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    if (error)
+        throw unreadable(file, error.message());
     try {
         return decodeJSON<VistrelHandoff>(text);
     } catch (const JSONDecodingError& invalid) {
@@ -55,6 +49,21 @@ std::optional<FilmWorkspaceSnapshot> filmOf(const std::string& projectId, const 
     } catch (const FilmProjectError&) { // NOLINT(bugprone-empty-catch): the manifest does without the film
     }
     return std::nullopt;
+}
+
+constexpr OutputKind pageKind{"storyboard", "storyboard page", "storyboard.html", isStoryboardPage};
+
+/// The film with the handoff manifest and the files that only the handoff records, so that they count as the
+/// film's own files.
+std::optional<FilmWorkspaceSnapshot> withHandedOverFiles(const StoryboardSource& source) {
+    std::optional<FilmWorkspaceSnapshot> film = source.film;
+    if (!film)
+        return film;
+    if (source.handoff)
+        for (FilmArtifact& artifact : artifactsOf(*source.handoff))
+            film->project.artifacts.push_back(std::move(artifact));
+    film->project.artifacts.emplace_back().path = manifestName;
+    return film;
 }
 
 } // namespace
@@ -76,30 +85,14 @@ StoryboardSource loadStoryboardSource(const fs::path& location) {
     return source;
 }
 
-void requireReplaceable(const StoryboardSource& source, const fs::path& output) {
-    const std::string shownOutput = shownPath(fs::absolute(output).string());
-    if (source.handoff && isSameFile(source.manifest, output))
-        throw UsageError("--output would replace the manifest: " + shownOutput);
-    if (source.film) {
-        FilmWorkspaceSnapshot film = *source.film;
-        if (source.handoff)
-            for (FilmArtifact& artifact : artifactsOf(*source.handoff))
-                film.project.artifacts.push_back(std::move(artifact));
-        if (isOwnFile(film, output) || isSameFile(film.root / manifestName, output))
-            throw UsageError("--output would replace one of the film's own files: " + shownOutput);
-    }
-    std::error_code error;
-    const bool isFolder = !output.has_filename() || fs::is_directory(output, error);
-    if (isFolder)
-        throw UsageError("--output is a folder: " + shownOutput + "\nNext: --output " +
-                         shownPath((output / "storyboard.html").string()));
-    const fs::path folder = fs::absolute(output).parent_path();
-    if (!fs::exists(folder, error))
-        throw CommandError(ExitStatus::fileSystem,
-                           "the folder of the page does not exist: " + shownPath(folder.string()) +
-                               "\nNext: mkdir -p " + shownPath(folder.string()));
-    if (::access(folder.c_str(), W_OK) != 0)
-        throw fs::filesystem_error("cannot write", folder, std::error_code(errno, std::generic_category()));
+fs::path pageTarget(const StoryboardSource& source, const fs::path& output, bool force) {
+    fs::path target = outputPath(output, pageKind);
+    if (source.handoff && isSameFile(source.manifest, target))
+        throw UsageError("--output would replace the manifest: " + shownPath(target.string()));
+    const std::optional<FilmWorkspaceSnapshot> film = withHandedOverFiles(source);
+    requireReplaceable(target, "--output", film ? &*film : nullptr, force, pageKind);
+    requireWritable(target, folderOf(target), "page");
+    return target;
 }
 
 } // namespace kinovane::tool

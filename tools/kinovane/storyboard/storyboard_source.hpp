@@ -24,8 +24,10 @@ struct StoryboardSource {
 /// Throws CommandError (`workspace`) for a film or a manifest that cannot be read.
 StoryboardSource loadStoryboardSource(const std::filesystem::path& location);
 
-/// Throws UsageError when output to this path would replace one of the film's own files, the manifest that
-/// was read, or a folder; and CommandError (`fileSystem`) when its folder does not exist.
-void requireReplaceable(const StoryboardSource& source, const std::filesystem::path& output);
+/// The absolute path of the page. Throws UsageError when it would replace the manifest that was read, one of
+/// the film's own files, its handoff manifest, anything that is no regular file, or, unless forced, a file
+/// that is no page; and CommandError (`fileSystem`) when its folder does not exist.
+std::filesystem::path pageTarget(const StoryboardSource& source, const std::filesystem::path& output,
+                                 bool force);
 
 } // namespace kinovane::tool

@@ -11,6 +11,7 @@
 #include "arguments/argument_checks.hpp"
 #include "arguments/help_footers.hpp"
 #include "arguments/storyboard_description.hpp"
+#include "arguments/timeline_description.hpp"
 
 namespace kinovane::tool {
 
@@ -147,27 +148,10 @@ class Description {
         option(copy, "FILM", requests_.copy.film, "", "The film's folder, or the run.json in it")->required();
         option(copy, "TARGET", requests_.copy.target, "", "The folder of the copy")->required();
 
-        addTimeline(group);
-    }
-
-    void addTimeline(const char* group) {
         CLI::App& timeline =
             add("timeline", "Write the film as a timeline for an editing program", group, timelineFooter);
-        TimelineRequest& request = requests_.timeline;
-        film(timeline, request.film);
-        option(timeline, "--format", request.format, "FORMAT",
-               "The format: otio (OpenTimelineIO), edl (CMX3600) or fcpxml (1.9)")
-            ->required()
-            ->check([](const std::string& text) { return choiceError(text, {"edl", "fcpxml", "otio"}); });
-        option(timeline, "--output", request.output, "FILE", "Where to store it (- for standard output)")
-            ->required();
-        option(timeline, "--references", request.references, "HOW",
-               "How to refer to the film's files: absolute, or relative to the timeline (default: absolute)")
-            ->check([](const std::string& text) { return choiceError(text, {"absolute", "relative"}); });
-        option(timeline, "--frame-rate", request.frameRate, "RATE",
-               "Frames per second, such as 25, 23.976 or 24000/1001 (default: as the film's plan has it)")
-            ->check(frameRateError);
-        timeline.add_flag("--force", request.force, "Replace a file of another kind");
+        film(timeline, requests_.timeline.film);
+        describeTimeline(timeline, requests_.timeline);
     }
 
     void addProducing() {

@@ -34,8 +34,8 @@ expect Runtime "$libdir/$realName" "$libdir/$soname"
 expect Development "$libdir/$linkName" "${headers[@]}" "$libdir/pkgconfig/kinovane-core.pc" \
     "${package}Config.cmake" "${package}ConfigVersion.cmake" "${package}-shared.cmake" "${package}-shared-CONFIG.cmake"
 manuals=()
-for page in '' -{status,inspect,shots,artifacts,open,verify,publish,copy,timeline,plan,approve,advance,review,reroll,recover,export} \
-    -{doctor,help,completion,manual}; do
+for page in '' -{status,inspect,shots,artifacts,open,storyboard,verify,publish,copy,timeline,plan,approve,advance} \
+    -{review,reroll,recover,export,doctor,help,completion,manual}; do
     manuals+=("share/man/man1/kinovane$page.1")
 done
 expect Tools bin/kinovane "${manuals[@]}" share/bash-completion/completions/kinovane \

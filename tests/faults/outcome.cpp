@@ -10,6 +10,11 @@
 
 namespace kinovane::test {
 
+bool namesPath(const std::string& text, const std::filesystem::path& path) {
+    return text.find("[" + path.string() + "]") != std::string::npos ||
+           text.find("[\"" + path.string() + "\"]") != std::string::npos;
+}
+
 Outcome outcomeOf(const std::function<std::string()>& operation) {
     using Kind = Outcome::Kind;
     try {

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <system_error>
@@ -18,6 +19,9 @@ struct Outcome {
 
     bool operator==(const Outcome&) const = default;
 };
+
+/// Whether the text of a std::filesystem::filesystem_error names this path. Some standard libraries quote it.
+bool namesPath(const std::string& text, const std::filesystem::path& path);
 
 /// Runs an operation that returns its result as text.
 Outcome outcomeOf(const std::function<std::string()>& operation);

@@ -69,8 +69,7 @@ class VerifyFaults : public testing::Test {
 
     bool namesAnArtifactOrTheRoot(const std::string& text) const {
         const auto& artifacts = maker.snapshot.project.artifacts;
-        return text.find(maker.directory.path().string() + "]") != std::string::npos ||
-               text.find("[/]") != std::string::npos ||
+        return namesPath(text, maker.directory.path()) || namesPath(text, "/") ||
                std::any_of(artifacts.begin(), artifacts.end(), [&](const FilmArtifact& artifact) {
                    return text.find(artifact.path) != std::string::npos;
                });

@@ -117,7 +117,7 @@ class WriteFaults : public testing::Test {
     void checkNamed(const fs::path& to, const std::string& text) const {
         const std::set<fs::path> locations{to, to.parent_path(), directory / "second", manifest, output};
         EXPECT_TRUE(std::any_of(locations.begin(), locations.end(), [&](const fs::path& location) {
-            return text.find(location.string() + "]") != std::string::npos;
+            return namesPath(text, location);
         })) << text;
     }
 

@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <span>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -16,6 +15,7 @@
 #include <kinovane/handoff.hpp>
 #include <kinovane/workspace.hpp>
 
+#include "support/joining_thread.hpp"
 #include "support/sample_film.hpp"
 
 namespace kinovane::test {
@@ -71,7 +71,7 @@ TEST_P(StandardDescriptors, DoNotDamageManifestsOfSeveralThreads) {
     EXPECT_EQ(withClosed(GetParam(),
                          [&] {
                              std::array<std::string, threads> differences;
-                             std::vector<std::jthread> writers;
+                             std::vector<JoiningThread> writers;
                              for (std::size_t number = 0; number < threads; ++number)
                                  writers.emplace_back([&, number] {
                                      const fs::path manifest = directory / std::to_string(number);

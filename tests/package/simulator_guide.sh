@@ -22,7 +22,7 @@ in_program() {
     # Variables, and the file of pi. The film tool also prints two variables, which are meant for the coding agent.
     grep -ohE '"([A-Z]+(_[A-Z]+)+|VERSION)"' "$source/simulators/$1"/*.cpp | tr -d '"' |
         grep -vxE 'QUEX_FILM_TOOLS_(PLUGIN|RUN_MANIFEST)' || true
-    variable=${1^^}_MISBEHAVE
+    variable=$(tr a-z A-Z <<<"$1")_MISBEHAVE
     case $1 in
     film) set -- film recover "$PWD/run.json" ;;
     vistrel) set -- vistrel production import-film "$PWD/handoff.json" --output json ;;

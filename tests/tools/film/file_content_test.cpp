@@ -47,6 +47,7 @@ TEST(FileContent, IsEmptyWhenItCannotBeRead) {
         {"no file", directory / "none", std::errc::no_such_file_or_directory},
         {"a file in place of a folder", directory / "file/none", std::errc::not_a_directory},
         {"a larger file", directory / "file", std::errc::file_too_large},
+        {"a file without a size and without an end", "/dev/zero", std::errc::file_too_large},
     };
     for (const auto& [sentence, file, expected] : rows) {
         std::error_code error;

@@ -31,6 +31,8 @@ std::string contentOf(const fs::path& file, std::error_code& error, std::uintmax
     do {
         stream.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
         content.append(chunk.data(), static_cast<std::size_t>(stream.gcount()));
+        if (content.size() > largest) // It has no size, or has grown.
+            return fail(std::errc::file_too_large);
     } while (stream);
     return stream.bad() ? fail(std::errc::io_error) : content;
 }

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <concepts>
 #include <memory>
 #include <utility>
 #include <version>
@@ -57,11 +58,11 @@ class KINOVANE_EXPORT StopToken {
     StopToken() noexcept = default;
 
 #if defined(__cpp_lib_jthread)
-    /// Asks as soon as `token` does. Throws std::bad_alloc.
-    StopToken(std::stop_token token) { // NOLINT(google-explicit-constructor): accepted wherever this is
-        if (token.stop_possible())
-            state_ = std::make_shared<Linked>(std::move(token))->shareState();
-    }
+    /// Asks as soon as `token` does. Throws std::bad_alloc. A template, so that a source that converts no
+    /// token does not compile what follows one.
+    template <std::convertible_to<std::stop_token> Token>
+    StopToken(Token token) // NOLINT(google-explicit-constructor): accepted wherever this is
+        : state_(follow<detail::StopState>(std::move(token))) {}
 #endif
 
     /// Whether a stop was requested.
@@ -78,17 +79,23 @@ class KINOVANE_EXPORT StopToken {
     explicit StopToken(std::shared_ptr<detail::StopState> state) noexcept : state_(std::move(state)) {}
 
 #if defined(__cpp_lib_jthread)
-    struct Request {
-        detail::StopState* state;
-        void operator()() const noexcept { state->request(); }
-    };
-    /// A state that follows a token of the standard library.
-    struct Linked : std::enable_shared_from_this<Linked> {
-        explicit Linked(std::stop_token token) : callback(std::move(token), Request{&state}) {}
-        std::shared_ptr<detail::StopState> shareState() { return {this->shared_from_this(), &state}; }
-        detail::StopState state;
-        std::stop_callback<Request> callback;
-    };
+    /// A state that follows a token of the standard library; null if that one never asks.
+    template <class State>
+    static std::shared_ptr<State> follow(std::stop_token token) {
+        struct Request {
+            State* state;
+            void operator()() const noexcept { state->request(); }
+        };
+        struct Link {
+            explicit Link(std::stop_token followed) : callback(std::move(followed), Request{&state}) {}
+            State state;
+            std::stop_callback<Request> callback;
+        };
+        if (!token.stop_possible())
+            return nullptr;
+        const auto link = std::make_shared<Link>(std::move(token));
+        return {link, &link->state};
+    }
 #endif
 
     std::shared_ptr<detail::StopState> state_;
@@ -98,7 +105,7 @@ class KINOVANE_EXPORT StopToken {
 class KINOVANE_EXPORT StopSource {
   public:
     /// Throws std::bad_alloc.
-    StopSource() : state_(std::make_shared<detail::StopState>()) {}
+    StopSource();
 
     /// Asks every operation that has a token of this source. Returns whether this was the first request. Does
     /// not wait for the operations to end: their tasks tell when they have.

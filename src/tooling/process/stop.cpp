@@ -7,7 +7,9 @@
 
 #include <kinovane/stop.hpp>
 
-namespace kinovane::detail {
+namespace kinovane {
+
+namespace detail {
 
 struct StopState::Members {
     std::atomic<bool> requested = false;
@@ -44,4 +46,8 @@ void StopState::remove(Listener& listener) noexcept {
     std::erase(members_->listeners, &listener);
 }
 
-} // namespace kinovane::detail
+} // namespace detail
+
+StopSource::StopSource() : state_(std::make_shared<detail::StopState>()) {}
+
+} // namespace kinovane

@@ -95,7 +95,7 @@ TEST(SpawnFaults, AreReportedForAShortRun) {
 
 // More than a pipe holds, so that the program may still be writing when the run ends.
 TEST(SpawnFaults, AreReportedForARunWithMuchOutput) {
-    sweepOf("running a program with much output", {"flood", "1100000"}).run();
+    sweepOf("running a program with much output", {"flood", "300000"}).run();
 }
 
 TEST(SpawnFaults, AreReportedForAFailingProgram) {

@@ -37,6 +37,7 @@ enum class Call : std::size_t {
     mkdir,
     getcwd,
     realpath,
+    getentropy,
     pipe2,
     fcntl,
     poll,
@@ -46,11 +47,12 @@ enum class Call : std::size_t {
     pthreadCreate,
 };
 
-inline constexpr std::array<std::string_view, 29> callNames{
-    "open",     "openat",   "openat2",     "create",      "read",           "write",    "close", "fstat",
-    "fstatat",  "fstatfs",  "stat",        "lstat",       "access",         "fchmod",   "fsync", "renameat",
-    "unlinkat", "readlink", "readlinkat",  "mkdir",       "getcwd",         "realpath", "pipe2", "fcntl",
-    "poll",     "waitpid",  "spawn setup", "posix_spawn", "pthread_create",
+inline constexpr std::array<std::string_view, 30> callNames{
+    "open",       "openat", "openat2", "create",      "read",        "write",
+    "close",      "fstat",  "fstatat", "fstatfs",     "stat",        "lstat",
+    "access",     "fchmod", "fsync",   "renameat",    "unlinkat",    "readlink",
+    "readlinkat", "mkdir",  "getcwd",  "realpath",    "getentropy",  "pipe2",
+    "fcntl",      "poll",   "waitpid", "spawn setup", "posix_spawn", "pthread_create",
 };
 static_assert(static_cast<std::size_t>(Call::pthreadCreate) + 1 == callNames.size());
 

@@ -19,6 +19,7 @@
 #include <linux/openat2.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/vfs.h>
@@ -88,6 +89,8 @@ std::vector<CallRow> fileRows() {
         {"stat", Call::stat, errnoAfter([] { return ::stat("/", &status); })},
         {"faccessat", Call::faccessat,
          errnoAfter([] { return ::faccessat(AT_FDCWD, "/", X_OK, AT_EACCESS); })},
+        {"getentropy", Call::getentropy,
+         errnoAfter([] { return ::getentropy(buffer.data(), buffer.size()); })},
         {"fchmod", Call::fchmod, errnoAfter([] { return ::fchmod(-1, 0600); })},
         {"fsync", Call::fsync, errnoAfter([] { return ::fsync(-1); })},
         {"renameat", Call::renameat, errnoAfter([] { return ::renameat(AT_FDCWD, "", AT_FDCWD, ""); })},

@@ -36,6 +36,7 @@ const std::vector<FaultRow>& faultTable() {
         {Call::mkdir, {EACCES, EIO, ENOSPC, EDQUOT, EROFS, EMLINK, ENOMEM}, {}},
         {Call::getcwd, {ENOENT, EACCES, ENOMEM}, {}},
         {Call::realpath, {EACCES, EIO, ENOMEM, ESTALE}, {}},
+        {Call::getentropy, {ENOSYS, EIO, EPERM}, {}},
         {Call::pipe2, {EMFILE, ENFILE}, {}},
         {Call::fcntl, {EBADF, EMFILE, EPERM, EBUSY, EINVAL}, {}},
         {Call::poll, {ENOMEM, EAGAIN, EINTR}, {}},

@@ -8,6 +8,7 @@
 #include <cstdlib>
 
 #include <fcntl.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
@@ -141,6 +142,11 @@ ssize_t readlinkat(int directory, const char* path, char* target, std::size_t si
 int mkdir(const char* path, mode_t mode) noexcept {
     static const auto next = nextOf<decltype(::mkdir)>("mkdir");
     return callOrFail(Call::mkdir, [&] { return next(path, mode); });
+}
+
+int getentropy(void* buffer, std::size_t size) {
+    static const auto next = nextOf<decltype(::getentropy)>("getentropy");
+    return callOrFail(Call::getentropy, [&] { return next(buffer, size); });
 }
 
 char* getcwd(char* buffer, std::size_t size) noexcept {

@@ -6,13 +6,13 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
-#include <random>
 #include <string>
 #include <system_error>
 #include <utility>
 #include <vector>
 
 #include <fcntl.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -67,10 +67,16 @@ Descriptor openDirectory(const fs::path& directory) {
     return descriptor;
 }
 
-/// Not derived from the target's name, which may already have the maximum length.
-std::string temporaryName(std::random_device& random) {
+constexpr const char* cannotCreate = "cannot create a temporary file beside";
+
+/// Not derived from the target's name, which may already have the maximum length. std::random_device would
+/// open a file with some C++ libraries, and its errors would not name the target.
+std::string temporaryName(const fs::path& target) {
+    std::array<unsigned, 2> random{};
+    if (::getentropy(random.data(), sizeof random) != 0)
+        fail(cannotCreate, target, errno);
     std::array<char, 40> name{};
-    std::snprintf(name.data(), name.size(), ".kinovane-%08x%08x.tmp", random(), random());
+    std::snprintf(name.data(), name.size(), ".kinovane-%08x%08x.tmp", random[0], random[1]);
     return name.data();
 }
 
@@ -118,12 +124,11 @@ void AtomicFile::createTemporaryFile() {
     // Not openAboveStandard, which may call `openat` several times and so create several files.
     const ReservedStandardDescriptors reserved;
     if (reserved.error() != 0)
-        fail("cannot create a temporary file beside", target_, reserved.error());
+        fail(cannotCreate, target_, reserved.error());
     std::vector<Descriptor> low; // These numbers stay in use until a higher one is found, as there.
-    std::random_device random;
     for (int attempt = 0; attempt < maximumAttempts; ++attempt) {
         // Assigned before the file is created: if the allocation failed afterwards, the file would be left.
-        temporaryName_ = temporaryName(random);
+        temporaryName_ = temporaryName(target_);
         // O_RDWR for `read`: the final mode may not allow to open the file for reading.
         constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
         file_ = Descriptor(retryInterrupted(
@@ -137,7 +142,7 @@ void AtomicFile::createTemporaryFile() {
             low.push_back(std::move(file_));
         }
     }
-    fail("cannot create a temporary file beside", target_, errno);
+    fail(cannotCreate, target_, errno);
 }
 
 void AtomicFile::write(std::string_view content) {

@@ -4,6 +4,8 @@
 #include <map>
 #include <set>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 #include <tuple>
 
 #include <boost/json.hpp>
@@ -37,16 +39,16 @@ const std::map<std::string, std::set<std::string>> fields{
 std::string text(const json::value& value) { return std::string(value.as_string()); }
 
 /// The object, which must be of this class and have all of its fields and no others.
-const json::object& object(const json::value& value, const std::string& schema) {
+const json::object& object(const json::value& value, std::string_view schema) {
     const json::object& found = value.as_object();
     if (text(found.at("OTIO_SCHEMA")) != schema)
-        fail("a " + text(found.at("OTIO_SCHEMA")) + " in place of a " + schema);
+        fail("a " + text(found.at("OTIO_SCHEMA")) + " in place of a " + std::string(schema));
     std::set<std::string> names;
     for (const json::key_value_pair& member : found)
         names.insert(std::string(member.key()));
     names.erase("OTIO_SCHEMA");
-    if (names != fields.at(schema))
-        fail("the fields of a " + schema);
+    if (names != fields.at(std::string(schema)))
+        fail("the fields of a " + std::string(schema));
     return found;
 }
 

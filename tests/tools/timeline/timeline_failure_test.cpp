@@ -129,7 +129,10 @@ TEST(TimelineFailure, IsToldForWhatAnEDLCannotHold) {
          {},
          "an EDL holds less than 24 hours\nNext: kinovane timeline --format otio"},
         {"1000 shots",
-         [](TimelineFilm& film) { film.plan().shots.assign(1000, film.plan().shots[0]); },
+         [](TimelineFilm& film) {
+             const FilmProductionShot shot = film.plan().shots[0];
+             film.plan().shots.assign(1000, shot);
+         },
          {},
          "an EDL holds 999 shots, and the film has 1000\nNext: kinovane timeline --format otio"},
     };

@@ -26,5 +26,6 @@ if [ "$packageVersion" != "$version" ]; then
     exit 1
 fi
 read -ra flags <<<"$(pkg-config --cflags --libs kinovane-core)"
-"${CXX:-c++}" -std=c++20 "$application/main.cpp" "${flags[@]}" -o "$work/application/by-pkg-config"
+# shellcheck disable=SC2086 # several flags
+"${CXX:-c++}" -std=c++20 ${CXXFLAGS:-} "$application/main.cpp" "${flags[@]}" -o "$work/application/by-pkg-config"
 LD_LIBRARY_PATH=$(dirname "$PKG_CONFIG_PATH") run "$work/application/by-pkg-config"

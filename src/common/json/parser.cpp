@@ -201,16 +201,18 @@ Parser::~Parser() = default;
 Parser::Outcome Parser::parse(std::string_view document, const LongExponents* exponents) {
     implementation_->builder().setDocumentSize(document.size());
     boost::system::error_code error;
-    const std::size_t end =
+    std::size_t end =
         implementation_->writeAll(document, exponents == nullptr ? LongExponents() : *exponents, error);
     if (implementation_->builder().memoryExceeded())
         return Outcome::memoryExceeded;
     if (error == bj::error::exponent_overflow && exponents == nullptr)
         return Outcome::longExponent;
     if (error) {
-        if (error == bj::error::syntax)
+        if (error == bj::error::syntax) {
+            end = wrongLetterAt(document, end);
             if (const auto offset = invalidUTF8At(document, end))
                 throwSyntaxError(document, *offset, "the text is not UTF-8");
+        }
         throwSyntaxError(document, end, describe(error));
     }
     if (end < document.size())

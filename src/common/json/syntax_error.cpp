@@ -21,6 +21,29 @@ bool endsInString(std::string_view beginning) {
     return inString;
 }
 
+/// Whether a value may follow `beginning`, which the parser has accepted.
+bool valueMayFollow(std::string_view beginning) {
+    std::string open; // The brackets of the objects and lists that are not closed.
+    char last = '\0';
+    bool inString = false;
+    for (std::size_t position = 0; position < beginning.size(); ++position) {
+        const char byte = beginning[position];
+        if (byte == '"')
+            inString = !inString;
+        else if (inString && byte == '\\')
+            ++position;
+        else if (!inString && (byte == '{' || byte == '['))
+            open += byte;
+        else if (!inString && (byte == '}' || byte == ']') && !open.empty())
+            open.pop_back();
+        if (std::string_view(" \t\r\n").find(byte) == std::string_view::npos)
+            last = byte;
+    }
+    if (inString)
+        return false;
+    return last == '\0' || last == '[' || last == ':' || (last == ',' && open.ends_with('['));
+}
+
 } // namespace
 
 std::string syntaxMessage(std::string_view document, std::size_t offset, std::string_view what) {
@@ -32,6 +55,22 @@ std::string syntaxMessage(std::string_view document, std::size_t offset, std::st
     std::string message = "line " + std::to_string(line) + ", column " + std::to_string(column) + ": ";
     message += what;
     return message;
+}
+
+std::size_t wrongLetterAt(std::string_view document, std::size_t offset) {
+    std::size_t start = offset;
+    while (start > 0 && document[start - 1] >= 'a' && document[start - 1] <= 'z')
+        --start;
+    if (!valueMayFollow(document.substr(0, start)))
+        return offset;
+    const std::string_view word = document.substr(start);
+    for (const std::string_view literal : {"true", "false", "null"}) {
+        const auto length = static_cast<std::size_t>(
+            std::mismatch(literal.begin(), literal.end(), word.begin(), word.end()).first - literal.begin());
+        if (length > 0 && length < literal.size())
+            return start + length;
+    }
+    return offset;
 }
 
 std::optional<std::size_t> invalidUTF8At(std::string_view document, std::size_t offset) {

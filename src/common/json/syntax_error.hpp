@@ -13,6 +13,10 @@ namespace kinovane::json {
 /// `offset`.
 std::string syntaxMessage(std::string_view document, std::size_t offset, std::string_view what);
 
+/// The offset of the first letter that is wrong, if the parser stopped at `offset` because `true`, `false` or
+/// `null` is misspelt, otherwise `offset`. Newer versions of Boost.JSON stop at the beginning of the word.
+std::size_t wrongLetterAt(std::string_view document, std::size_t offset);
+
 /// The offset of the first byte that is not UTF-8, if the parser stopped at `offset` because of it: the byte
 /// is there, or further on in the same string.
 std::optional<std::size_t> invalidUTF8At(std::string_view document, std::size_t offset);

@@ -86,6 +86,33 @@ TEST(JSONSyntax, ReportsAnErrorWithLineAndColumn) {
     }
 }
 
+// Depending on its version, Boost.JSON stops at the first letter of such a word.
+TEST(JSONSyntax, ReportsAMisspeltWordAtItsFirstWrongLetter) {
+    const Row rows[] = {
+        {"the whole document", "nope", "line 1, column 2: this is not valid JSON"},
+        {"followed by the right letters", "nnull", "line 1, column 2: this is not valid JSON"},
+        {"in an object", R"({"name": trve})", "line 1, column 12: this is not valid JSON"},
+        {"first in a list", R"({"deep":[ fals]})", "line 1, column 15: this is not valid JSON"},
+        {"further on in a list", R"({"deep":[[],"[\"{",nul1]})", "line 1, column 23: this is not valid JSON"},
+        {"after a list", R"({"deep":[1],"name":nuul})", "line 1, column 22: this is not valid JSON"},
+        {"with a byte that is not UTF-8", "{\"name\":tr\xFF}", "line 1, column 11: the text is not UTF-8"},
+        {"with more letters", R"({"name":truely})", "line 1, column 13: this is not valid JSON"},
+        {"in place of a key", R"({trve})", "line 1, column 2: this is not valid JSON"},
+        {"in place of the next key", R"({"count":1,trve})", "line 1, column 12: this is not valid JSON"},
+        {"in place of a colon", R"({"name"trve})", "line 1, column 8: this is not valid JSON"},
+        {"in place of a comma", R"({"deep":[1 trve]})", "line 1, column 12: this is not valid JSON"},
+        {"after a number", R"({"count":1trve})", "line 1, column 11: this is not valid JSON"},
+        {"in a string with a line break", "{\"name\":\"trve\n\"}",
+         "line 1, column 14: this is not valid JSON"},
+        {"in a string with an unknown escape", R"({"name":"[trve\x"})",
+         "line 1, column 16: this is not valid JSON"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        EXPECT_EQ(decodingErrorOf<Prop>(row.document), (ErrorTexts{"", row.message}));
+    }
+}
+
 // Boost.JSON before 1.83 refuses such exponents, and the document is then parsed in another way.
 TEST(JSONSyntax, ReportsAnErrorBesideALongExponentWithLineAndColumn) {
     const std::string number = "1e" + std::string(30, '9');

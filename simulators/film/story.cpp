@@ -66,7 +66,7 @@ json::object storyDocument(const Pitch& pitch, std::string_view name) {
     const std::uint64_t seed = seedOf(pitch);
     const auto pick = [&](std::string_view list, std::uint64_t counter) {
         const json::array& all = listOf(story, list);
-        return all[mixed(seed, counter) % all.size()];
+        return all[static_cast<std::size_t>(mixed(seed, counter) % all.size())];
     };
     Values values{{"idea", pitch.idea},
                   {"title", pitch.title},

@@ -23,6 +23,16 @@ Function* nextOf(const char* name) {
     return reinterpret_cast<Function*>(next);
 }
 
+/// The same for a function that has file sizes or offsets among its parameters or in its structures. On
+/// 32-bit systems the variant with 64-bit offsets has a name of its own.
+template <class Function>
+Function* nextWithOffsets(std::string name) {
+#if defined(__USE_FILE_OFFSET64) && !defined(__LP64__)
+    name += "64";
+#endif
+    return nextOf<Function>(name.c_str());
+}
+
 /// For calls that set errno.
 template <class Forward, class Failure = int>
 auto callOrFail(Call call, Forward forward, Failure failure = -1) -> decltype(forward()) {

@@ -20,6 +20,7 @@ using kinovane::test::callOrFail;
 using kinovane::test::Fault;
 using kinovane::test::FaultPlan;
 using kinovane::test::nextOf;
+using kinovane::test::nextWithOffsets;
 
 namespace {
 
@@ -40,7 +41,7 @@ ssize_t transfer(Call call, std::size_t size, Transfer forward) {
 extern "C" {
 
 int open(const char* path, int flags, ...) {
-    static const auto next = nextOf<decltype(::open)>("open");
+    static const auto next = nextWithOffsets<decltype(::open)>("open");
     std::va_list rest;
     va_start(rest, flags);
     const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
@@ -49,7 +50,7 @@ int open(const char* path, int flags, ...) {
 }
 
 int openat(int directory, const char* path, int flags, ...) {
-    static const auto next = nextOf<decltype(::openat)>("openat");
+    static const auto next = nextWithOffsets<decltype(::openat)>("openat");
     std::va_list rest;
     va_start(rest, flags);
     const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
@@ -64,7 +65,7 @@ ssize_t read(int descriptor, void* buffer, std::size_t size) {
 }
 
 ssize_t pread(int descriptor, void* buffer, std::size_t size, off_t offset) {
-    static const auto next = nextOf<decltype(::pread)>("pread");
+    static const auto next = nextWithOffsets<decltype(::pread)>("pread");
     return transfer(Call::read, size,
                     [&](std::size_t part) { return next(descriptor, buffer, part, offset); });
 }
@@ -80,27 +81,27 @@ int close(int descriptor) {
 }
 
 int fstat(int descriptor, struct stat* status) noexcept {
-    static const auto next = nextOf<decltype(::fstat)>("fstat");
+    static const auto next = nextWithOffsets<decltype(::fstat)>("fstat");
     return callOrFail(Call::fstat, [&] { return next(descriptor, status); });
 }
 
 int fstatat(int directory, const char* path, struct stat* status, int flags) noexcept {
-    static const auto next = nextOf<decltype(::fstatat)>("fstatat");
+    static const auto next = nextWithOffsets<decltype(::fstatat)>("fstatat");
     return callOrFail(Call::fstatat, [&] { return next(directory, path, status, flags); });
 }
 
 int fstatfs(int descriptor, struct statfs* status) noexcept {
-    static const auto next = nextOf<decltype(::fstatfs)>("fstatfs");
+    static const auto next = nextWithOffsets<decltype(::fstatfs)>("fstatfs");
     return callOrFail(Call::fstatfs, [&] { return next(descriptor, status); });
 }
 
 int stat(const char* path, struct stat* status) noexcept {
-    static const auto next = nextOf<int(const char*, struct stat*)>("stat");
+    static const auto next = nextWithOffsets<int(const char*, struct stat*)>("stat");
     return callOrFail(Call::stat, [&] { return next(path, status); });
 }
 
 int lstat(const char* path, struct stat* status) noexcept {
-    static const auto next = nextOf<decltype(::lstat)>("lstat");
+    static const auto next = nextWithOffsets<decltype(::lstat)>("lstat");
     return callOrFail(Call::lstat, [&] { return next(path, status); });
 }
 

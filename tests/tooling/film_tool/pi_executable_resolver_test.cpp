@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -190,12 +191,12 @@ TEST_F(PiResolver, ReportsAnUnreadableUserDatabase) {
         std::size_t bufferNeeded;
         std::string expected;
     };
-    for (const Row& row :
-         {Row{"no descriptors left", EMFILE, 0, "Too many open files"},
-          Row{"none left in the system", ENFILE, 0, "Too many open files in system"},
-          Row{"an input/output error", EIO, 0, "Input/output error"},
-          Row{"out of memory", ENOMEM, 0, "Cannot allocate memory"},
-          Row{"an entry that is too long", 0, std::size_t{1} << 40U, "Numerical result out of range"}}) {
+    for (const Row& row : {Row{"no descriptors left", EMFILE, 0, "Too many open files"},
+                           Row{"none left in the system", ENFILE, 0, "Too many open files in system"},
+                           Row{"an input/output error", EIO, 0, "Input/output error"},
+                           Row{"out of memory", ENOMEM, 0, "Cannot allocate memory"},
+                           Row{"an entry that is too long", 0, std::numeric_limits<std::size_t>::max(),
+                               "Numerical result out of range"}}) {
         SCOPED_TRACE(row.sentence);
         users.error = row.error;
         users.bufferNeeded = row.bufferNeeded;

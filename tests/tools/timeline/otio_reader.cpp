@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <set>
 #include <stdexcept>
@@ -79,8 +80,9 @@ class Reader {
   private:
     std::int64_t frames(const json::value& value) const {
         const json::object& time = object(value, "RationalTime.1");
-        if (time.at("rate").to_number<double>() !=
-            static_cast<double>(rate_.numerator) / static_cast<double>(rate_.denominator))
+        // A quotient may have more digits than a double until it is stored.
+        const double rate = static_cast<double>(rate_.numerator) / static_cast<double>(rate_.denominator);
+        if (std::abs(time.at("rate").to_number<double>() - rate) > 1e-12)
             fail("the rate of a time");
         return time.at("value").as_int64();
     }

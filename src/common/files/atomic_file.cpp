@@ -88,7 +88,11 @@ AtomicFile::AtomicFile(const fs::path& location) {
         fail("cannot write, because the location is empty", location, EINVAL);
     if (holdsNUL(location.native()))
         fail("cannot write", location, EINVAL);
-    target_ = resolveLinks(fs::absolute(location));
+    std::error_code error; // Without it, the exception of some C++ libraries names no file.
+    const fs::path absolute = fs::absolute(location, error);
+    if (error)
+        fail("cannot write", location, error.value());
+    target_ = resolveLinks(absolute);
     if (!target_.has_filename() || target_.filename() == "." || target_.filename() == "..")
         fail("cannot write", location, EISDIR);
     directory_ = openDirectory(target_.parent_path());

@@ -60,7 +60,7 @@ struct KINOVANE_EXPORT RunOptions {
     /// After a requested stop, or at the end of the time limit, the program and what it started get SIGTERM,
     /// and after this time SIGKILL. What is left of the group once the program has ended and its output is
     /// closed gets SIGKILL at once. A negative period is refused like a negative limit.
-    std::chrono::milliseconds gracePeriod = std::chrono::milliseconds(5000);
+    std::chrono::milliseconds gracePeriod = std::chrono::seconds(5);
 
     /// Called with the output as it arrives, on the operation's worker thread, one call at a time. A chunk
     /// is UTF-8 and ends where a character ends; the chunks of one stream together are the text in

@@ -10,38 +10,36 @@ namespace kinovane::json {
 
 namespace {
 
-/// Whether a document that ends after `beginning` ends inside a string.
-bool endsInString(std::string_view beginning) {
+/// What surrounds the end of the beginning of a document.
+struct Ending {
     bool inString = false;
-    for (std::size_t position = 0; position < beginning.size(); ++position)
-        if (beginning[position] == '"')
-            inString = !inString;
-        else if (inString && beginning[position] == '\\')
-            ++position;
-    return inString;
-}
+    std::string open; ///< The brackets of the objects and lists that are not closed.
+    char last = '\0'; ///< The last character that is not white space.
+};
 
-/// Whether a value may follow `beginning`, which the parser has accepted.
-bool valueMayFollow(std::string_view beginning) {
-    std::string open; // The brackets of the objects and lists that are not closed.
-    char last = '\0';
-    bool inString = false;
+/// Reads `beginning`, which the parser has accepted.
+Ending endingOf(std::string_view beginning) {
+    Ending ending;
     for (std::size_t position = 0; position < beginning.size(); ++position) {
         const char byte = beginning[position];
         if (byte == '"')
-            inString = !inString;
-        else if (inString && byte == '\\')
+            ending.inString = !ending.inString;
+        else if (ending.inString && byte == '\\')
             ++position;
-        else if (!inString && (byte == '{' || byte == '['))
-            open += byte;
-        else if (!inString && (byte == '}' || byte == ']') && !open.empty())
-            open.pop_back();
+        else if (!ending.inString && (byte == '{' || byte == '['))
+            ending.open += byte;
+        else if (!ending.inString && (byte == '}' || byte == ']') && !ending.open.empty())
+            ending.open.pop_back();
         if (std::string_view(" \t\r\n").find(byte) == std::string_view::npos)
-            last = byte;
+            ending.last = byte;
     }
-    if (inString)
-        return false;
-    return last == '\0' || last == '[' || last == ':' || (last == ',' && open.ends_with('['));
+    return ending;
+}
+
+bool valueMayFollow(const Ending& ending) {
+    const char last = ending.last;
+    return !ending.inString &&
+           (last == '\0' || last == '[' || last == ':' || (last == ',' && ending.open.ends_with('[')));
 }
 
 } // namespace
@@ -61,7 +59,7 @@ std::size_t wrongLetterAt(std::string_view document, std::size_t offset) {
     std::size_t start = offset;
     while (start > 0 && document[start - 1] >= 'a' && document[start - 1] <= 'z')
         --start;
-    if (!valueMayFollow(document.substr(0, start)))
+    if (!valueMayFollow(endingOf(document.substr(0, start))))
         return offset;
     const std::string_view word = document.substr(start);
     for (const std::string_view literal : {"true", "false", "null"}) {
@@ -75,7 +73,7 @@ std::size_t wrongLetterAt(std::string_view document, std::size_t offset) {
 
 std::optional<std::size_t> invalidUTF8At(std::string_view document, std::size_t offset) {
     // Inside a string, Boost.JSON stops at the beginning of a run of characters that holds the wrong byte.
-    const bool inString = endsInString(document.substr(0, offset));
+    const bool inString = endingOf(document.substr(0, offset)).inString;
     const auto plain = [](char byte) {
         return byte != '"' && byte != '\\' && static_cast<unsigned char>(byte) >= 0x20;
     };

@@ -5,13 +5,13 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <random>
 #include <string>
 #include <system_error>
 #include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,12 +23,17 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string randomName() {
-    std::random_device random;
-    std::string name(StagedFile::prefix);
-    for (int count = 0; count < 2; ++count)
-        name += std::to_string(random()) + (count == 0 ? "-" : "");
-    return name;
+[[noreturn]] void cannotCreateIn(const fs::path& folder) {
+    throw fs::filesystem_error("cannot create a file", folder,
+                               std::error_code(errno, std::generic_category()));
+}
+
+/// std::random_device would open a file with some C++ libraries, and its errors would not name the folder.
+std::string randomNameIn(const fs::path& folder) {
+    std::array<unsigned, 2> random{};
+    if (::getentropy(random.data(), sizeof random) != 0)
+        cannotCreateIn(folder);
+    return std::string(StagedFile::prefix) + std::to_string(random[0]) + "-" + std::to_string(random[1]);
 }
 
 /// Whether the file system does not have hard links, so that `link` cannot be used.
@@ -66,12 +71,11 @@ int renameWithoutReplacing(const char* from, const char* to) {
 StagedFile::StagedFile(fs::path target, mode_t mode) : target_(std::move(target)) {
     const fs::path folder = target_.has_parent_path() ? target_.parent_path() : ".";
     do {
-        path_ = folder / randomName();
+        path_ = folder / randomNameIn(folder);
         descriptor_ = ::open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, mode);
     } while (descriptor_ < 0 && (errno == EEXIST || errno == EINTR));
     if (descriptor_ < 0)
-        throw fs::filesystem_error("cannot create a file", folder,
-                                   std::error_code(errno, std::generic_category()));
+        cannotCreateIn(folder);
     ::flock(descriptor_, LOCK_EX | LOCK_NB); // Tells other runs that the file is in use.
 }
 

@@ -100,7 +100,8 @@ namespace FilmProjectLoader {
 
 /// Loads the workspace of a run manifest: "film-project.json" and, where they exist, "production-plan.json"
 /// and "treatment.json" in its directory. The run manifest itself must exist and is not opened. A relative
-/// location is resolved against the working directory.
+/// location is resolved against the working directory. A document that another program changes meanwhile is
+/// read again, up to eight times.
 ///
 /// Throws FilmProjectError for the first failure in this order: the run manifest, the project, its contract,
 /// the plan, the treatment. Blocks while it reads the files. May be called from several threads at once.

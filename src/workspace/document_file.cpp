@@ -14,9 +14,13 @@ namespace {
 
 /// Returns false when decoding needs the whole text. The file is closed by then.
 bool decodeInChunks(void* target, const json::Shape& shape, const std::filesystem::path& location) {
-    RegularFile file(location);
-    const auto read = [&](std::span<std::byte> buffer) { return file.readDocumentChunk(buffer); };
-    return json::decodeInto(target, shape, read, file.size());
+    bool decoded = false;
+    readUnchanged(location, [&](RegularFile& file) {
+        shape.reset(target); // An earlier attempt may have stored values.
+        const auto read = [&](std::span<std::byte> buffer) { return file.readDocumentChunk(buffer); };
+        decoded = json::decodeInto(target, shape, read, file.size());
+    });
+    return decoded;
 }
 
 } // namespace

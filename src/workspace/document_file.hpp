@@ -12,7 +12,8 @@ namespace kinovane {
 void decodeDocumentInto(void* target, const json::Shape& shape, const std::filesystem::path& location);
 
 /// The record that the document at `location` holds. Throws JSONDecodingError, and
-/// std::filesystem::filesystem_error, also for a document of more than `maximumDocumentSize` bytes.
+/// std::filesystem::filesystem_error, also for a document of more than `maximumDocumentSize` bytes, and for
+/// one that changes each time it is read (std::errc::device_or_resource_busy).
 template <class Record>
 Record decodeDocument(const std::filesystem::path& location) {
     Record record{};

@@ -2,6 +2,7 @@
 
 #include <new>
 #include <stdexcept>
+#include <string>
 #include <system_error>
 
 #include <kinovane/workspace.hpp>
@@ -21,6 +22,14 @@ namespace {
 
 constexpr std::string_view supportedContract = "quexrun/film-project.v1";
 
+std::string reasonOf(const std::error_code& code) {
+    if (code == std::errc::operation_not_supported)
+        return "this is not an ordinary file";
+    if (code == std::errc::device_or_resource_busy)
+        return "it changes while it is read";
+    return code.message();
+}
+
 /// Reads one document. Every failure becomes an invalidProject whose description begins with the file's name.
 template <class Document>
 Document read(const fs::path& location) {
@@ -32,8 +41,7 @@ Document read(const fs::path& location) {
     } catch (const JSONDecodingError& error) {
         throw invalid(error.what());
     } catch (const std::system_error& error) {
-        throw invalid(error.code() == std::errc::operation_not_supported ? "this is not an ordinary file"
-                                                                         : error.code().message());
+        throw invalid(reasonOf(error.code()));
     } catch (const std::bad_alloc&) {
         throw invalid("there is not enough memory to read it");
     }

@@ -26,6 +26,8 @@ std::string Fault::description() const {
         text << " and " << times - 1 << " more";
     if (kind == Kind::shortened)
         text << ": one byte only";
+    else if (kind == Kind::changed)
+        text << ": another modification time";
     else
         text << (kind == Kind::reportedLate ? ": done, but: " : ": ")
              << std::generic_category().message(error);

@@ -65,6 +65,7 @@ struct Fault {
         refused,      ///< The call is not made and returns the error.
         reportedLate, ///< The call is made but returns the error: a descriptor is closed nevertheless.
         shortened,    ///< Only one byte is read or written.
+        changed,      ///< fstat reports another modification time each time.
     };
 
     Call call{};

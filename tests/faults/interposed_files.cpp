@@ -4,8 +4,11 @@
 // original ones.
 
 #include <algorithm>
+#include <atomic>
+#include <cerrno>
 #include <cstdarg>
 #include <cstdlib>
+#include <optional>
 
 #include <fcntl.h>
 #include <sys/random.h>
@@ -82,7 +85,16 @@ int close(int descriptor) {
 
 int fstat(int descriptor, struct stat* status) noexcept {
     static const auto next = nextWithOffsets<decltype(::fstat)>("fstat");
-    return callOrFail(Call::fstat, [&] { return next(descriptor, status); });
+    const std::optional<Fault> fault = FaultPlan::atCall(Call::fstat);
+    if (fault && fault->kind != Fault::Kind::changed) {
+        errno = fault->error;
+        return -1;
+    }
+    const int result = next(descriptor, status);
+    static std::atomic<int> changes = 0;
+    if (fault && result == 0)
+        status->st_mtim.tv_sec += ++changes;
+    return result;
 }
 
 int fstatat(int directory, const char* path, struct stat* status, int flags) noexcept {

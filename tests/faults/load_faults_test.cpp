@@ -93,6 +93,38 @@ TEST_F(LoadFaults, AreReportedBehindALink) {
     sweep("loading through a link", directory / "elsewhere/link/../run.json", {Call::lstat});
 }
 
+TEST_F(LoadFaults, IncludeDocumentsThatChangeWhileTheyAreRead) {
+    struct Row {
+        const char* sentence;
+        std::size_t firstStatus; ///< The first `fstat` that reports another time; each read makes two.
+        std::size_t statuses;
+        std::string outcome;
+        std::size_t opened;
+    };
+    const Row rows[] = {
+        {"the project changes once", 1, 1, "", 4},
+        {"the plan changes twice", 3, 3, "", 5},
+        {"the treatment changes seven times", 4, 14, "", 10},
+        {"the project changes each time", 0, forever,
+         "The film project could not be read: film-project.json: it changes while it is read", 8},
+        {"the treatment changes each time", 4, forever,
+         "The film project could not be read: treatment.json: it changes while it is read", 10},
+    };
+    const FilmWorkspaceSnapshot expected = FilmProjectLoader::load(directory / "film/run.json");
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        const FaultPlan plan({{Call::fstat, row.firstStatus, Fault::Kind::changed, 0, row.statuses}});
+        std::string outcome;
+        try {
+            EXPECT_EQ(FilmProjectLoader::load(directory / "film/run.json"), expected);
+        } catch (const FilmProjectError& error) {
+            outcome = error.what();
+        }
+        EXPECT_EQ(outcome, row.outcome);
+        EXPECT_EQ(plan.counts()[static_cast<std::size_t>(Call::open)], row.opened);
+    }
+}
+
 // Whatever fails, an invalid document is never accepted.
 TEST_F(LoadFaults, NeverHideAnInvalidDocument) {
     directory.write("film/production-plan.json", R"({"title":)");

@@ -12,9 +12,11 @@ namespace kinovane::test {
 
 namespace fs = std::filesystem;
 
-TemporaryDirectory::TemporaryDirectory() {
+TemporaryDirectory::TemporaryDirectory() : TemporaryDirectory(fs::temp_directory_path()) {}
+
+TemporaryDirectory::TemporaryDirectory(const fs::path& parent) {
     // Canonical, so that tests can compare paths with those that the library returns.
-    std::string name = (fs::canonical(fs::temp_directory_path()) / "kinovane-test-XXXXXX").string();
+    std::string name = (fs::canonical(parent) / "kinovane-test-XXXXXX").string();
     if (::mkdtemp(name.data()) == nullptr)
         throw std::runtime_error("no temporary directory");
     path_ = name;

@@ -13,6 +13,8 @@ namespace kinovane::test {
 class TemporaryDirectory {
   public:
     TemporaryDirectory();
+    /// Below `parent` instead of the system's directory for temporary files.
+    explicit TemporaryDirectory(const std::filesystem::path& parent);
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
     ~TemporaryDirectory();

@@ -50,6 +50,34 @@ struct stat statusOf(int descriptor, const std::string& location) {
     return status;
 }
 
+std::string remainingText(RegularFile& file) {
+    std::string text;
+    // The size is only an estimate: the file may grow or shrink while it is read. One byte more than that
+    // lets the first read find the end.
+    std::size_t length = 0;
+    for (;;) {
+        if (length == text.size())
+            text.resize(length == 0 ? static_cast<std::size_t>(std::min(file.size(), maximumDocumentSize)) + 1
+                                    : 2 * length);
+        const std::size_t count =
+            file.readDocumentChunk(std::as_writable_bytes(std::span(text).subspan(length)));
+        if (count == 0)
+            break;
+        length += count;
+    }
+    text.resize(length);
+    return text;
+}
+
+/// A template, so that the name of the member on macOS is not looked up on Linux, and the other way round.
+template <class Status>
+const timespec& modificationTime(const Status& status) {
+    if constexpr (requires { status.st_mtim; })
+        return status.st_mtim;
+    else
+        return status.st_mtimespec;
+}
+
 } // namespace
 
 const int RegularFile::openFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
@@ -65,14 +93,20 @@ RegularFile::RegularFile(Descriptor descriptor, std::string location)
     if (!S_ISREG(status.st_mode))
         fail("not a regular file", location_, make_error_code(std::errc::operation_not_supported));
     size_ = static_cast<std::uint64_t>(status.st_size);
+    modifiedSeconds_ = modificationTime(status).tv_sec;
+    modifiedNanoseconds_ = modificationTime(status).tv_nsec;
 }
+
+RegularFile::RegularFile(Descriptor descriptor, std::string location, const struct stat& status) noexcept
+    : descriptor_(std::move(descriptor)), location_(std::move(location)),
+      size_(static_cast<std::uint64_t>(status.st_size)), modifiedSeconds_(modificationTime(status).tv_sec),
+      modifiedNanoseconds_(modificationTime(status).tv_nsec) {}
 
 std::optional<RegularFile> RegularFile::from(Descriptor descriptor, std::string location) {
     const struct stat status = statusOf(descriptor.get(), location);
     if (!S_ISREG(status.st_mode))
         return std::nullopt;
-    return RegularFile(std::move(descriptor), std::move(location),
-                       static_cast<std::uint64_t>(status.st_size));
+    return RegularFile(std::move(descriptor), std::move(location), status);
 }
 
 std::size_t RegularFile::read(std::span<std::byte> buffer) {
@@ -96,28 +130,37 @@ std::size_t RegularFile::readDocumentChunk(std::span<std::byte> buffer) {
     return count;
 }
 
+bool RegularFile::hasChanged() const {
+    const struct stat status = statusOf(descriptor_.get(), location_);
+    return size_ != static_cast<std::uint64_t>(status.st_size) ||
+           modifiedSeconds_ != modificationTime(status).tv_sec ||
+           modifiedNanoseconds_ != modificationTime(status).tv_nsec;
+}
+
 std::error_code openFailure(int error) {
     return error == ENXIO ? make_error_code(std::errc::operation_not_supported)
                           : std::error_code(error, std::generic_category());
 }
 
-std::string readDocument(const fs::path& location) {
-    RegularFile file(location);
-    std::string text;
-    // The size is only an estimate: the file may grow or shrink while it is read. One byte more than that
-    // lets the first read find the end.
-    std::size_t length = 0;
-    for (;;) {
-        if (length == text.size())
-            text.resize(length == 0 ? static_cast<std::size_t>(std::min(file.size(), maximumDocumentSize)) + 1
-                                    : 2 * length);
-        const std::size_t count =
-            file.readDocumentChunk(std::as_writable_bytes(std::span(text).subspan(length)));
-        if (count == 0)
-            break;
-        length += count;
+void readUnchanged(const fs::path& location, const std::function<void(RegularFile&)>& read) {
+    for (int count = 1; count <= maximumReads; ++count) {
+        RegularFile file(location);
+        try {
+            read(file);
+        } catch (...) {
+            if (count == maximumReads || !file.hasChanged())
+                throw;
+            continue;
+        }
+        if (!file.hasChanged())
+            return;
     }
-    text.resize(length);
+    fail("changed while it was read", location, make_error_code(std::errc::device_or_resource_busy));
+}
+
+std::string readDocument(const fs::path& location) {
+    std::string text;
+    readUnchanged(location, [&](RegularFile& file) { text = remainingText(file); });
     return text;
 }
 

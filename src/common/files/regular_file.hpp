@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -12,6 +13,8 @@
 #include <utility>
 
 #include "common/files/descriptor.hpp"
+
+struct stat;
 
 namespace kinovane {
 
@@ -41,22 +44,35 @@ class RegularFile {
     /// `maximumDocumentSize` bytes.
     std::size_t readDocumentChunk(std::span<std::byte> buffer);
 
+    /// Whether the content was changed since the file was opened, as far as its size and its modification
+    /// time tell. A file that was replaced or removed is still the same file here.
+    bool hasChanged() const;
+
   private:
-    RegularFile(Descriptor descriptor, std::string location, std::uint64_t size) noexcept
-        : descriptor_(std::move(descriptor)), location_(std::move(location)), size_(size) {}
+    RegularFile(Descriptor descriptor, std::string location, const struct stat& status) noexcept;
 
     Descriptor descriptor_;
     std::string location_;
     std::uint64_t size_ = 0;
-    std::uint64_t position_ = 0; ///< The number of bytes read so far.
-    bool ended_ = false;         ///< The end of the file was reached.
+    std::int64_t modifiedSeconds_ = 0;     ///< The modification time at the time of opening.
+    std::int64_t modifiedNanoseconds_ = 0; ///< The rest of it.
+    std::uint64_t position_ = 0;           ///< The number of bytes read so far.
+    bool ended_ = false;                   ///< The end of the file was reached.
 };
 
 /// The error code for a failure to open a file. ENXIO becomes std::errc::operation_not_supported: it is the
 /// reason for a socket, and its own text ("No such device or address") would mislead.
 std::error_code openFailure(int error);
 
-/// The content of a document. Throws std::filesystem::filesystem_error.
+/// Opens the file and calls `read`, which reads it. When another program changes the file meanwhile, the
+/// result may be mixed from two contents, and an error may come from an incomplete one: the file is then
+/// opened again and `read` is called again, `maximumReads` times altogether. After that, the last error is
+/// thrown; without one, std::filesystem::filesystem_error with std::errc::device_or_resource_busy.
+void readUnchanged(const std::filesystem::path& location, const std::function<void(RegularFile&)>& read);
+
+inline constexpr int maximumReads = 8;
+
+/// The content of a document. Throws std::filesystem::filesystem_error, as `readUnchanged` does.
 std::string readDocument(const std::filesystem::path& location);
 
 /// The size above which a document is refused, in bytes. The documents of long productions have tens of

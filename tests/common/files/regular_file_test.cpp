@@ -3,6 +3,12 @@
 #include "common/files/regular_file.hpp"
 
 #include <array>
+#include <chrono>
+#include <fstream>
+#include <functional>
+#include <optional>
+#include <span>
+#include <stdexcept>
 #include <string>
 
 #include <fcntl.h>
@@ -80,6 +86,107 @@ TEST(RegularFile, ReadsInChunks) {
     EXPECT_EQ(file.read(buffer), 2U);
     EXPECT_EQ(buffer[0], std::byte{'d'});
     EXPECT_EQ(file.read(buffer), 0U);
+}
+
+TEST(RegularFile, NoticesThatItsContentWasChanged) {
+    struct Row {
+        const char* sentence;
+        std::function<void(const fs::path& file)> change;
+        bool isNoticed;
+    };
+    const auto write = [](const fs::path& file, std::ios::openmode mode, const char* text) {
+        std::ofstream(file, std::ios::binary | mode) << text;
+    };
+    const Row rows[] = {
+        {"nothing", [](const fs::path& /*file*/) {}, false},
+        {"read by another descriptor", [](const fs::path& file) { contentOf(file); }, false},
+        {"more bytes", [&](const fs::path& file) { write(file, std::ios::app, "x"); }, true},
+        {"fewer bytes", [](const fs::path& file) { fs::resize_file(file, 2); }, true},
+        {"the same number of other bytes", [&](const fs::path& file) { write(file, std::ios::in, "abx"); },
+         true},
+        {"written anew", [&](const fs::path& file) { write(file, std::ios::trunc, "xyz"); }, true},
+        {"another name", [](const fs::path& file) { fs::rename(file, file.native() + "2"); }, false},
+        {"removed", [](const fs::path& file) { fs::remove(file); }, false},
+        {"replaced",
+         [&](const fs::path& file) {
+             write(file.native() + "2", std::ios::trunc, "xyz");
+             fs::rename(file.native() + "2", file);
+         },
+         false},
+        {"other permissions", [](const fs::path& file) { fs::permissions(file, fs::perms::owner_read); },
+         false},
+    };
+    const TemporaryDirectory directory;
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.sentence);
+        const fs::path location = directory.write("document", "abc");
+        // Otherwise the change could have the same time, where the system counts in milliseconds.
+        fs::last_write_time(location, fs::last_write_time(location) - std::chrono::hours(1));
+        const RegularFile file(location);
+        std::optional<RegularFile> other =
+            RegularFile::from(Descriptor(::open(location.c_str(), RegularFile::openFlags)), location);
+        row.change(location);
+        EXPECT_EQ(file.hasChanged(), row.isNoticed);
+        EXPECT_EQ(other->hasChanged(), row.isNoticed);
+        fs::remove(location);
+    }
+}
+
+TEST(ReadUnchanged, ReadsAFileAgainThatIsChangedMeanwhile) {
+    struct Row {
+        const char* sentence;
+        int changedReads;
+        std::string outcome;
+        int reads;
+    };
+    const Row rows[] = {
+        {"never changed", 0, "", 1},
+        {"changed once", 1, "", 2},
+        {"changed each time but the last", maximumReads - 1, "", maximumReads},
+        {"changed each time", maximumReads, "changed while it was read: Device or resource busy",
+         maximumReads},
+    };
+    for (const Row& row : rows)
+        for (const bool isRefused : {false, true}) {
+            SCOPED_TRACE(std::string(row.sentence) + (isRefused ? ", refused when it was changed" : ""));
+            const TemporaryDirectory directory;
+            const fs::path location = directory.write("document", "a");
+            int reads = 0;
+            std::string outcome;
+            std::string content;
+            try {
+                readUnchanged(location, [&](RegularFile& file) {
+                    content.assign(file.size(), ' ');
+                    file.read(std::as_writable_bytes(std::span(content)));
+                    if (reads++ < row.changedReads) {
+                        std::ofstream(location, std::ios::app) << 'b';
+                        if (isRefused)
+                            throw std::runtime_error("refused");
+                    }
+                });
+            } catch (const fs::filesystem_error& error) {
+                EXPECT_EQ(error.path1(), location);
+                outcome = "changed while it was read: " + error.code().message();
+            } catch (const std::runtime_error& error) {
+                outcome = error.what();
+            }
+            EXPECT_EQ(outcome, isRefused && !row.outcome.empty() ? "refused" : row.outcome);
+            EXPECT_EQ(reads, row.reads);
+            if (outcome.empty())
+                EXPECT_EQ(content, contentOf(location));
+        }
+}
+
+TEST(ReadUnchanged, ReportsTheErrorOfAFileThatIsNotChanged) {
+    const TemporaryDirectory directory;
+    int reads = 0;
+    EXPECT_THROW(readUnchanged(directory.write("document", "a"),
+                               [&](RegularFile& /*file*/) {
+                                   ++reads;
+                                   throw std::runtime_error("refused");
+                               }),
+                 std::runtime_error);
+    EXPECT_EQ(reads, 1);
 }
 
 struct RefusalRow {

@@ -64,13 +64,15 @@ class RegularFile {
 /// reason for a socket, and its own text ("No such device or address") would mislead.
 std::error_code openFailure(int error);
 
+/// How often a document is read that changes each time. The limit keeps a load from lasting as long as
+/// another program writes.
+inline constexpr int maximumReads = 8;
+
 /// Opens the file and calls `read`, which reads it. When another program changes the file meanwhile, the
 /// result may be mixed from two contents, and an error may come from an incomplete one: the file is then
 /// opened again and `read` is called again, `maximumReads` times altogether. After that, the last error is
 /// thrown; without one, std::filesystem::filesystem_error with std::errc::device_or_resource_busy.
 void readUnchanged(const std::filesystem::path& location, const std::function<void(RegularFile&)>& read);
-
-inline constexpr int maximumReads = 8;
 
 /// The content of a document. Throws std::filesystem::filesystem_error, as `readUnchanged` does.
 std::string readDocument(const std::filesystem::path& location);

@@ -26,14 +26,15 @@ using namespace std::string_view_literals;
 int main(int count, char** arguments) {
     if (count != 4)
         return 2;
-    if (arguments[3] == "initialised"sv) {
+    const bool initialised = arguments[3] == "initialised"sv;
+    if (initialised) {
         OPENSSL_init_crypto(OPENSSL_INIT_LOAD_CONFIG, nullptr);
         EVP_MD_free(EVP_MD_fetch(nullptr, "SHA2-256", nullptr));
     }
     // Never destroyed, because the worker thread uses it until the process ends.
     const auto& film = *new kinovane::FilmWorkspaceSnapshot(kinovane::FilmProjectLoader::load(arguments[1]));
     static std::atomic<bool> building = false;
-    std::thread([&film] {
+    std::thread([&film, initialised] {
         for (;;) {
             building = true;
             building.notify_all();
@@ -42,7 +43,8 @@ int main(int count, char** arguments) {
             try {
                 static_cast<void>(kinovane::VistrelHandoffBuilder::build(film, "film", "now", options));
             } catch (const std::runtime_error& error) {
-                if (error.what() != "libcrypto cannot be used any more, because the process is exiting"sv)
+                if (!initialised ||
+                    error.what() != "libcrypto cannot be used any more, because the process is exiting"sv)
                     throw;
                 return;
             }
